@@ -1,0 +1,19 @@
+// The date and the time of day as the user's system writes them.
+#pragma once
+
+#include <string>
+
+namespace tarnwell {
+
+class Calendar {
+  public:
+    virtual ~Calendar() = default;
+
+    /// Today in the short date form.
+    virtual std::string ShortDate() const = 0;
+
+    /// Now in the time form with seconds.
+    virtual std::string TimeWithSeconds() const = 0;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,26 @@
+// What the program tells its window about the state that the window shows.
+#pragma once
+
+#include <cstdint>
+
+namespace tarnwell {
+
+/// A piece of what is shown; the window reads it from where the state lives.
+enum class Shown : std::uint8_t {
+    ModePanel,
+    StatusPanel,
+    CrcPanel,
+    EepPanel,
+    Menus,          ///< check marks, visible and enabled items
+    Layout,         ///< the size mode
+    EditorSwitch,   ///< its caption and lamp
+    EditorCaption,  ///< the data editor page's tab
+};
+
+class Screen {
+  public:
+    virtual ~Screen() = default;
+    virtual void Changed(Shown what) = 0;
+};
+
+}  // namespace tarnwell

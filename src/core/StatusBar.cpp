@@ -1,0 +1,80 @@
+#include "core/StatusBar.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr std::string_view kWelcome = "Welcome to Tarnwell";
+constexpr std::string_view kAboutPointer = "Please read about Tarnwell 2 in Help --> About";
+constexpr int kDeviceBytes = 8192;
+
+}  // namespace
+
+StatusBar::StatusBar(const ProgramState& state, Screen& screen, Timer& msgTimer)
+    : state_(state), screen_(screen), msgTimer_(msgTimer) {}
+
+void StatusBar::ShowStatus(std::string_view message, std::int32_t seconds) {
+    StopTimer();
+    PutStatus(message);
+    msgTimer_.Start(std::chrono::seconds(seconds));
+}
+
+void StatusBar::PutStatus(std::string_view message) {
+    status_ = message;
+    screen_.Changed(Shown::StatusPanel);
+}
+
+void StatusBar::StopTimer() {
+    msgTimer_.Stop();
+    timerDue_ = false;
+}
+
+void StatusBar::MsgTimerFired() {
+    if (commandsRunning_ > 0) {
+        timerDue_ = true;
+        return;
+    }
+    StopTimer();
+    if (status_ == kWelcome)
+        ShowStatus(kAboutPointer, kAboutSeconds);
+    else
+        PutStatus("");
+}
+
+void StatusBar::EndCommand() {
+    --commandsRunning_;
+    if (commandsRunning_ == 0 && timerDue_)
+        MsgTimerFired();
+}
+
+void StatusBar::ShowCrc(std::string_view text) {
+    crc_ = text;
+    screen_.Changed(Shown::CrcPanel);
+}
+
+void StatusBar::ShowProgress(int bytesDone) {
+    const int percent = (bytesDone * 100 + kDeviceBytes / 2) / kDeviceBytes;
+    progress_ = std::to_string(percent) + "%";
+    screen_.Changed(Shown::EepPanel);
+}
+
+void StatusBar::EndProgress() {
+    progress_.clear();
+    screen_.Changed(Shown::EepPanel);
+}
+
+std::string_view StatusBar::Text(Panel panel) const {
+    switch (panel) {
+        case Panel::Mode:
+            return Word(state_.numberMode);
+        case Panel::Status:
+            return status_;
+        case Panel::Crc:
+            return crc_;
+        case Panel::Eep:
+            return progress_.empty() ? Word(state_.targetDevice) : std::string_view(progress_);
+    }
+    return {};
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,167 @@
+#include "editor/CellEditor.h"
+
+#include <algorithm>
+
+namespace tarnwell {
+
+namespace {
+
+constexpr Message kOutOfRangeDecimal{
+    "The new value was out of range and \r\nhas been discarded. Try again.", "W A R N I N G",
+    BoxStyle::Exclamation};
+constexpr Message kOutOfRangeHex{
+    "The new value was out of range and\r\nhas been discarded. Try again.", "W A R N I N G",
+    BoxStyle::Exclamation};
+
+/// The cell `steps` bytes further, from the grid's end on at its start and the reverse.
+GridCell Stepped(GridCell cell, int steps) {
+    const int address = (cell.Address() + steps + kEepromBytes) % kEepromBytes;
+    return {address / kBytesPerRow, address % kBytesPerRow + 1};
+}
+
+/// `text`, in UTF-8, without its last character.
+std::string WithoutLastCharacter(std::string text) {
+    const auto isContinuation = [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+    };
+    while (!text.empty() && isContinuation(text.back()))
+        text.pop_back();
+    if (!text.empty())
+        text.pop_back();
+    return text;
+}
+
+std::string TypedText(std::string_view character, NumberMode mode) {
+    if (mode == NumberMode::Hex && character.size() == 1) {
+        if (const auto capital = FilterKey(character.front(), mode))
+            return {*capital};
+    }
+    return std::string(character);
+}
+
+}  // namespace
+
+CellEditor::CellEditor(ProgramState& state, StatusBar& statusBar, User& user, DataGrid& grid,
+                       PendingWrites& pending)
+    : state_(state), statusBar_(statusBar), user_(user), grid_(grid), pending_(pending) {}
+
+void CellEditor::Click() {
+    if (EditorIsOn())
+        BeginCellEdit({});
+}
+
+void CellEditor::CharacterTyped(std::string_view character) {
+    if (EditorIsOn())
+        BeginCellEdit(character);
+}
+
+void CellEditor::EnterCell() {
+    if (EditorIsOn())
+        BeginCellEdit({});
+}
+
+void CellEditor::Scrolled() {
+    if (grid_.EntryIsOpen())
+        grid_.AbandonEntry();
+}
+
+void CellEditor::BeginCellEdit(std::string_view character) {
+    const bool typed = !character.empty() && static_cast<unsigned char>(character.front()) > ' ';
+    if (typed)
+        grid_.OpenEntry(TypedText(character, state_.numberMode), EditSelection::CaretAtEnd);
+    else
+        grid_.OpenEntry(grid_.Text(grid_.Current()), EditSelection::WholeText);
+    statusBar_.StopTimer();
+    record_.EditAddress = NumberText(static_cast<std::uint32_t>(grid_.Current().Address()),
+                                     state_.numberMode);
+    statusBar_.PutStatus("Editing EEPROM Address: " + record_.EditAddress);
+}
+
+bool CellEditor::CheckEditValue() {
+    if (ByteFromText(grid_.EditText(), state_.numberMode))
+        return true;
+    grid_.SetEditText(grid_.Text(grid_.Current()));
+    user_.ShowBox(state_.numberMode == NumberMode::Decimal ? kOutOfRangeDecimal : kOutOfRangeHex);
+    return false;
+}
+
+CellEditor::Commit CellEditor::CommitCellEdit() {
+    const std::string before = grid_.Text(grid_.Current());
+    if (!grid_.EntryIsOpen() || grid_.EditText() == before)
+        return Commit::Settled;
+    record_.EditOldValue = before;
+    record_.EditNewValue = grid_.EditText();
+
+    const bool gridWasChanged = state_.gridChanged;
+    grid_.SetGridChanged(true);
+    if (!CheckEditValue())
+        return Commit::Settled;
+    if (pending_.IsFull() && !pending_.MakeRoom()) {
+        grid_.SetEditText(before);
+        grid_.SetGridChanged(gridWasChanged);
+        statusBar_.ShowStatus("Pending EEP Writes Are Full; Change Discarded", kResultSeconds);
+        return Commit::Refused;
+    }
+    grid_.SetCurrentText(record_.EditNewValue);
+    grid_.SetGridChanged(true);
+    pending_.AddPendingWrite(record_);
+    return Commit::Settled;
+}
+
+CellEditor::Commit CellEditor::LeaveCell() {
+    if (!EditorIsOn() || !grid_.EntryIsOpen())
+        return Commit::Settled;
+    if (!grid_.EditText().empty() && CommitCellEdit() == Commit::Refused)
+        return Commit::Refused;
+    grid_.CloseEntry();
+    return Commit::Settled;
+}
+
+bool CellEditor::MoveTo(GridCell cell) {
+    const CommandScope scope(statusBar_);
+    if (cell == grid_.Current())
+        return true;
+    if (LeaveCell() == Commit::Refused)
+        return false;
+    grid_.MoveCurrent(cell);
+    EnterCell();
+    return true;
+}
+
+void CellEditor::SettleEntry() {
+    const CommandScope scope(statusBar_);
+    if (LeaveCell() == Commit::Refused)
+        grid_.CloseEntry();
+}
+
+void CellEditor::KeyPressed(EditKey key) {
+    const GridCell cell = grid_.Current();
+    switch (key) {
+        case EditKey::Backspace:
+            grid_.SetEditText(WithoutLastCharacter(grid_.EditText()));
+            return;
+        case EditKey::Escape:
+            grid_.AbandonEntry();
+            return;
+        case EditKey::Next:
+            return CommitAndMove(Stepped(cell, 1));
+        case EditKey::Previous:
+            return CommitAndMove(Stepped(cell, -1));
+        case EditKey::Left:
+            return CommitAndMove({cell.row, std::max(cell.column - 1, 1)});
+        case EditKey::Down:
+            return CommitAndMove({std::min(cell.row + 1, kGridRows - 1), cell.column});
+        case EditKey::Up:
+            return CommitAndMove({std::max(cell.row - 1, 0), cell.column});
+    }
+}
+
+void CellEditor::CommitAndMove(GridCell target) {
+    const CommandScope scope(statusBar_);
+    if (grid_.EntryIsOpen() && grid_.EditText().empty())
+        grid_.SetEditText("0");
+    if (CommitCellEdit() == Commit::Settled)
+        MoveTo(target);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,104 @@
+// The data editor's grid: its own texts of the buffer's bytes, the current cell, the edit box.
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <string>
+
+#include "core/NumberModeMenu.h"
+#include "image/MemoryBuffer.h"
+
+namespace tarnwell {
+
+inline constexpr int kGridRows = 512;
+inline constexpr int kBytesPerRow = 16;
+
+/// A byte's cell; the columns of bytes are 1 to 16, column 0 shows the row's address.
+struct GridCell {
+    int row = 0;
+    int column = 1;
+
+    bool operator==(const GridCell&) const = default;
+    int Address() const { return row * kBytesPerRow + column - 1; }
+};
+
+enum class EditSelection : std::uint8_t { WholeText, CaretAtEnd };
+
+/// What the data editor tells the widgets that show it.
+class EditorView {
+  public:
+    virtual ~EditorView() = default;
+    virtual void GridRefilled() = 0;  ///< every text, heading and address
+    virtual void GridCellChanged(GridCell cell) = 0;
+    virtual void CurrentCellMoved() = 0;
+    virtual void EditBoxOpened(EditSelection selection) = 0;
+    virtual void EditBoxTextChanged() = 0;
+    virtual void EditBoxClosed() = 0;
+    virtual void PendingWritesChanged() = 0;
+    virtual void FocusGrid() = 0;
+
+    /// Shows the warning modally; whether the user wants to see it again.
+    virtual bool ShowWarningAgain() = 0;
+};
+
+class DataGrid final : public NumberDisplay {
+  public:
+    DataGrid(ProgramState& state, StatusBar& statusBar, Screen& screen, MemoryBuffer& buffer,
+             EditorView& view);
+
+    /// Lays out headings and addresses; the data cells stay empty.
+    void SetupGrid();
+
+    /// Copies the whole buffer into the grid. An open entry ends.
+    void FillGrid();
+
+    /// Copies the whole grid into the buffer and refreshes its checksum.
+    void TransferGrid();
+
+    void ConvertNumbers(NumberMode mode) override;
+
+    const std::string& Text(GridCell cell) const;
+    std::string RowAddressText(int row) const;
+    std::string HeadingText(int offset) const;
+
+    /// Whether the cell's byte was changed and neither transferred nor discarded yet.
+    bool IsChanged(GridCell cell) const;
+
+    GridCell Current() const { return current_; }
+    void MoveCurrent(GridCell cell);
+
+    /// Gives the current cell its edited text.
+    void SetCurrentText(const std::string& text);
+
+    /// Sets or clears the mark that the grid holds edits that the buffer does not.
+    void SetGridChanged(bool changed);
+
+    bool EntryIsOpen() const { return entryIsOpen_; }
+    const std::string& EditText() const { return editText_; }
+    void OpenEntry(std::string text, EditSelection selection);
+
+    /// What the user or the program made of the edit box's text.
+    void SetEditText(std::string text);
+
+    /// Hides the edit box; it holds the current cell's text again.
+    void AbandonEntry();
+
+    /// Hides the edit box and empties it.
+    void CloseEntry();
+
+  private:
+    static std::size_t Index(GridCell cell) { return static_cast<std::size_t>(cell.Address()); }
+
+    ProgramState& state_;
+    StatusBar& statusBar_;
+    Screen& screen_;
+    MemoryBuffer& buffer_;
+    EditorView& view_;
+    std::array<std::string, kEepromBytes> texts_;
+    std::bitset<kEepromBytes> changed_;
+    GridCell current_;
+    std::string editText_;
+    bool entryIsOpen_ = false;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,109 @@
+#include "editor/EditorPage.h"
+
+#include "core/Pages.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr Message kAskCopy{
+    "Values in the Data Grid have been modified.\r\n\r\n"
+    "Copy changes to the Tarnwell Memory Buffer?",
+    "Data Modified", BoxStyle::YesNoQuestion};
+constexpr Message kAskMerge{
+    "Values in the Data Grid have been modified.\r\n\r\n"
+    "Merge the changes with the Memory Buffer?",
+    "D A T A - Changed", BoxStyle::YesNoQuestion};
+constexpr Message kAskDiscard{"Really discard the Data Grid changes?", "C A U T I O N",
+                              BoxStyle::YesNoExclamation};
+
+}  // namespace
+
+EditorPage::EditorPage(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
+                       DataGrid& grid, PendingWrites& pending, CellEditor& cellEditor,
+                       EditorView& view)
+    : state_(state),
+      statusBar_(statusBar),
+      screen_(screen),
+      user_(user),
+      grid_(grid),
+      pending_(pending),
+      cellEditor_(cellEditor),
+      view_(view) {}
+
+void EditorPage::ToggleEditor() {
+    state_.editor =
+        state_.editor == EditorSwitch::On ? EditorSwitch::Off : EditorSwitch::On;
+    ApplyEditorSwitch();
+}
+
+void EditorPage::ApplyEditorSwitch() {
+    const bool on = state_.editor == EditorSwitch::On;
+    if (!on)
+        grid_.AbandonEntry();
+    SetLayout(on && state_.page == Page::Editor ? SizeMode::Big : SizeMode::Small);
+    statusBar_.ShowStatus(on ? "Data Editor Enabled" : "Data Editor Disabled", kResultSeconds);
+    screen_.Changed(Shown::EditorSwitch);
+    screen_.Changed(Shown::Menus);
+    view_.FocusGrid();
+}
+
+void EditorPage::SetLayout(SizeMode mode) {
+    state_.sizeMode = mode;
+    screen_.Changed(Shown::Layout);
+}
+
+void EditorPage::SwitchPage(Page page) {
+    const CommandScope scope(statusBar_);
+    const Page left = state_.page;
+    if (left == Page::Editor) {
+        cellEditor_.SettleEntry();
+        AskAndSettle(kAskCopy);
+    }
+    state_.page = page;
+    statusBar_.ShowStatus(Info(page).status, kResultSeconds);
+    if (page != Page::Editor)
+        SetLayout(SizeMode::Small);
+    else if (state_.editor == EditorSwitch::On)
+        SetLayout(SizeMode::Big);
+    if (page == Page::Editor && state_.editorWarning == kShowWarning)
+        ShowWarning();
+}
+
+void EditorPage::ShowWarning() {
+    state_.editorWarning = view_.ShowWarningAgain() ? kShowWarning : kNoWarning;
+}
+
+bool EditorPage::SettleGridEdits() {
+    const CommandScope scope(statusBar_);
+    cellEditor_.SettleEntry();
+    return AskAndSettle(kAskMerge);
+}
+
+bool EditorPage::MayRefillGrid() {
+    const CommandScope scope(statusBar_);
+    cellEditor_.SettleEntry();
+    return !state_.gridChanged || AskAndDiscard();
+}
+
+bool EditorPage::AskAndSettle(const Message& question) {
+    if (!state_.gridChanged)
+        return true;
+    if (user_.ShowBox(question) != Answer::Yes)
+        return AskAndDiscard();
+    grid_.TransferGrid();
+    return true;
+}
+
+bool EditorPage::AskAndDiscard() {
+    if (user_.ShowBox(kAskDiscard) != Answer::Yes)
+        return false;
+    ApplyEditorSwitch();
+    grid_.CloseEntry();
+    grid_.FillGrid();
+    grid_.SetGridChanged(false);
+    pending_.ClearPendingWrites();
+    return true;
+}
+
+}  // namespace tarnwell

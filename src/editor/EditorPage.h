@@ -1,0 +1,44 @@
+// The data editor as a page: its switch, and the questions that settle the grid's edits.
+#pragma once
+
+#include "editor/CellEditor.h"
+
+namespace tarnwell {
+
+class EditorPage {
+  public:
+    EditorPage(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
+               DataGrid& grid, PendingWrites& pending, CellEditor& cellEditor, EditorView& view);
+
+    /// A click on the editor switch.
+    void ToggleEditor();
+
+    /// The tab control shows `page`. Leaving the data editor with edits in the grid asks what
+    /// becomes of them; entering it shows the warning.
+    void SwitchPage(Page page);
+
+    /// Opening a menu whose commands work on the buffer: asks what becomes of the grid's edits.
+    /// False if they stay only in the grid.
+    bool SettleGridEdits();
+
+    /// Before a command that refills the grid: asks whether edits in it may be discarded.
+    bool MayRefillGrid();
+
+  private:
+    bool AskAndSettle(const Message& question);
+    bool AskAndDiscard();
+    void ApplyEditorSwitch();
+    void SetLayout(SizeMode mode);
+    void ShowWarning();
+
+    ProgramState& state_;
+    StatusBar& statusBar_;
+    Screen& screen_;
+    User& user_;
+    DataGrid& grid_;
+    PendingWrites& pending_;
+    CellEditor& cellEditor_;
+    EditorView& view_;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,116 @@
+#include "editor/PendingWrites.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr Message kAskWriteNow{
+    "There are now ten pending EEP changes. Click <Yes> to write the EEP changes now\r\n"
+    "or click <No> to postpone the pending EEP write until later.\r\n\r\n"
+    "If <No> is clicked, the entire EEP must be written later to save these changes.\r\n\r\n"
+    "Do you want to write the EEP changes now?",
+    "Write Changes?", BoxStyle::YesNoQuestion};
+constexpr Message kAskWriteOne{"Write 1 new value to the EEP?", "V E R I F Y",
+                               BoxStyle::YesNoQuestion};
+constexpr Message kVerifyFailed{
+    "Verification of the EEProm failed;\r\nThe EEProm was not programmed correctly, try again.",
+    "E R R O R - Verify Failed", BoxStyle::Critical};
+
+Box AskWrite(int count) {
+    Box box = kAskWriteOne;
+    if (count != 1)
+        box.text = "Write " + std::to_string(count) + " new values to the EEP?";
+    return box;
+}
+
+}  // namespace
+
+PendingWrites::PendingWrites(const ProgramState& state, StatusBar& statusBar, User& user,
+                             mI2Ccode& i2c, DataGrid& grid, EditorView& view)
+    : state_(state), statusBar_(statusBar), user_(user), i2c_(i2c), grid_(grid), view_(view) {}
+
+void PendingWrites::AddPendingWrite(const EditRecord& record) {
+    if (record.EditAddress.empty())
+        return;
+    rows_.at(static_cast<std::size_t>(count_)) = record;
+    ++count_;
+    view_.PendingWritesChanged();
+    if (IsFull())
+        AskToWriteNow();
+}
+
+bool PendingWrites::MakeRoom() {
+    AskToWriteNow();
+    return !IsFull();
+}
+
+void PendingWrites::AskToWriteNow() {
+    if (user_.ShowBox(kAskWriteNow) == Answer::Yes)
+        WritePending();
+    else
+        ClearPendingWrites();
+}
+
+void PendingWrites::ClearPendingWrites() {
+    rows_.fill({});
+    count_ = 0;
+    view_.PendingWritesChanged();
+}
+
+void PendingWrites::WritePending() {
+    const CommandScope scope(statusBar_);
+    if (count_ == 0) {
+        statusBar_.ShowStatus("There Are No Pending EEP Writes", kResultSeconds);
+        return;
+    }
+    const BusClaim claim(i2c_);
+    if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
+        return;
+    if (user_.ShowBox(AskWrite(count_)) == Answer::No) {
+        statusBar_.ShowStatus("EEProm Write Cancelled", kResultSeconds);
+        return;
+    }
+    switch (WriteEntries()) {
+        case Outcome::Aborted:
+            i2c_.AbortOperation();
+            return;
+        case Outcome::Mismatch:
+            statusBar_.ShowStatus("ERROR: EEProm and New Data Do Not Match!", kMismatchSeconds);
+            user_.Beep();
+            user_.ShowBox(kVerifyFailed);
+            statusBar_.PutStatus("");
+            return;
+        case Outcome::Verified:
+            ClearPendingWrites();
+            grid_.TransferGrid();
+            statusBar_.ShowStatus("EEP Verified OK; New Data Written to EEProm", kResultSeconds);
+            return;
+    }
+}
+
+PendingWrites::Outcome PendingWrites::WriteEntries() {
+    Outcome outcome = Outcome::Verified;
+    for (int row = 0; row < count_; ++row) {
+        const auto address =
+            static_cast<std::int16_t>(ParseNumber(Row(row).EditAddress, state_.numberMode));
+        const auto value =
+            static_cast<std::uint8_t>(ParseNumber(Row(row).EditNewValue, state_.numberMode));
+        if (i2c_.WriteByte(address, value) == Transfer::Aborted ||
+            i2c_.ReadBlock(address, 1) == Transfer::Aborted)
+            return Outcome::Aborted;
+        if (i2c_.ReadData()[0] != value)
+            outcome = Outcome::Mismatch;
+    }
+    return outcome;
+}
+
+void PendingWrites::ConvertNumbers(NumberMode mode) {
+    for (EditRecord& row : rows_) {
+        row.EditAddress = ConvertedNumber(row.EditAddress, mode);
+        row.EditOldValue = ConvertedNumber(row.EditOldValue, mode);
+        row.EditNewValue = ConvertedNumber(row.EditNewValue, mode);
+    }
+    view_.PendingWritesChanged();
+}
+
+}  // namespace tarnwell

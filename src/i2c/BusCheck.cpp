@@ -1,0 +1,99 @@
+// The bus check that opens every command, and the way out of a command that was cut short.
+#include "i2c/mI2Ccode.h"
+
+namespace tarnwell {
+
+namespace {
+
+/// A device that outputs a byte needs at most eight clocks and one for the acknowledge to let go.
+constexpr int kClocksToFreeSda = 9;
+
+constexpr Message kBusActivity{"There is I2C Bus Activity", "E R R O R", BoxStyle::Exclamation};
+constexpr Message kHardwareProblem{"I2C Interface Hardware Problem", "E R R O R",
+                                   BoxStyle::Exclamation};
+constexpr Message kNoAcknowledge{"There is an I2C bus or\r\nInterface Hardware Problem",
+                                 "E R R O R", BoxStyle::Exclamation};
+
+}  // namespace
+
+BusCheck mI2Ccode::CheckBus(Quiet quiet) {
+    const bool portUsable = !PortFailed();
+    if (busLeftOpen_ && portUsable)
+        FreeBus();
+
+    BusCheck result = ProbeBus();
+    busLeftOpen_ = busLeftOpen_ || (portUsable && PortFailed());
+    if (result == BusCheck::NoAcknowledge && quiet == Quiet::Yes)
+        result = PortFailed() ? BusCheck::HardwareProblem : BusCheck::NobodyAnswered;
+    switch (result) {
+        case BusCheck::Ok:
+        case BusCheck::NobodyAnswered:
+            break;
+        case BusCheck::BusActivity:
+            Report(kBusActivity);
+            break;
+        case BusCheck::HardwareProblem:
+            Report(kHardwareProblem);
+            break;
+        case BusCheck::NoAcknowledge:
+            Report(kNoAcknowledge);
+            break;
+    }
+    return result;
+}
+
+BusCheck mI2Ccode::ProbeBus() {
+    const std::uint8_t idle = Sense();
+    if ((idle & pins_.ClockInMask) == 0 || (idle & pins_.DataInMask) == 0)
+        return BusCheck::BusActivity;
+
+    SetSDA(0);
+    const std::uint8_t driven = Sense();
+    SetSDA(1);
+    if ((driven & pins_.DataInMask) != 0)
+        return BusCheck::HardwareProblem;
+
+    return ProbeDevice() == AckBit::Acknowledged ? BusCheck::Ok : BusCheck::NoAcknowledge;
+}
+
+AckBit mI2Ccode::ProbeDevice() {
+    SendStart();
+    SendByte(SelectByte());
+    AckBit ack = ReadAck();
+    for (int sample = 1; sample < kAckSamples && ack == AckBit::NotAcknowledged; ++sample)
+        ack = ReadAck();
+    SendStop();
+    return ack;
+}
+
+bool mI2Ccode::SdaIsHigh(std::uint8_t status) const {
+    const bool set = (status & pins_.DataInMask) != 0;
+    return set != (pins_.DataInInverted != (pins_.DataInMask == kComplementedStatusBit));
+}
+
+void mI2Ccode::FreeBus() {
+    SetSDA(1);
+    SetSCL(1);
+    for (int clock = 0; clock < kClocksToFreeSda && !SdaIsHigh(Sense()); ++clock) {
+        SetSCL(0);
+        SetSCL(1);
+    }
+    SendStop();
+    ReleaseBus();
+    busLeftOpen_ = PortFailed();
+}
+
+void mI2Ccode::AbortOperation() {
+    if (PortFailed())
+        busLeftOpen_ = true;
+    else
+        FreeBus();
+    Report(kNoAcknowledge);
+}
+
+void mI2Ccode::Report(const Message& message) {
+    user_.ShowBox(Box(message).WithLine(port_.Failure()));
+    statusBar_.ShowStatus("I2C Operation Aborted", kResultSeconds);
+}
+
+}  // namespace tarnwell

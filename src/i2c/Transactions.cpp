@@ -1,0 +1,120 @@
+// The two EEPROM transactions: block read and single-byte write.
+#include <algorithm>
+
+#include "i2c/mI2Ccode.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr std::uint8_t kPrimarySelect = 0xA0;
+constexpr std::uint8_t kSecondarySelect = 0xA2;
+constexpr std::uint8_t kReadBit = 0x01;
+
+constexpr int kProgressStep = 64;
+
+/// A 24C64 finishes its write cycle within 10 ms (data sheet, t_WR).
+constexpr BusTime kWriteCycleBound = std::chrono::milliseconds(50);
+
+/// Shows the progress of a whole-device read while it runs.
+class ReadProgress {
+  public:
+    ReadProgress(StatusBar& statusBar, User& user, int count)
+        : statusBar_(statusBar), user_(user), shown_(count == kEepromBytes) {}
+    ~ReadProgress() {
+        if (shown_)
+            statusBar_.EndProgress();
+    }
+    ReadProgress(const ReadProgress&) = delete;
+    ReadProgress& operator=(const ReadProgress&) = delete;
+
+    void Show(int bytesRead) {
+        if (!shown_ || bytesRead % kProgressStep != 0)
+            return;
+        statusBar_.ShowProgress(bytesRead);
+        user_.KeepPainting();
+    }
+
+  private:
+    StatusBar& statusBar_;
+    User& user_;
+    bool shown_;
+};
+
+}  // namespace
+
+std::uint8_t mI2Ccode::SelectByte() const {
+    return state_.targetDevice == TargetDevice::Primary ? kPrimarySelect : kSecondarySelect;
+}
+
+Transfer mI2Ccode::WaitForAck() {
+    for (int sample = 0; sample < kAckSamples && !PortFailed(); ++sample) {
+        if (ReadAck() == AckBit::Acknowledged)
+            return PortFailed() ? Transfer::Aborted : Transfer::Done;
+    }
+    return Transfer::Aborted;
+}
+
+Transfer mI2Ccode::SendAddressed(std::uint8_t select, std::int16_t address) {
+    const int low = address & 0xFF;
+    const int high = (address - low) / 256 & 0xFF;
+    SendStart();
+    for (const int byte : {int{select}, high, low}) {
+        SendByte(static_cast<std::uint8_t>(byte));
+        if (WaitForAck() == Transfer::Aborted)
+            return Transfer::Aborted;
+    }
+    return Transfer::Done;
+}
+
+Transfer mI2Ccode::ReadBlock(std::int16_t address, std::int16_t count) {
+    ReadProgress progress(statusBar_, user_, count);
+    const std::uint8_t select = SelectByte();
+    if (SendAddressed(select, address) == Transfer::Aborted)
+        return Transfer::Aborted;
+    SendStart();
+    SendByte(select | kReadBit);
+    if (WaitForAck() == Transfer::Aborted)
+        return Transfer::Aborted;
+
+    const int last = count - 1;
+    for (int index = 0; index <= last; ++index) {
+        readData_[static_cast<std::size_t>(index)] = ReadByte();
+        if (index == last)
+            SendStop();
+        else
+            SendAck();
+        if (PortFailed())
+            return Transfer::Aborted;
+        if (index != last)
+            progress.Show(index + 1);
+    }
+    return Transfer::Done;
+}
+
+Transfer mI2Ccode::WriteByte(std::int16_t address, std::uint8_t value) {
+    const std::uint8_t select = SelectByte();
+    if (SendAddressed(select, address) == Transfer::Aborted)
+        return Transfer::Aborted;
+    SendByte(value);
+    if (WaitForAck() == Transfer::Aborted)
+        return Transfer::Aborted;
+    SendStop();
+    return PollUntilWritten(select);
+}
+
+Transfer mI2Ccode::PollUntilWritten(std::uint8_t select) {
+    const BusTime bound = clock_.Now() + kWriteCycleBound;
+    SendStart();
+    while (!PortFailed()) {
+        SendByte(select);
+        if (ReadAck() == AckBit::Acknowledged)
+            return PortFailed() ? Transfer::Aborted : Transfer::Done;
+        if (clock_.Now() >= bound)
+            break;
+        SendStart();
+    }
+    return Transfer::Aborted;
+}
+
+}  // namespace tarnwell

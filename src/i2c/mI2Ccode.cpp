@@ -1,0 +1,128 @@
+#include "i2c/mI2Ccode.h"
+
+namespace tarnwell {
+
+mI2Ccode::mI2Ccode(Port& port, Clock& clock, const ProgramState& state, StatusBar& statusBar,
+                   User& user)
+    : port_(port),
+      clock_(clock),
+      state_(state),
+      statusBar_(statusBar),
+      user_(user),
+      timing_(clock) {}
+
+void mI2Ccode::ApplyPortOptions() {
+    pins_ = DecodePinOptions(state_.pinOptions);
+    timing_.Forget();
+}
+
+void mI2Ccode::Claim() {
+    if (claims_++ > 0)
+        return;
+    baseAddress_ = PortAddressValue(state_.portAddress);
+    timing_.Forget();
+    port_.Claim(baseAddress_);
+}
+
+void mI2Ccode::Release() {
+    if (--claims_ == 0)
+        port_.Release();
+}
+
+std::uint8_t mI2Ccode::TimedRead(std::uint16_t address) {
+    const BusTime before = clock_.Now();
+    const std::uint8_t value = port_.DlPortReadPortUchar(address);
+    timing_.NoteReadTime(clock_.Now() - before);
+    return value;
+}
+
+void mI2Ccode::Drive(BusLine line, std::int16_t level) {
+    const bool scl = line == BusLine::Scl;
+    const std::uint16_t mask = scl ? pins_.ClockOutMask : pins_.DataOutMask;
+    const bool inverted = scl ? pins_.ClockOutInverted : pins_.DataOutInverted;
+
+    const std::uint8_t before = TimedRead(baseAddress_);
+    if (level < 0)
+        return;
+    const Level target = level == 0 ? Level::Low : Level::High;
+    const bool set = (target == Level::High) != inverted;
+    const auto value = static_cast<std::uint8_t>(set ? before | mask : before & (255 - mask));
+    timing_.WaitToDrive(line, target);
+    port_.DlPortWritePortUchar(baseAddress_, value);
+    timing_.Driven(line, target);
+}
+
+void mI2Ccode::SetSCL(std::int16_t level) {
+    Drive(BusLine::Scl, level);
+}
+
+void mI2Ccode::SetSDA(std::int16_t level) {
+    Drive(BusLine::Sda, level);
+}
+
+std::uint8_t mI2Ccode::Sense() {
+    return port_.DlPortReadPortUchar(static_cast<std::uint16_t>(baseAddress_ + 1));
+}
+
+void mI2Ccode::ReleaseBus() {
+    SetSCL(1);
+    SetSDA(1);
+}
+
+void mI2Ccode::SendStart() {
+    SetSCL(1);
+    SetSDA(1);
+    SetSDA(0);
+    SetSCL(0);
+    SetSDA(1);
+}
+
+void mI2Ccode::SendStop() {
+    SetSDA(0);
+    SetSCL(1);
+    SetSDA(1);
+}
+
+void mI2Ccode::SendAck() {
+    SetSDA(0);
+    SetSCL(1);
+    SetSCL(0);
+    SetSDA(1);
+}
+
+void mI2Ccode::SendByte(std::uint8_t value) {
+    for (std::uint8_t mask = 0x80; mask != 0; mask >>= 1) {
+        SetSDA(value & mask);
+        SetSCL(1);
+        SetSCL(0);
+    }
+}
+
+AckBit mI2Ccode::ReadAck() {
+    SetSDA(1);
+    SetSCL(1);
+    timing_.WaitToSample();
+    bool high = (Sense() & pins_.DataInMask) != 0;
+    SetSCL(0);
+    if (pins_.DataInInverted)
+        high = !high;
+    return high ? AckBit::NotAcknowledged : AckBit::Acknowledged;
+}
+
+std::uint8_t mI2Ccode::ReadByte() {
+    unsigned value = 0;
+    for (int bit = 0; bit < 8; ++bit) {
+        SetSCL(1);
+        timing_.WaitToSample();
+        value = value << 1 | ((Sense() & pins_.DataInMask) != 0 ? 1U : 0U);
+        SetSCL(0);
+    }
+    SetSDA(1);
+    if (pins_.DataInMask == kComplementedStatusBit)
+        value ^= 0xFF;
+    if (pins_.DataInInverted)
+        value ^= 0xFF;
+    return static_cast<std::uint8_t>(value);
+}
+
+}  // namespace tarnwell

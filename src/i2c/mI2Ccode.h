@@ -1,0 +1,131 @@
+// The I2C interface: line driving, bus operations, the bus check and the EEPROM transactions.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "core/ProgramState.h"
+#include "core/StatusBar.h"
+#include "core/User.h"
+#include "i2c/BusTiming.h"
+#include "i2c/PinMapping.h"
+#include "i2c/Port.h"
+
+namespace tarnwell {
+
+/// Bytes of one 24C64.
+inline constexpr int kEepromBytes = 8192;
+
+/// Samples of the acknowledge bit after which a device counts as silent.
+inline constexpr int kAckSamples = 5;
+
+/// One device's bytes and a spare slot.
+using EepromArray = std::array<std::uint8_t, kEepromBytes + 1>;
+
+enum class AckBit : std::int16_t { Acknowledged = 0, NotAcknowledged = -1 };
+
+enum class Quiet : std::uint8_t { No, Yes };
+
+enum class BusCheck : std::uint8_t {
+    Ok = 0,
+    BusActivity = 25,       ///< a line was not high before anything was driven
+    HardwareProblem = 50,   ///< SDA stayed high while driven low
+    NobodyAnswered = 75,    ///< the target device did not acknowledge, quiet call
+    NoAcknowledge = 100,    ///< the target device did not acknowledge
+};
+
+/// How a transaction ended; after Aborted the bus needs AbortOperation.
+enum class Transfer : std::uint8_t { Done, Aborted };
+
+/// The program as the only master on the bus. Claim the bus (BusClaim) before any operation.
+class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-down name
+  public:
+    mI2Ccode(Port& port, Clock& clock, const ProgramState& state, StatusBar& statusBar, User& user);
+
+    /// Decodes the program state's pin options for all further operations.
+    void ApplyPortOptions();
+    const PinSetup& Pins() const { return pins_; }
+
+    /// Drive a line: 0 is low, 1 or more is high, a negative level changes nothing.
+    void SetSCL(std::int16_t level);
+    void SetSDA(std::int16_t level);
+
+    /// One read of the status register.
+    std::uint8_t Sense();
+
+    void ReleaseBus();
+
+    /// Also the repeated start. SCL is low and SDA released afterwards.
+    void SendStart();
+    void SendStop();
+    void SendAck();
+
+    /// Eight bits, the most significant first; the caller reads the acknowledge.
+    void SendByte(std::uint8_t value);
+    AckBit ReadAck();
+    std::uint8_t ReadByte();
+
+    /// Tests that the lines are idle, that SDA follows the adapter and that the target device
+    /// answers. Tells the user of any failure but NobodyAnswered.
+    BusCheck CheckBus(Quiet quiet);
+
+    /// Reads `count` (1 to 8192) bytes from `address` (0 to 8191) of the target device into
+    /// ReadData from index 0. A read of a whole device shows its progress.
+    [[nodiscard]] Transfer ReadBlock(std::int16_t address, std::int16_t count);
+
+    /// Writes one byte at `address` (0 to 8191) of the target device and returns when the device
+    /// has finished its write cycle.
+    [[nodiscard]] Transfer WriteByte(std::int16_t address, std::uint8_t value);
+
+    /// The bytes of the last block read.
+    const EepromArray& ReadData() const { return readData_; }
+
+    /// Ends a command whose transaction was aborted: frees the bus and tells the user.
+    void AbortOperation();
+
+  private:
+    friend class BusClaim;
+    void Claim();
+    void Release();
+
+    void Drive(BusLine line, std::int16_t level);
+    std::uint8_t TimedRead(std::uint16_t address);
+    bool SdaIsHigh(std::uint8_t status) const;
+    std::uint8_t SelectByte() const;
+
+    BusCheck ProbeBus();
+    AckBit ProbeDevice();
+    void FreeBus();
+    void Report(const Message& message);
+
+    [[nodiscard]] Transfer WaitForAck();
+    [[nodiscard]] Transfer SendAddressed(std::uint8_t select, std::int16_t address);
+    [[nodiscard]] Transfer PollUntilWritten(std::uint8_t select);
+    bool PortFailed() const { return !port_.Failure().empty(); }
+
+    Port& port_;
+    Clock& clock_;
+    const ProgramState& state_;
+    StatusBar& statusBar_;
+    User& user_;
+    BusTiming timing_;
+    PinSetup pins_ = DecodePinOptions(kDefaultPinOptions);
+    EepromArray readData_{};
+    std::uint16_t baseAddress_ = 0;
+    int claims_ = 0;
+    bool busLeftOpen_ = false;  ///< the port failed before the bus could be freed
+};
+
+/// Holds the port for this program from a command's bus check to the command's end.
+class BusClaim {
+  public:
+    explicit BusClaim(mI2Ccode& i2c) : i2c_(i2c) { i2c_.Claim(); }
+    ~BusClaim() { i2c_.Release(); }
+    BusClaim(const BusClaim&) = delete;
+    BusClaim& operator=(const BusClaim&) = delete;
+
+  private:
+    mI2Ccode& i2c_;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,224 @@
+#include "image/WholeDevice.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/Number.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr int kProgressStep = 64;
+
+constexpr Message kAskWrite{"Write memory buffer to EEProm?", "V E R I F Y",
+                            BoxStyle::YesNoQuestion};
+constexpr TextRequest kAskFillValue{"Enter DECIMAL value for EEP fill...",
+                                    "F I L L   E N T I R E   E E P", "255"};
+constexpr Message kBadFillValue{"Please enter a whole number from 0 to 255.", "E R R O R",
+                                BoxStyle::Exclamation};
+constexpr Message kVerifyFailed{
+    "EEProm data verification failed;\r\nThe EEProm was not programmed correctly, try again.",
+    "E R R O R - Verify Failed", BoxStyle::Critical};
+constexpr Message kAskSecondary{
+    "B E   C A R E F U L !\r\nLittle is known about this EEProm.\r\n"
+    "Bad data values here could KILL your HDTV!",
+    "W A R N I N G", BoxStyle::OkCancelExclamation};
+
+std::string_view Trimmed(std::string_view text) {
+    constexpr std::string_view kBlanks = " \t\r\n";
+    const auto first = text.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+bool IsDecimalNumber(std::string_view text) {
+    if (text.starts_with('-') || text.starts_with('+'))
+        text.remove_prefix(1);
+    const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+    const bool hasDigit = std::ranges::any_of(text, isDigit);
+    return hasDigit && std::ranges::count(text, '.') <= 1 &&
+           std::ranges::all_of(text, [&](char c) { return c == '.' || isDigit(c); });
+}
+
+}  // namespace
+
+std::optional<std::uint8_t> FillValue(std::string_view answer) {
+    answer = Trimmed(answer);
+    if (!IsDecimalNumber(answer))
+        return std::nullopt;
+    const double rounded = std::floor(LeadingNumber(answer) + 0.5);
+    if (rounded < 0 || rounded > 255)
+        return std::nullopt;
+    return static_cast<std::uint8_t>(rounded);
+}
+
+WholeDevice::WholeDevice(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
+                         mI2Ccode& i2c, MemoryBuffer& buffer, BufferDisplays& displays)
+    : state_(state),
+      statusBar_(statusBar),
+      screen_(screen),
+      user_(user),
+      i2c_(i2c),
+      buffer_(buffer),
+      displays_(displays) {}
+
+void WholeDevice::ReadEntireEep() {
+    const CommandScope scope(statusBar_);
+    if (!displays_.MayRefillGrid())
+        return;
+    const BusClaim claim(i2c_);
+    if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
+        return;
+    statusBar_.PutStatus("Please Wait, Reading the EEPROM...");
+    if (i2c_.ReadBlock(0, kEepromBytes) == Transfer::Aborted) {
+        i2c_.AbortOperation();
+        return;
+    }
+    std::copy_n(i2c_.ReadData().begin(), kEepromBytes, buffer_.begin());
+    statusBar_.ShowStatus(state_.targetDevice == TargetDevice::Primary
+                              ? "Primary EEProm Data Read Into Memory"
+                              : "Secondary EEProm Data Read Into Memory",
+                          kResultSeconds);
+    statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
+    displays_.FillGrid();
+    displays_.ShowSettingsFromBuffer();
+    state_.eepRead = true;
+}
+
+void WholeDevice::WriteEntireEep() {
+    const CommandScope scope(statusBar_);
+    const BusClaim claim(i2c_);
+    if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
+        return;
+    if (user_.ShowBox(kAskWrite) == Answer::No) {
+        statusBar_.ShowStatus("EEProm Write Cancelled", kResultSeconds);
+        return;
+    }
+    WriteAndVerify("Please Wait, Writing Buffer to EEProm...",
+                   {.waitLine = "EEP Write Complete, Now Verifing Data...",
+                    .mismatchLine = "ERROR: EEP and Memory Buffer Values Do Not Match!"},
+                   [this](std::size_t address) { return buffer_[address]; });
+}
+
+void WholeDevice::FillEntireEep() {
+    const CommandScope scope(statusBar_);
+    const BusClaim claim(i2c_);
+    if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
+        return;
+    const auto answer = user_.AskText(kAskFillValue);
+    const auto value = answer ? FillValue(*answer) : std::nullopt;
+    if (!value) {
+        if (answer)
+            user_.ShowBox(kBadFillValue);
+        statusBar_.ShowStatus("EEProm Write Cancelled", kResultSeconds);
+        return;
+    }
+    WriteAndVerify("Please Wait, Writing Fill Value to EEProm...",
+                   {.waitLine = "Please Wait, Verifing Fill Value...",
+                    .mismatchLine = "ERROR: EEP and Desired Value Do Not Match!"},
+                   [&](std::size_t /*address*/) { return *value; });
+}
+
+template <typename ValueAt>
+void WholeDevice::WriteAndVerify(std::string_view waitLine, const Verification& verification,
+                                 ValueAt valueAt) {
+    statusBar_.PutStatus(waitLine);
+    const Transfer written = WriteAll(valueAt);
+    statusBar_.EndProgress();
+    if (written == Transfer::Aborted) {
+        i2c_.AbortOperation();
+        return;
+    }
+
+    const auto differences = VerifyEEP(verification.waitLine, valueAt);
+    if (!differences) {
+        i2c_.AbortOperation();
+        return;
+    }
+    if (differences->empty()) {
+        statusBar_.ShowStatus("EEP Verified OK; EEProm Write Successful", kResultSeconds);
+        return;
+    }
+    statusBar_.ShowStatus(verification.mismatchLine, kMismatchSeconds);
+    user_.Beep();
+    Box box = kVerifyFailed;
+    box.details = *differences;
+    user_.ShowBox(box);
+    statusBar_.PutStatus("");
+}
+
+template <typename ValueAt>
+Transfer WholeDevice::WriteAll(ValueAt valueAt) {
+    for (int address = 0; address < kEepromBytes; ++address) {
+        const auto value = valueAt(static_cast<std::size_t>(address));
+        if (i2c_.WriteByte(static_cast<std::int16_t>(address), value) == Transfer::Aborted)
+            return Transfer::Aborted;
+        if (address % kProgressStep == 0 && address > 0)
+            statusBar_.ShowProgress(address);
+        user_.KeepPainting();
+    }
+    return Transfer::Done;
+}
+
+template <typename ValueAt>
+std::optional<std::string> WholeDevice::VerifyEEP(std::string_view waitLine, ValueAt valueAt) {
+    statusBar_.PutStatus(waitLine);
+    if (i2c_.ReadBlock(0, kEepromBytes) == Transfer::Aborted)
+        return std::nullopt;
+
+    int count = 0;
+    std::string lines;
+    for (std::size_t address = 0; address < kEepromBytes; ++address) {
+        const std::uint8_t expected = valueAt(address);
+        const std::uint8_t found = i2c_.ReadData()[address];
+        if (found == expected)
+            continue;
+        ++count;
+        const auto number = [&](std::size_t value) {
+            return NumberText(static_cast<std::uint32_t>(value), state_.numberMode);
+        };
+        lines += "\nAddress " + number(address) + ": wrote " + number(expected) + ", read " +
+                 number(found);
+    }
+    if (count == 0)
+        return std::string{};
+    return std::to_string(count) + (count == 1 ? " byte differs." : " bytes differ.") + lines;
+}
+
+void WholeDevice::SelectEeprom(TargetDevice device) {
+    const CommandScope scope(statusBar_);
+    if (device == TargetDevice::Primary)
+        SelectPrimary();
+    else
+        SelectSecondary();
+}
+
+void WholeDevice::SelectPrimary() {
+    const bool wasSecondary = state_.targetDevice == TargetDevice::Secondary;
+    ShowTarget(TargetDevice::Primary, "Primary EEProm Selected as Target Device");
+    if (wasSecondary)
+        displays_.ClearSettingCells();
+}
+
+void WholeDevice::SelectSecondary() {
+    if (user_.ShowBox(kAskSecondary) != Answer::Ok) {
+        statusBar_.ShowStatus("Target EEProm Not Changed - Primary EEP Still Selected",
+                              kResultSeconds);
+        return;
+    }
+    ShowTarget(TargetDevice::Secondary, "Secondary EEProm Selected as Target Device");
+    displays_.ClearSettingCells();
+}
+
+void WholeDevice::ShowTarget(TargetDevice device, std::string_view status) {
+    if (device != state_.targetDevice)
+        displays_.ClearPendingWrites();
+    state_.targetDevice = device;
+    screen_.Changed(Shown::Menus);
+    screen_.Changed(Shown::EepPanel);
+    statusBar_.ShowStatus(status, kResultSeconds);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,67 @@
+// The commands of the "I2C Operations" menu, each on a whole EEPROM at once.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "image/MemoryBuffer.h"
+
+namespace tarnwell {
+
+/// What the whole-device commands need of the displays that follow the memory buffer.
+class BufferDisplays {
+  public:
+    virtual ~BufferDisplays() = default;
+
+    /// Asks before edits that are only in the data editor's grid are lost by a refill.
+    virtual bool MayRefillGrid() = 0;
+
+    virtual void FillGrid() = 0;
+    virtual void ShowSettingsFromBuffer() = 0;
+    virtual void ClearSettingCells() = 0;
+    virtual void ClearPendingWrites() = 0;
+};
+
+class WholeDevice {
+  public:
+    WholeDevice(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
+                mI2Ccode& i2c, MemoryBuffer& buffer, BufferDisplays& displays);
+
+    void ReadEntireEep();
+    void WriteEntireEep();
+    void FillEntireEep();
+    void SelectEeprom(TargetDevice device);
+
+  private:
+    void SelectPrimary();
+    void SelectSecondary();
+    void ShowTarget(TargetDevice device, std::string_view status);
+
+    struct Verification {
+        std::string_view waitLine;
+        std::string_view mismatchLine;
+    };
+    template <typename ValueAt>
+    void WriteAndVerify(std::string_view waitLine, const Verification& verification,
+                        ValueAt valueAt);
+    template <typename ValueAt>
+    [[nodiscard]] Transfer WriteAll(ValueAt valueAt);
+    /// The differences found, none if empty; nothing if the read was aborted.
+    template <typename ValueAt>
+    std::optional<std::string> VerifyEEP(std::string_view waitLine, ValueAt valueAt);
+
+    ProgramState& state_;
+    StatusBar& statusBar_;
+    Screen& screen_;
+    User& user_;
+    mI2Ccode& i2c_;
+    MemoryBuffer& buffer_;
+    BufferDisplays& displays_;
+};
+
+/// The fill value that an answer gives: one decimal number, halves rounded upward, 0 to 255;
+/// blanks around it are allowed. Nothing for any other text.
+std::optional<std::uint8_t> FillValue(std::string_view answer);
+
+}  // namespace tarnwell

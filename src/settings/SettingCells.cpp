@@ -1,0 +1,56 @@
+#include "settings/SettingCells.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarnwell {
+
+SettingCells::SettingCells(const ProgramState& state, SettingsView& view)
+    : state_(state), view_(view) {}
+
+std::optional<std::uint8_t> SettingCells::Value(int cell) const {
+    if (IsEmpty(cell))
+        return std::nullopt;
+    return static_cast<std::uint8_t>(
+        std::clamp(ParseNumber(Caption(cell), state_.numberMode), 0, 255));
+}
+
+void SettingCells::ShowValue(int cell, std::uint8_t value) {
+    SetCaption(cell, NumberText(value, state_.numberMode));
+}
+
+void SettingCells::SetCaption(int cell, std::string caption) {
+    At(cell).caption = std::move(caption);
+    At(cell).empty = false;
+    view_.SettingCellChanged(cell);
+}
+
+void SettingCells::SetColour(int cell, CellColour colour) {
+    At(cell).colour = colour;
+    view_.SettingCellChanged(cell);
+}
+
+void SettingCells::ClearSettingCells() {
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        At(cell).caption.clear();
+        At(cell).empty = true;
+        view_.SettingCellChanged(cell);
+    }
+}
+
+bool SettingCells::AnyIsEmpty() const {
+    return std::ranges::any_of(cells_, &State::empty);
+}
+
+bool SettingCells::AnyHasMark(Mark mark) const {
+    return std::ranges::find(cells_, mark, &State::mark) != cells_.end();
+}
+
+void SettingCells::ConvertNumbers(NumberMode mode) {
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        At(cell).caption = ConvertedNumber(Caption(cell), mode);
+        view_.SettingCellChanged(cell);
+    }
+}
+
+}  // namespace tarnwell

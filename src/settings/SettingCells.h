@@ -1,0 +1,80 @@
+// The value cells of the settings pages: their captions, marks and colours.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "core/NumberModeMenu.h"
+#include "settings/Catalog.h"
+
+namespace tarnwell {
+
+/// A cell's pending mark.
+enum class Mark : std::uint8_t {
+    Clean,
+    Changed,     ///< accepted in the value editor; the end of the edit is not handled yet
+    Save,        ///< waits to be written to the EEPROM
+    EepWritten,  ///< written, waits for its read-back
+    False,       ///< OK was pressed without a change
+};
+
+enum class CellColour : std::uint8_t { Normal, Editing, Changed };
+
+/// What the settings tell the widgets that show them.
+class SettingsView {
+  public:
+    virtual ~SettingsView() = default;
+    virtual void SettingCellChanged(int cell) = 0;
+
+    /// Shows the value editor modally.
+    virtual void ShowFormEdit() = 0;
+};
+
+class SettingCells final : public NumberDisplay {
+  public:
+    SettingCells(const ProgramState& state, SettingsView& view);
+
+    const std::string& Caption(int cell) const { return At(cell).caption; }
+
+    /// Whether the cell holds no value. A number-mode change makes an empty cell read "0", which
+    /// still is no value.
+    bool IsEmpty(int cell) const { return At(cell).empty; }
+
+    /// The value that the caption gives, held to a byte; nothing for an empty cell.
+    std::optional<std::uint8_t> Value(int cell) const;
+
+    void ShowValue(int cell, std::uint8_t value);
+    void SetCaption(int cell, std::string caption);
+
+    Mark MarkOf(int cell) const { return At(cell).mark; }
+    void SetMark(int cell, Mark mark) { At(cell).mark = mark; }
+
+    CellColour Colour(int cell) const { return At(cell).colour; }
+    void SetColour(int cell, CellColour colour);
+
+    /// Empties every caption; marks and colours stay.
+    void ClearSettingCells();
+
+    bool AnyIsEmpty() const;
+    bool AnyHasMark(Mark mark) const;
+
+    void ConvertNumbers(NumberMode mode) override;
+
+  private:
+    struct State {
+        std::string caption = "0";
+        Mark mark = Mark::Clean;
+        CellColour colour = CellColour::Normal;
+        bool empty = false;
+    };
+    State& At(int cell) { return cells_[static_cast<std::size_t>(cell)]; }
+    const State& At(int cell) const { return cells_[static_cast<std::size_t>(cell)]; }
+
+    const ProgramState& state_;
+    SettingsView& view_;
+    std::array<State, kCellCount> cells_;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,191 @@
+#include "settings/SettingsEngine.h"
+
+#include <algorithm>
+
+namespace tarnwell {
+
+namespace {
+
+constexpr Message kAskWrite{"Write settings values to EEPROM?", "V E R I F Y",
+                            BoxStyle::YesNoQuestion};
+constexpr Message kNothingToWrite{"No settings were changed;\r\nThe EEProm was not modified.",
+                                  "I N F O", BoxStyle::Information};
+constexpr Message kVerifyFailed{
+    "Verification of the EEProm settings values failed;\r\n"
+    "The EEProm was not programmed correctly, try again.",
+    "E R R O R - Verify Failed", BoxStyle::Critical};
+
+std::int16_t AddressOf(int cell) {
+    return static_cast<std::int16_t>(Cell(cell).address);
+}
+
+int ShiftOf(int cell) {
+    return Cell(cell).setting->shift;
+}
+
+}  // namespace
+
+SettingsEngine::SettingsEngine(ProgramState& state, StatusBar& statusBar, User& user,
+                               mI2Ccode& i2c, MemoryBuffer& buffer, DataGrid& grid,
+                               EditorPage& editorPage, SettingCells& cells)
+    : state_(state),
+      statusBar_(statusBar),
+      user_(user),
+      i2c_(i2c),
+      buffer_(buffer),
+      grid_(grid),
+      editorPage_(editorPage),
+      cells_(cells) {}
+
+bool SettingsEngine::RefuseOnSecondary() {
+    if (state_.targetDevice == TargetDevice::Primary)
+        return false;
+    statusBar_.ShowStatus(kUseDataEditor, kResultSeconds);
+    return true;
+}
+
+void SettingsEngine::ShowSettingsFromBuffer() {
+    if (RefuseOnSecondary())
+        return;
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        const std::uint8_t byte = buffer_[static_cast<std::size_t>(AddressOf(cell))];
+        cells_.ShowValue(cell, FieldOf(byte, ShiftOf(cell)));
+    }
+}
+
+void SettingsEngine::ReadSettingsFromEep() {
+    const CommandScope scope(statusBar_);
+    const BusClaim claim(i2c_);
+    if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
+        return;
+    std::array<std::uint8_t, kCellCount> bytes{};
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        if (i2c_.ReadBlock(AddressOf(cell), 1) == Transfer::Aborted) {
+            i2c_.AbortOperation();
+            return;
+        }
+        bytes[static_cast<std::size_t>(cell)] = i2c_.ReadData()[0];
+    }
+    for (int cell = 0; cell < kCellCount; ++cell)
+        cells_.ShowValue(cell, FieldOf(bytes[static_cast<std::size_t>(cell)], ShiftOf(cell)));
+    statusBar_.ShowStatus("Settings Values Read from EEPROM", kResultSeconds);
+}
+
+void SettingsEngine::MergeSettingsWithBuffer() {
+    const CommandScope scope(statusBar_);
+    if (RefuseOnSecondary() || !editorPage_.MayRefillGrid())
+        return;
+    Merge();
+}
+
+void SettingsEngine::Merge() {
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        const auto value = cells_.Value(cell);
+        if (!value)
+            continue;
+        std::uint8_t& byte = buffer_[static_cast<std::size_t>(AddressOf(cell))];
+        byte = WithField(byte, *value, ShiftOf(cell));
+        cells_.SetMark(cell, Mark::Clean);
+    }
+    grid_.FillGrid();
+    statusBar_.ShowStatus("Settings Values Merged Into Memory Buffer", kResultSeconds);
+    state_.bufferChanged = true;
+    statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
+}
+
+void SettingsEngine::WriteSettingsToEep() {
+    const CommandScope scope(statusBar_);
+    if (RefuseOnSecondary())
+        return;
+    if (BufferHoldsImage() && !editorPage_.MayRefillGrid())
+        return;
+    const BusClaim claim(i2c_);
+    if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
+        return;
+    if (user_.ShowBox(kAskWrite) == Answer::No) {
+        statusBar_.ShowStatus("EEProm Write Cancelled", kResultSeconds);
+        return;
+    }
+    if (!HasCellToWrite()) {
+        user_.ShowBox(kNothingToWrite);
+        return;
+    }
+    const Outcome outcome = WriteCells() == Transfer::Done ? VerifyEEP() : Outcome::Aborted;
+    switch (outcome) {
+        case Outcome::Aborted:
+            MarkUnverifiedForSaving();
+            i2c_.AbortOperation();
+            return;
+        case Outcome::Mismatch:
+            statusBar_.ShowStatus("ERROR: EEProm and Settings Values Do Not Match!",
+                                  kMismatchSeconds);
+            user_.Beep();
+            user_.ShowBox(kVerifyFailed);
+            statusBar_.PutStatus("");
+            return;
+        case Outcome::Verified:
+            if (BufferHoldsImage()) {
+                Merge();
+                state_.eepRead = false;
+            }
+            statusBar_.ShowStatus("EEP Verified OK; Settings Values Written to EEProm",
+                                  kResultSeconds);
+            return;
+    }
+}
+
+bool SettingsEngine::HasCellToWrite() const {
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        if (cells_.MarkOf(cell) == Mark::Save && !cells_.IsEmpty(cell))
+            return true;
+    }
+    return false;
+}
+
+Transfer SettingsEngine::WriteCells() {
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        const auto value = cells_.Value(cell);
+        if (cells_.MarkOf(cell) != Mark::Save || !value)
+            continue;
+        if (WriteCell(cell, *value) == Transfer::Aborted)
+            return Transfer::Aborted;
+        cells_.SetMark(cell, Mark::EepWritten);
+        cells_.SetColour(cell, CellColour::Normal);
+    }
+    return Transfer::Done;
+}
+
+Transfer SettingsEngine::WriteCell(int cell, std::uint8_t value) {
+    const int shift = ShiftOf(cell);
+    std::uint8_t byte = value;
+    if (shift != 0) {
+        if (i2c_.ReadBlock(AddressOf(cell), 1) == Transfer::Aborted)
+            return Transfer::Aborted;
+        byte = WithField(i2c_.ReadData()[0], value, shift);
+    }
+    return i2c_.WriteByte(AddressOf(cell), byte);
+}
+
+SettingsEngine::Outcome SettingsEngine::VerifyEEP() {
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        if (cells_.MarkOf(cell) != Mark::EepWritten)
+            continue;
+        if (i2c_.ReadBlock(AddressOf(cell), 1) == Transfer::Aborted)
+            return Outcome::Aborted;
+        cells_.SetMark(cell, Mark::Clean);
+        if (FieldOf(i2c_.ReadData()[0], ShiftOf(cell)) != cells_.Value(cell))
+            return Outcome::Mismatch;
+    }
+    return Outcome::Verified;
+}
+
+void SettingsEngine::MarkUnverifiedForSaving() {
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        if (cells_.MarkOf(cell) != Mark::EepWritten)
+            continue;
+        cells_.SetMark(cell, Mark::Save);
+        cells_.SetColour(cell, CellColour::Changed);
+    }
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,70 @@
+#include "settings/ValueEditor.h"
+
+#include <algorithm>
+
+namespace tarnwell {
+
+namespace {
+
+constexpr Message kSecondaryTarget{
+    "You must use the Data Editor to change values in\r\n"
+    "the secondary EEProm.   PLEASE BE CAREFUL!",
+    "I N F O", BoxStyle::Information};
+
+}  // namespace
+
+ValueEditor::ValueEditor(ProgramState& state, StatusBar& statusBar, User& user,
+                         SettingCells& cells, SettingsView& view)
+    : state_(state), statusBar_(statusBar), user_(user), cells_(cells), view_(view) {}
+
+void ValueEditor::CellClicked(int cell) {
+    if (state_.targetDevice == TargetDevice::Secondary) {
+        const CommandScope scope(statusBar_);
+        user_.ShowBox(kSecondaryTarget);
+        return;
+    }
+    edit_ = Edit{cell, cells_.MarkOf(cell), cells_.Colour(cell)};
+    cells_.SetColour(cell, CellColour::Editing);
+    view_.ShowFormEdit();
+    EndEdit();
+}
+
+int ValueEditor::Maximum() const {
+    return Cell(edit_->cell).setting->maximum;
+}
+
+int ValueEditor::StartValue() const {
+    return std::min<int>(cells_.Value(edit_->cell).value_or(0), Maximum());
+}
+
+std::string ValueEditor::Readout(int value) const {
+    return NumberText(static_cast<std::uint32_t>(value), state_.numberMode);
+}
+
+ValueEditor::Accepted ValueEditor::Accept(const std::string& readout) {
+    const int cell = edit_->cell;
+    if (!cells_.IsEmpty(cell) && readout == cells_.Caption(cell)) {
+        cells_.SetMark(cell, Mark::False);
+        return Accepted::Unchanged;
+    }
+    cells_.SetCaption(cell, readout);
+    cells_.SetMark(cell, Mark::Changed);
+    return Accepted::Changed;
+}
+
+void ValueEditor::EndEdit() {
+    const Edit edit = *edit_;
+    edit_.reset();
+    if (cells_.MarkOf(edit.cell) == Mark::Changed) {
+        statusBar_.ShowStatus(StatusLineName(edit.cell) + "Value Changed", kResultSeconds);
+        cells_.SetMark(edit.cell, Mark::Save);
+        cells_.SetColour(edit.cell, CellColour::Changed);
+        return;
+    }
+    statusBar_.ShowStatus("Value Change Aborted", kResultSeconds);
+    const bool waits = edit.mark == Mark::Save;
+    cells_.SetMark(edit.cell, waits ? Mark::Save : Mark::Clean);
+    cells_.SetColour(edit.cell, waits ? edit.colour : CellColour::Normal);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,30 @@
+// The colours of the design.
+#pragma once
+
+#include <QColor>
+
+#include "settings/SettingCells.h"
+
+namespace tarnwell::colours {
+
+inline constexpr QColor kCell{255, 255, 192};
+inline constexpr QColor kHeading{239, 219, 137};
+inline constexpr QColor kBeingEdited{255, 192, 255};
+inline constexpr QColor kValueText{0, 0, 192};
+inline constexpr QColor kText{0, 0, 0};
+inline constexpr QColor kLampOn{0, 255, 0};
+inline constexpr QColor kLampOff{255, 0, 0};
+
+constexpr QColor of(CellColour colour) {
+    switch (colour) {
+        case CellColour::Editing:
+            return kBeingEdited;
+        case CellColour::Changed:
+            return kHeading;
+        case CellColour::Normal:
+            break;
+    }
+    return kCell;
+}
+
+}  // namespace tarnwell::colours

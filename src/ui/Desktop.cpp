@@ -1,0 +1,69 @@
+#include "ui/Desktop.h"
+
+#include <QCoreApplication>
+#include <QDate>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QLocale>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTime>
+#include <QUrl>
+
+#include "ui/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr int kModinfoTimeout = 2000;  // ms
+
+/// The locale's time format, with seconds where its short form leaves them out.
+QString timeFormatWithSeconds(const QLocale& locale) {
+    QString format = locale.timeFormat(QLocale::ShortFormat);
+    if (!format.contains(QLatin1Char('s')))
+        format.replace(QRegularExpression(QStringLiteral("(mm?)")), QStringLiteral("\\1:ss"));
+    return format;
+}
+
+}  // namespace
+
+std::string Desktop::ProgramFolder() const {
+    return pathFromQt(QCoreApplication::applicationDirPath());
+}
+
+bool Desktop::Exists(const std::string& path) const {
+    return QFileInfo::exists(pathToQt(path));
+}
+
+bool Desktop::OpenInViewer(const std::string& path) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(pathToQt(path)));
+}
+
+bool Desktop::Start(const std::string& path) {
+    return QProcess::startDetached(pathToQt(path), {});
+}
+
+std::string Desktop::KernelModulePath(const std::string& module) const {
+    QProcess modinfo;
+    modinfo.start(QStringLiteral("modinfo"), {QStringLiteral("-n"), toQt(module)});
+    if (!modinfo.waitForFinished(kModinfoTimeout) || modinfo.exitCode() != 0)
+        return {};
+    return pathFromQt(QString::fromLocal8Bit(modinfo.readAllStandardOutput()).trimmed());
+}
+
+std::string Desktop::ShortDate() const {
+    return fromQt(QLocale().toString(QDate::currentDate(), QLocale::ShortFormat));
+}
+
+std::string Desktop::TimeWithSeconds() const {
+    const QLocale locale;
+    return fromQt(locale.toString(QTime::currentTime(), timeFormatWithSeconds(locale)));
+}
+
+QtTimer::QtTimer() {
+    m_timer.setObjectName(QStringLiteral("MsgTimer"));
+    m_timer.setSingleShot(true);
+}
+
+}  // namespace tarnwell

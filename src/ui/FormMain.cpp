@@ -1,0 +1,313 @@
+#include "ui/FormMain.h"
+
+#include <QLayout>
+#include <QShortcut>
+#include <QTabBar>
+#include <cstdlib>
+
+#include "core/Pages.h"
+#include "ui/FormAbout.h"
+#include "ui/FormEdit.h"
+#include "ui/FormWarning.h"
+#include "ui/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+/// Height of the tabs above a page, in twips.
+constexpr int kTabRow = 330;
+constexpr int kStatusTop = 3510;
+
+int windowWidth(SizeMode mode) {
+    return mode == SizeMode::Small ? 7305 : 9495;
+}
+
+}  // namespace
+
+FormMain::FormMain(const Connections& connections)
+    : onProgramEnd([] { std::_Exit(EXIT_FAILURE); }),
+      m_platform(connections.platform),
+      m_program({connections.port, connections.clock, *this, m_msgTimer, m_user, *this, *this,
+                 *this, connections.platform, m_desktop, connections.registry, m_desktop}),
+      m_menu(*new MainMenu(*menuBar())),
+      m_body(*new QWidget(this)),
+      m_tabs(*new QTabWidget(&m_body)),
+      m_settingsPages(*new SettingsPages(m_tabs)),
+      m_editorPage(
+          *new EditorPageWidget(m_program.grid, m_program.cellEditor, m_program.state, kTabRow)),
+      m_pendingFrame(*new PendingFrame(m_program.pending, &m_body)),
+      m_statusArea(*new StatusArea(&m_body)),
+      m_readSettings(addButton("cmdReadSettings", "Read Settings from EEP",
+                               " Read settings values from the EEP ",
+                               scaledRect(75, 3120, 2240, 300))),
+      m_mergeSettings(addButton("cmdCopySettingsToBuffer", "Merge Settings with Buffer",
+                                " Merge the settings values with the Tarnwell buffer ",
+                                scaledRect(2520, 3120, 2175, 300))),
+      m_writeSettings(addButton("cmdSaveSettings", "Write Settings to EEP",
+                                " Write settings values to the EEP ",
+                                scaledRect(4920, 3120, 2240, 300))),
+      m_writePending(addButton("cmdWriteData", "Write Pending to EEP",
+                               " Write pending Data Editor changes to the EEP ",
+                               scaledRect(7320, 3120, 1935, 300))) {
+    setObjectName(QStringLiteral("formMain"));
+    setWindowTitle(connections.simulated ? QStringLiteral(" Tarnwell 2 - Simulated Television")
+                                         : QStringLiteral(" Tarnwell 2"));
+    setCentralWidget(&m_body);
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
+    setContextMenuPolicy(Qt::NoContextMenu);
+    buildPages();
+    buildButtons();
+    connectSignals();
+}
+
+void FormMain::buildPages() {
+    m_tabs.setObjectName(QStringLiteral("SSTab1"));
+    m_tabs.setAccessibleName(QStringLiteral("Pages"));
+    m_tabs.setGeometry(scaledRect(75, 0, 7065, 3075));
+    m_tabs.setUsesScrollButtons(false);
+    m_tabs.setElideMode(Qt::ElideNone);
+    m_tabs.tabBar()->setFixedHeight(scaled(kTabRow));
+    m_tabs.addTab(&m_editorPage, toQt(Info(Page::Editor).caption));
+    m_pendingFrame.setGeometry(scaledRect(7320, 60, 1935, 3015));
+    m_statusArea.move(0, scaled(kStatusTop));
+    for (int cell = 0; cell < kCellCount; ++cell)
+        SettingCellChanged(cell);
+}
+
+QPushButton& FormMain::addButton(const char* name, const char* caption, const char* toolTip,
+                                 const QRect& place) {
+    auto* button = new QPushButton(QLatin1String(caption), &m_body);
+    button->setObjectName(QLatin1String(name));
+    button->setAccessibleName(QLatin1String(caption));
+    button->setToolTip(QLatin1String(toolTip));
+    button->setGeometry(place);
+    fitCaption(*button);
+    return *button;
+}
+
+void FormMain::buildButtons() {
+    for (QPushButton* button : {&m_readSettings, &m_mergeSettings, &m_writeSettings})
+        button->setEnabled(false);
+    setTabOrder(&m_tabs, &m_readSettings);
+    setTabOrder(&m_readSettings, &m_mergeSettings);
+    setTabOrder(&m_mergeSettings, &m_writeSettings);
+    setTabOrder(&m_writeSettings, &m_writePending);
+}
+
+void FormMain::connectSignals() {
+    connect(&m_msgTimer.timer(), &QTimer::timeout, this,
+            [this] { m_program.statusBar.MsgTimerFired(); });
+    connect(&m_menu, &MainMenu::bufferMenuOpening, this,
+            [this] { run([this] { m_program.editorPage.SettleGridEdits(); }); });
+    connect(&m_menu, &MainMenu::chosen, this, &FormMain::runMenu);
+    connect(&m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
+        run([&] { m_program.editorPage.SwitchPage(static_cast<Page>(index)); });
+    });
+    connect(&m_settingsPages, &SettingsPages::cellClicked, this,
+            [this](int cell) { m_program.valueEditor.CellClicked(cell); });
+    connect(&m_editorPage, &EditorPageWidget::toggled, this,
+            [this] { m_program.editorPage.ToggleEditor(); });
+    connect(&m_statusArea, &StatusArea::captionDoubleClicked, this,
+            [this] { run([this] { m_program.helpCommands.StartExtraProgram(); }); });
+    connect(&m_readSettings, &QPushButton::clicked, this,
+            [this] { runButton([this] { m_program.settings.ReadSettingsFromEep(); }); });
+    connect(&m_mergeSettings, &QPushButton::clicked, this,
+            [this] { runButton([this] { m_program.settings.MergeSettingsWithBuffer(); }); });
+    connect(&m_writeSettings, &QPushButton::clicked, this,
+            [this] { runButton([this] { m_program.settings.WriteSettingsToEep(); }); });
+    connect(&m_writePending, &QPushButton::clicked, this,
+            [this] { runButton([this] { m_program.pending.WritePending(); }); });
+    auto* help = new QShortcut(QKeySequence::HelpContents, this);
+    connect(help, &QShortcut::activated, this, [this] { runMenu(MenuCommand::HelpTopics); });
+}
+
+void FormMain::startUp() {
+    run([this] { m_program.StartUp(*this); });
+}
+
+void FormMain::run(const std::function<void()>& command) {
+    try {
+        const CommandScope scope(m_program.statusBar);
+        command();
+        m_user.endCommand();
+    } catch (const ProgramEnd&) {
+        onProgramEnd();
+    }
+}
+
+void FormMain::runButton(const std::function<void()>& command) {
+    run([&] {
+        m_program.cellEditor.SettleEntry();
+        command();
+    });
+}
+
+void FormMain::runMenu(MenuCommand command) {
+    switch (command) {
+        case MenuCommand::None:
+            return;
+        case MenuCommand::LoadImage:
+            return run([this] { m_program.imageArchive.LoadImage(); });
+        case MenuCommand::LoadSettings:
+            return run([this] { m_program.settingsArchive.LoadSettings(); });
+        case MenuCommand::SaveImage:
+            return run([this] { m_program.imageArchive.SaveImage(); });
+        case MenuCommand::SaveSettings:
+            return run([this] { m_program.settingsArchive.SaveSettings(); });
+        case MenuCommand::Exit:
+            close();
+            return;
+        case MenuCommand::ReadEntireEep:
+            return run([this] { m_program.wholeDevice.ReadEntireEep(); });
+        case MenuCommand::WriteEntireEep:
+            return run([this] { m_program.wholeDevice.WriteEntireEep(); });
+        case MenuCommand::FillEntireEep:
+            return run([this] { m_program.wholeDevice.FillEntireEep(); });
+        case MenuCommand::SelectPrimary:
+            return run([this] { m_program.wholeDevice.SelectEeprom(TargetDevice::Primary); });
+        case MenuCommand::SelectSecondary:
+            return run([this] { m_program.wholeDevice.SelectEeprom(TargetDevice::Secondary); });
+        case MenuCommand::DecimalMode:
+            return run([this] { m_program.numberModeMenu.Select(NumberMode::Decimal); });
+        case MenuCommand::HexMode:
+            return run([this] { m_program.numberModeMenu.Select(NumberMode::Hex); });
+        case MenuCommand::PortLpt1:
+            return run([this] { m_program.ChoosePort(kPortChoices[0]); });
+        case MenuCommand::PortLpt2:
+            return run([this] { m_program.ChoosePort(kPortChoices[1]); });
+        case MenuCommand::PortLpt3:
+            return run([this] { m_program.ChoosePort(kPortChoices[2]); });
+        case MenuCommand::PortOptions:
+            return showPortOptions();
+        case MenuCommand::InterfaceTest:
+            return showInterfaceTest();
+        case MenuCommand::DriverLoader:
+            return startDriverLoader();
+        case MenuCommand::HelpTopics:
+            return run([this] { m_program.helpCommands.HelpTopics(); });
+        case MenuCommand::ReleaseHistory:
+            return run([this] { m_program.helpCommands.ReleaseHistory(); });
+        case MenuCommand::About:
+            return showAbout();
+    }
+}
+
+void FormMain::showAbout() {
+    FormAbout(this).exec();
+}
+
+void FormMain::closeEvent(QCloseEvent* event) {
+    Closing closing = Closing::KeepRunning;
+    run([&] { closing = m_program.ShutDown(); });
+    if (closing == Closing::KeepRunning) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+}
+
+void FormMain::Changed(Shown what) {
+    const auto panel = [this](Panel which) { m_statusArea.refresh(m_program.statusBar, which); };
+    switch (what) {
+        case Shown::ModePanel:
+            return panel(Panel::Mode);
+        case Shown::StatusPanel:
+            return panel(Panel::Status);
+        case Shown::CrcPanel:
+            return panel(Panel::Crc);
+        case Shown::EepPanel:
+            return panel(Panel::Eep);
+        case Shown::Menus:
+            return m_menu.sync(m_program.state);
+        case Shown::Layout:
+            return SetLayout();
+        case Shown::EditorSwitch:
+            return m_editorPage.showSwitch(m_program.state.editor);
+        case Shown::EditorCaption:
+            m_tabs.setTabText(static_cast<int>(Page::Editor),
+                              toQt(m_program.state.gridChanged ? kChangedEditorCaption
+                                                               : Info(Page::Editor).caption));
+            return;
+    }
+}
+
+void FormMain::SetLayout() {
+    const SizeMode mode = m_program.state.sizeMode;
+    m_pendingFrame.setVisible(mode == SizeMode::Big);
+    m_writePending.setVisible(mode == SizeMode::Big);
+    m_statusArea.setLayoutMode(mode);
+    m_body.setFixedSize(scaled(windowWidth(mode)), scaled(kStatusTop + StatusArea::kHeight));
+}
+
+void FormMain::ColourControls() {
+    m_editorPage.colourHeadings();
+    m_pendingFrame.colourRows();
+    m_statusArea.colourStrip();
+}
+
+void FormMain::ReleaseBus() {
+    const BusClaim claim(m_program.i2c);
+    m_program.i2c.ReleaseBus();
+}
+
+void FormMain::SetupGrid() {
+    m_editorPage.grid().setUp();
+    m_program.grid.SetupGrid();
+    m_editorPage.showSwitch(m_program.state.editor);
+    for (const Shown panel : {Shown::ModePanel, Shown::CrcPanel, Shown::EepPanel, Shown::Menus})
+        Changed(panel);
+}
+
+void FormMain::EnableSettingsButtons() {
+    for (QPushButton* button : {&m_readSettings, &m_mergeSettings, &m_writeSettings})
+        button->setEnabled(true);
+}
+
+void FormMain::GridRefilled() {
+    m_editorPage.refill();
+}
+
+void FormMain::GridCellChanged(GridCell cell) {
+    m_editorPage.grid().refresh(cell);
+}
+
+void FormMain::CurrentCellMoved() {
+    m_editorPage.grid().showCurrentCell();
+}
+
+void FormMain::EditBoxOpened(EditSelection selection) {
+    m_editorPage.grid().openEditBox(selection);
+}
+
+void FormMain::EditBoxTextChanged() {
+    m_editorPage.grid().refreshEditBox();
+}
+
+void FormMain::EditBoxClosed() {
+    m_editorPage.grid().closeEditBox();
+}
+
+void FormMain::PendingWritesChanged() {
+    m_pendingFrame.refresh();
+}
+
+void FormMain::FocusGrid() {
+    m_editorPage.grid().setFocus(Qt::OtherFocusReason);
+}
+
+bool FormMain::ShowWarningAgain() {
+    FormWarning warning(this);
+    warning.exec();
+    return !warning.dontShowAgain();
+}
+
+void FormMain::SettingCellChanged(int cell) {
+    m_settingsPages.refresh(m_program.cells, cell);
+}
+
+void FormMain::ShowFormEdit() {
+    FormEdit(m_program.valueEditor, m_program.state, this).exec();
+}
+
+}  // namespace tarnwell

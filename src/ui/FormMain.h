@@ -1,0 +1,115 @@
+// The main window: it shows the program and starts its commands.
+#pragma once
+
+#include <QCloseEvent>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QTabWidget>
+#include <functional>
+
+#include "ui/Desktop.h"
+#include "ui/EditorWidgets.h"
+#include "ui/MainMenu.h"
+#include "ui/Measures.h"
+#include "ui/Program.h"
+#include "ui/QtUser.h"
+#include "ui/SettingsPages.h"
+#include "ui/StatusArea.h"
+
+namespace tarnwell {
+
+/// The wire and the stores that the window's program works on.
+struct Connections {
+    Port& port;
+    Clock& clock;
+    mRegistry& registry;
+    Platform& platform;
+    bool simulated;
+};
+
+class FormMain final : public QMainWindow,
+                       private Screen,
+                       private EditorView,
+                       private SettingsView,
+                       private PlacedWindow,
+                       private StartUpSteps {
+    Q_OBJECT
+  public:
+    explicit FormMain(const Connections& connections);
+
+    /// Brings the window into a usable state; show it afterwards.
+    void startUp();
+
+    Program& program() { return m_program; }
+
+    /// What happens after the program ended itself; at first the process ends at once.
+    std::function<void()> onProgramEnd;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void buildPages();
+    void buildButtons();
+    void connectSignals();
+    QPushButton& addButton(const char* name, const char* caption, const char* toolTip,
+                           const QRect& place);
+
+    void run(const std::function<void()>& command);
+
+    /// A button's command: an entry that is open in the grid is committed first.
+    void runButton(const std::function<void()>& command);
+    void runMenu(MenuCommand command);
+    void showPortOptions();
+    void showInterfaceTest();
+    void startDriverLoader();
+    void showAbout();
+
+    void Changed(Shown what) override;
+
+    void GridRefilled() override;
+    void GridCellChanged(GridCell cell) override;
+    void CurrentCellMoved() override;
+    void EditBoxOpened(EditSelection selection) override;
+    void EditBoxTextChanged() override;
+    void EditBoxClosed() override;
+    void PendingWritesChanged() override;
+    void FocusGrid() override;
+    bool ShowWarningAgain() override;
+
+    void SettingCellChanged(int cell) override;
+    void ShowFormEdit() override;
+
+    void Place(WindowPlace place) override { m_place.place(*this, place); }
+    WindowPlace Place() const override { return m_place.of(*this); }
+
+    void SetUpFileDialog() override {}
+    void SyncMenuChecks() override { m_menu.sync(m_program.state); }
+    void SetLayout() override;
+    void ColourControls() override;
+    void ApplyPortOptions() override { m_program.i2c.ApplyPortOptions(); }
+    void ReleaseBus() override;
+    void SetupGrid() override;
+    void EnableSettingsButtons() override;
+
+    Platform& m_platform;
+    Desktop m_desktop;
+    QtTimer m_msgTimer;
+    QtUser m_user;
+    ScreenPlace m_place;
+    Program m_program;
+
+    MainMenu& m_menu;
+    QWidget& m_body;
+    QTabWidget& m_tabs;
+    SettingsPages& m_settingsPages;
+    EditorPageWidget& m_editorPage;
+    PendingFrame& m_pendingFrame;
+    StatusArea& m_statusArea;
+    QPushButton& m_readSettings;
+    QPushButton& m_mergeSettings;
+    QPushButton& m_writeSettings;
+    QPushButton& m_writePending;
+};
+
+}  // namespace tarnwell

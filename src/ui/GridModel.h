@@ -1,0 +1,37 @@
+// The data editor's grid as a table model over the grid's own texts.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QFont>
+
+#include "editor/DataGrid.h"
+
+namespace tarnwell {
+
+inline constexpr int kGridColumns = kBytesPerRow + 1;
+
+class GridModel final : public QAbstractTableModel {
+    Q_OBJECT
+  public:
+    GridModel(const DataGrid& grid, const ProgramState& state, QObject* parent);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+    QModelIndex indexOf(GridCell cell) const { return index(cell.row, cell.column); }
+
+    void refill();
+    void refresh(GridCell cell);
+
+  private:
+    QString text(const QModelIndex& index) const;
+    QString toolTip(GridCell cell) const;
+
+    const DataGrid& m_grid;
+    const ProgramState& m_state;
+    QFont m_changedFont;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,54 @@
+#include "ui/IniStore.h"
+
+#include <QStandardPaths>
+
+#include "ui/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+QString groupOf(std::string_view keyPath) {
+    return toQt(keyPath.substr(keyPath.rfind('\\') + 1));
+}
+
+}  // namespace
+
+IniStore::IniStore(const QString& fileName) : m_settings(fileName, QSettings::IniFormat) {
+    m_settings.setFallbacksEnabled(false);
+    m_settings.childGroups();
+    if (m_settings.status() == QSettings::FormatError)
+        m_settings.clear();
+}
+
+QString IniStore::defaultFileName() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/Halvdorn/Tarnwell.ini");
+}
+
+bool IniStore::CreateRegKey(std::string_view keyPath) {
+    m_created.append(groupOf(keyPath));
+    return true;
+}
+
+bool IniStore::exists(const QString& group) const {
+    return m_created.contains(group) || m_settings.childGroups().contains(group);
+}
+
+void IniStore::SetRegValue(std::string_view keyPath, std::string_view name,
+                           std::string_view value) {
+    const QString group = groupOf(keyPath);
+    if (exists(group))
+        m_settings.setValue(group + QLatin1Char('/') + toQt(name), toQt(value));
+}
+
+std::string IniStore::QueryRegValue(std::string_view keyPath, std::string_view name) {
+    return fromQt(
+        m_settings.value(groupOf(keyPath) + QLatin1Char('/') + toQt(name)).toString());
+}
+
+void IniStore::Flush() {
+    m_settings.sync();
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,28 @@
+// Drops the user's input while a command works on a whole device.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+
+namespace tarnwell {
+
+/// While it is shut, windows paint themselves and answer the window manager, but no input is
+/// acted on, then or later.
+class InputGate final : public QObject {
+    Q_OBJECT
+  public:
+    /// Shuts the gate; lets pending events through every few hundredths of a second.
+    void keepPainting();
+
+    /// Opens the gate after the input that is still on its way was dropped.
+    void open();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    bool m_shut = false;
+    QElapsedTimer m_sinceEvents;
+};
+
+}  // namespace tarnwell

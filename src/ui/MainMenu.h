@@ -1,0 +1,58 @@
+// The menu bar: its tree as a table, built once and kept in step with the program state.
+#pragma once
+
+#include <QAction>
+#include <QHash>
+#include <QMenuBar>
+
+#include "core/ProgramState.h"
+
+namespace tarnwell {
+
+/// What a menu item starts.
+enum class MenuCommand {
+    None,
+    LoadImage,
+    LoadSettings,
+    SaveImage,
+    SaveSettings,
+    Exit,
+    ReadEntireEep,
+    WriteEntireEep,
+    FillEntireEep,
+    SelectPrimary,
+    SelectSecondary,
+    DecimalMode,
+    HexMode,
+    PortLpt1,
+    PortLpt2,
+    PortLpt3,
+    PortOptions,
+    InterfaceTest,
+    DriverLoader,
+    HelpTopics,
+    ReleaseHistory,
+    About,
+};
+
+class MainMenu final : public QObject {
+    Q_OBJECT
+  public:
+    explicit MainMenu(QMenuBar& bar);
+
+    /// Sets check marks, visible and enabled items from the program state.
+    void sync(const ProgramState& state);
+
+  Q_SIGNALS:
+    /// A menu whose commands work on the buffer is about to show its items.
+    void bufferMenuOpening();
+    void chosen(MenuCommand command);
+
+  private:
+    QAction& action(const char* name) const { return *m_actions[QLatin1String(name)]; }
+    void check(const char* array, int index, bool checked);
+
+    QHash<QString, QAction*> m_actions;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,42 @@
+// The design's measures, scaled to the user's font.
+#pragma once
+
+#include <QFont>
+#include <QPoint>
+#include <QRect>
+
+#include "core/Options.h"
+
+class QWidget;
+
+namespace tarnwell {
+
+/// Pixels of a size in twips. The design's font has lines of 13 pixels, at which 15 twips are one
+/// pixel; all sizes grow with the line height of the user's font.
+int scaled(int twips);
+
+/// A rectangle given in twips as left, top, width and height.
+QRect scaledRect(int left, int top, int width, int height);
+
+enum class Weight { Normal, Bold };
+
+/// The user's font at a size of the design, in points.
+QFont scaledFont(double points, Weight weight);
+
+/// Positions on the screen: 15 twips a logical pixel, whatever the font.
+int screenTwips(int pixels);
+int screenPixels(int twips);
+
+/// A window's place on the screen in twips. It reads back as it was set while the window has not
+/// been moved, though a pixel is many twips. A place off every screen becomes the default one.
+class ScreenPlace {
+  public:
+    void place(QWidget& window, WindowPlace place);
+    WindowPlace of(const QWidget& window) const;
+
+  private:
+    WindowPlace m_place{};
+    QPoint m_pixels;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,130 @@
+#include "ui/QtUser.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QStandardPaths>
+
+#include "ui/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+struct StyleParts {
+    QMessageBox::Icon icon;
+    QMessageBox::StandardButtons buttons;
+    QMessageBox::StandardButton defaultButton;
+};
+
+StyleParts partsOf(BoxStyle style) {
+    constexpr auto yesNo = QMessageBox::Yes | QMessageBox::No;
+    switch (style) {
+        case BoxStyle::Critical:
+            return {QMessageBox::Critical, QMessageBox::Ok, QMessageBox::Ok};
+        case BoxStyle::Exclamation:
+            return {QMessageBox::Warning, QMessageBox::Ok, QMessageBox::Ok};
+        case BoxStyle::Information:
+            return {QMessageBox::Information, QMessageBox::Ok, QMessageBox::Ok};
+        case BoxStyle::YesNoQuestion:
+            return {QMessageBox::Question, yesNo, QMessageBox::Yes};
+        case BoxStyle::YesNoExclamation:
+            return {QMessageBox::Warning, yesNo, QMessageBox::Yes};
+        case BoxStyle::OkCancelExclamation:
+            break;
+    }
+    return {QMessageBox::Warning, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel};
+}
+
+Answer answerOf(int button) {
+    switch (button) {
+        case QMessageBox::Yes:
+            return Answer::Yes;
+        case QMessageBox::No:
+            return Answer::No;
+        case QMessageBox::Ok:
+            return Answer::Ok;
+        default:
+            return Answer::Cancel;
+    }
+}
+
+/// Qt takes the pattern from the last brackets and is told to show what stands before them.
+QStringList nameFilters() {
+    QStringList filters;
+    const QStringList parts = toQt(kArchiveFilter).split(QLatin1Char('|'));
+    for (qsizetype index = 0; index + 1 < parts.size(); index += 2) {
+        const QString pattern = parts[index + 1] == QLatin1String("*.*") ? QStringLiteral("*")
+                                                                         : parts[index + 1];
+        filters.append(QStringLiteral("%1 (%2)").arg(parts[index], pattern));
+    }
+    return filters;
+}
+
+QString startFolder(const std::string& folder) {
+    const QString wanted = pathToQt(folder);
+    if (!wanted.isEmpty() && QDir(wanted).exists())
+        return wanted;
+    const QString documents =
+        QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QDir(documents).exists() ? documents : QDir::homePath();
+}
+
+/// A dotted date would pass for an extension, so the dialog would not add its own.
+QString proposedName(const FileRequest& request) {
+    QString name = pathToQt(request.fileName);
+    if (request.kind == FileRequest::Kind::Save && name.contains(QLatin1Char('.')))
+        name += toQt(kArchiveExtension);
+    return name;
+}
+
+}  // namespace
+
+Answer QtUser::ShowBox(const Box& box) {
+    m_gate.open();
+    const StyleParts parts = partsOf(box.style);
+    QMessageBox messageBox(parts.icon, toQt(box.title), linesToQt(box.text), parts.buttons,
+                           QApplication::activeWindow());
+    messageBox.setTextFormat(Qt::PlainText);
+    messageBox.setDefaultButton(parts.defaultButton);
+    if (!box.details.empty())
+        messageBox.setDetailedText(linesToQt(box.details));
+    return answerOf(messageBox.exec());
+}
+
+std::optional<std::string> QtUser::AskText(const TextRequest& request) {
+    m_gate.open();
+    bool accepted = false;
+    const QString answer =
+        QInputDialog::getText(QApplication::activeWindow(), toQt(request.title),
+                              toQt(request.prompt), QLineEdit::Normal, toQt(request.answer),
+                              &accepted);
+    if (!accepted)
+        return std::nullopt;
+    return fromQt(answer);
+}
+
+std::optional<std::string> QtUser::AskFile(const FileRequest& request) {
+    m_gate.open();
+    const bool save = request.kind == FileRequest::Kind::Save;
+    QFileDialog dialog(QApplication::activeWindow(), toQt(request.title));
+    dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(request.kind == FileRequest::Kind::Open ? QFileDialog::ExistingFile
+                                                               : QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setNameFilters(nameFilters());
+    dialog.setDefaultSuffix(toQt(kArchiveExtension.substr(1)));
+    dialog.setDirectory(startFolder(request.folder));
+    dialog.selectFile(proposedName(request));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return pathFromQt(dialog.selectedFiles().constFirst());
+}
+
+void QtUser::Beep() {
+    QApplication::beep();
+}
+
+}  // namespace tarnwell

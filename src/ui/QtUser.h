@@ -1,0 +1,26 @@
+// The user at a desktop: message boxes, input box, file dialog, beep.
+#pragma once
+
+#include <QWidget>
+
+#include "core/User.h"
+#include "ui/InputGate.h"
+
+namespace tarnwell {
+
+class QtUser final : public User {
+  public:
+    Answer ShowBox(const Box& box) override;
+    std::optional<std::string> AskText(const TextRequest& request) override;
+    std::optional<std::string> AskFile(const FileRequest& request) override;
+    void Beep() override;
+    void KeepPainting() override { m_gate.keepPainting(); }
+
+    /// Takes input again after a long command.
+    void endCommand() { m_gate.open(); }
+
+  private:
+    InputGate m_gate;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,62 @@
+#include "ui/SettingCell.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyleOptionFrame>
+
+#include "ui/Colours.h"
+#include "ui/Fitted.h"
+#include "ui/Measures.h"
+#include "ui/Text.h"
+
+namespace tarnwell {
+
+SettingCell::SettingCell(int cell, QWidget* page) : QAbstractButton(page), m_cell(cell) {
+    setObjectName(elementName("lblSetting", cell));
+    setFont(scaledFont(9.75, Weight::Bold));
+    setFocusPolicy(Qt::StrongFocus);
+    setToolTip(toQt(Cell(cell).setting->cellTooltip));
+}
+
+void SettingCell::show(const QString& caption, CellColour colour) {
+    setText(caption);
+    m_background = colours::of(colour);
+    setAccessibleName(toQt(CellTitle(m_cell)) + QLatin1Char(' ') + caption);
+    update();
+}
+
+void SettingCell::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.fillRect(rect(), m_background);
+    QStyleOptionFrame frame;
+    frame.initFrom(this);
+    frame.frameShape = QFrame::Panel;
+    frame.lineWidth = 1;
+    frame.state |= QStyle::State_Sunken;
+    style()->drawControl(QStyle::CE_ShapedFrame, &frame, &painter, this);
+    painter.setPen(colours::kValueText);
+    drawFitted(painter, rect().adjusted(2, 1, -2, -1), Qt::AlignCenter, text());
+    if (!hasFocus())
+        return;
+    painter.setPen(QPen(colours::kText, 1, Qt::DotLine));
+    painter.drawRect(rect().adjusted(2, 2, -3, -3));
+}
+
+void SettingCell::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            click();
+            return;
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            Q_EMIT arrowPressed(this, event->key());
+            return;
+        default:
+            QAbstractButton::keyPressEvent(event);
+    }
+}
+
+}  // namespace tarnwell

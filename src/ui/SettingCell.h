@@ -1,0 +1,33 @@
+// A value cell on a settings page: a bordered field that opens the value editor.
+#pragma once
+
+#include <QAbstractButton>
+
+#include "settings/SettingCells.h"
+
+namespace tarnwell {
+
+class SettingCell final : public QAbstractButton {
+    Q_OBJECT
+  public:
+    SettingCell(int cell, QWidget* page);
+
+    int cell() const { return m_cell; }
+    void show(const QString& caption, CellColour colour);
+
+    QSize sizeHint() const override { return size(); }
+
+  Q_SIGNALS:
+    /// The user wants the next cell in a direction: one of the arrow keys.
+    void arrowPressed(SettingCell* from, int key);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    int m_cell;
+    QColor m_background;
+};
+
+}  // namespace tarnwell

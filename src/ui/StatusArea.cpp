@@ -1,0 +1,91 @@
+#include "ui/StatusArea.h"
+
+#include <QEvent>
+
+#include "ui/Colours.h"
+#include "ui/Measures.h"
+#include "ui/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr int kStripHeight = 240;
+constexpr int kPanelHeight = StatusArea::kHeight - kStripHeight;
+
+constexpr std::array<const char*, 4> kCaptions{"Mode", "Status", "CRC32", "EEP"};
+constexpr std::array<int, 4> kCaptionWidths{600, 720, 660, 420};
+
+/// Lefts of the captions and panels of a size mode, in twips.
+struct Arrangement {
+    int windowWidth;
+    int stripWidth;
+    std::array<int, 4> captionLefts;
+    std::array<int, 4> panelLefts;
+};
+
+constexpr Arrangement kSmall{7305, 7215, {60, 3015, 5720, 6780}, {0, 825, 5475, 6570}};
+constexpr Arrangement kBig{9495, 9395, {60, 4110, 7870, 8970}, {0, 825, 7620, 8760}};
+
+const Arrangement& arrangementOf(SizeMode mode) {
+    return mode == SizeMode::Small ? kSmall : kBig;
+}
+
+}  // namespace
+
+StatusArea::StatusArea(QWidget* parent) : QWidget(parent), m_strip(this) {
+    for (std::size_t index = 0; index < kPanels; ++index) {
+        const int number = static_cast<int>(index);
+        auto* caption = new FittedLabel(&m_strip);
+        caption->setObjectName(elementName("lblSBinfo", number));
+        caption->setText(QLatin1String(kCaptions[index]));
+        caption->installEventFilter(this);
+        m_captions[index] = caption;
+
+        auto* panel = new FittedLabel(this);
+        panel->setObjectName(elementName("statusPanel", number + 1));
+        panel->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+        panel->setMargin(scaled(30));
+        m_panels[index] = panel;
+    }
+    m_captions[0]->setToolTip(QStringLiteral(" Easter Egg! "));
+    m_strip.setObjectName(QStringLiteral("StatusStrip"));
+}
+
+void StatusArea::colourStrip() {
+    setColours(m_strip, colours::kHeading, colours::kText);
+    for (FittedLabel* caption : m_captions)
+        setColours(*caption, colours::kHeading, colours::kText);
+}
+
+void StatusArea::setLayoutMode(SizeMode mode) {
+    const Arrangement& arrangement = arrangementOf(mode);
+    resize(scaled(arrangement.windowWidth), scaled(kHeight));
+    m_strip.setGeometry(scaledRect(0, 0, arrangement.stripWidth, kStripHeight));
+    for (std::size_t index = 0; index < kPanels; ++index) {
+        m_captions[index]->setGeometry(
+            scaledRect(arrangement.captionLefts[index], 0, kCaptionWidths[index], kStripHeight));
+        const int right = index + 1 < kPanels ? arrangement.panelLefts[index + 1]
+                                              : arrangement.windowWidth;
+        m_panels[index]->setGeometry(scaledRect(arrangement.panelLefts[index], kStripHeight,
+                                                right - arrangement.panelLefts[index] - 15,
+                                                kPanelHeight));
+    }
+}
+
+void StatusArea::refresh(const StatusBar& statusBar, Panel panel) {
+    const auto index = static_cast<std::size_t>(panel);
+    m_panels[index]->setText(toQt(statusBar.Text(panel)));
+    m_panels[index]->setAccessibleName(QLatin1String(kCaptions[index]) + QStringLiteral(": ") +
+                                       m_panels[index]->text());
+}
+
+bool StatusArea::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonDblClick) {
+        Q_EMIT captionDoubleClicked();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,216 @@
+// The whole program on the simulated television, with a scripted user instead of a window.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "port/SimulatedTelevision.h"
+#include "ui/Program.h"
+
+namespace tarnwell {
+
+
+/// Answers from a queue and keeps what was shown. A question without an answer fails the test.
+class ScriptedUser final : public User {
+  public:
+    std::vector<Box> boxes;
+    std::vector<FileRequest> fileRequests;
+    std::deque<Answer> answers;
+    std::deque<std::optional<std::string>> texts;
+    std::deque<std::optional<std::string>> files;
+    std::function<void(const Box&)> onBox;
+    int beeps = 0;
+    int paintings = 0;
+
+    Answer ShowBox(const Box& box) override {
+        boxes.push_back(box);
+        if (onBox)
+            onBox(box);
+        switch (box.style) {
+            case BoxStyle::Critical:
+            case BoxStyle::Exclamation:
+            case BoxStyle::Information:
+                return Answer::Ok;
+            default:
+                return Next(answers, Answer::No, box.text);
+        }
+    }
+    std::optional<std::string> AskText(const TextRequest& request) override {
+        return Next(texts, std::optional<std::string>{}, std::string(request.prompt));
+    }
+    std::optional<std::string> AskFile(const FileRequest& request) override {
+        fileRequests.push_back(request);
+        return Next(files, std::optional<std::string>{}, std::string(request.title));
+    }
+    void Beep() override { ++beeps; }
+    void KeepPainting() override { ++paintings; }
+
+    /// "title|text" of each box since the last call.
+    std::vector<std::string> TakeBoxes() {
+        std::vector<std::string> taken;
+        for (const Box& box : boxes)
+            taken.push_back(box.title + "|" + box.text);
+        boxes.clear();
+        return taken;
+    }
+
+  private:
+    template <typename T>
+    static T Next(std::deque<T>& queue, T otherwise, const std::string& question) {
+        if (queue.empty()) {
+            ADD_FAILURE() << "no answer to: " << question;
+            return otherwise;
+        }
+        T answer = std::move(queue.front());
+        queue.pop_front();
+        return answer;
+    }
+};
+
+class MemoryRegistry final : public mRegistry {
+  public:
+    std::map<std::string, std::map<std::string, std::string>, std::less<>> keys;
+    int flushes = 0;
+
+    bool CreateRegKey(std::string_view keyPath) override {
+        keys.try_emplace(std::string(keyPath));
+        return true;
+    }
+    void SetRegValue(std::string_view keyPath, std::string_view name,
+                     std::string_view value) override {
+        if (const auto key = keys.find(keyPath); key != keys.end())
+            key->second[std::string(name)] = value;
+    }
+    std::string QueryRegValue(std::string_view keyPath, std::string_view name) override {
+        const auto key = keys.find(keyPath);
+        if (key == keys.end())
+            return {};
+        const auto value = key->second.find(std::string(name));
+        return value == key->second.end() ? std::string() : value->second;
+    }
+    void Flush() override { ++flushes; }
+};
+
+class ManualTimer final : public Timer {
+  public:
+    std::optional<std::chrono::milliseconds> running;
+    void Start(std::chrono::milliseconds interval) override { running = interval; }
+    void Stop() override { running.reset(); }
+};
+
+/// Everything outside the program that a window and a desktop would be.
+class TestSurroundings final : public Screen,
+                               public EditorView,
+                               public SettingsView,
+                               public PlacedWindow,
+                               public Platform,
+                               public Programs,
+                               public Calendar,
+                               public StartUpSteps {
+  public:
+    std::vector<Shown> changes;
+    std::vector<std::string> steps;
+    WindowPlace place{0, 0};
+    OsVersionInfo version{148, 5, 2};
+    bool versionKnown = true;
+    std::string systemFolder = "/lib/modules/test";
+    bool warnAgain = true;
+    std::function<void()> onFormEdit;
+    std::vector<std::string> existing;
+    std::vector<std::string> started;
+    bool startsSucceed = true;
+
+    void Changed(Shown what) override { changes.push_back(what); }
+
+    void GridRefilled() override {}
+    void GridCellChanged(GridCell) override {}
+    void CurrentCellMoved() override {}
+    void EditBoxOpened(EditSelection) override {}
+    void EditBoxTextChanged() override {}
+    void EditBoxClosed() override {}
+    void PendingWritesChanged() override {}
+    void FocusGrid() override {}
+    bool ShowWarningAgain() override {
+        steps.emplace_back("warning dialog");
+        return warnAgain;
+    }
+
+    void SettingCellChanged(int) override {}
+    void ShowFormEdit() override {
+        if (onFormEdit)
+            onFormEdit();
+    }
+
+    void Place(WindowPlace newPlace) override { place = newPlace; }
+    WindowPlace Place() const override { return place; }
+
+    bool GetVersionExA(OsVersionInfo& info) override {
+        info = version;
+        return versionKnown;
+    }
+    int SHGetFolderPathA(int, PathBuffer& path) override {
+        std::ranges::copy(systemFolder, path.begin());
+        return systemFolder.empty() ? -1 : 0;
+    }
+
+    std::string ProgramFolder() const override { return "/program"; }
+    bool Exists(const std::string& path) const override {
+        return std::ranges::find(existing, path) != existing.end();
+    }
+    bool OpenInViewer(const std::string& path) override { return Start(path); }
+    bool Start(const std::string& path) override {
+        started.push_back(path);
+        return startsSucceed;
+    }
+    std::string KernelModulePath(const std::string&) const override { return {}; }
+
+    std::string ShortDate() const override { return "11/17/2026"; }
+    std::string TimeWithSeconds() const override { return "9:21:01 PM"; }
+
+    void SetUpFileDialog() override { steps.emplace_back("file dialog"); }
+    void SyncMenuChecks() override { steps.emplace_back("menu checks"); }
+    void SetLayout() override { steps.emplace_back("layout"); }
+    void ColourControls() override { steps.emplace_back("colours"); }
+    void ApplyPortOptions() override { steps.emplace_back("port options"); }
+    void ReleaseBus() override { steps.emplace_back("release"); }
+    void SetupGrid() override { steps.emplace_back("grid"); }
+    void EnableSettingsButtons() override { steps.emplace_back("buttons"); }
+};
+
+/// A program whose options are loaded, on a television whose bus answers.
+struct TestProgram {
+    SimulatedTelevision television;
+    TestSurroundings outside;
+    ManualTimer timer;
+    ScriptedUser user;
+    MemoryRegistry registry;
+    Program program;
+
+    explicit TestProgram(Simulation simulation = {})
+        : television(simulation),
+          program({television, television, outside, timer, user, outside, outside, outside,
+                   outside, outside, registry, outside}) {
+        program.StartUp(outside);
+        program.i2c.ApplyPortOptions();
+        outside.steps.clear();
+        outside.changes.clear();
+    }
+
+    std::string Status() const { return std::string(program.statusBar.Text(Panel::Status)); }
+    std::string Crc() const { return std::string(program.statusBar.Text(Panel::Crc)); }
+    std::string Eep() const { return std::string(program.statusBar.Text(Panel::Eep)); }
+
+    /// Presses Yes or OK at the next questions, as many as are given.
+    void WillAnswer(std::initializer_list<Answer> next) {
+        user.answers.insert(user.answers.end(), next);
+    }
+};
+
+}  // namespace tarnwell

@@ -1,7 +1,6 @@
 // Joins the window with the port that it drives.
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QIcon>
 
 #include "port/LinuxSystemCalls.h"
 #include "port/PersistentTelevision.h"
@@ -50,7 +49,6 @@ int main(int argc, char** argv) {
                                             .arg(TARNWELL_VERSION_MAJOR)
                                             .arg(TARNWELL_VERSION_MINOR)
                                             .arg(TARNWELL_VERSION_REVISION));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/pictures/tarnwell.svg")));
     const Arguments arguments = parse(application);
 
     tarnwell::LinuxSystemCalls system;

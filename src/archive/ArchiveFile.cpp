@@ -1,3 +1,4 @@
+// Files of lines under names that the user picks.
 #include "archive/ArchiveFile.h"
 
 #include <filesystem>
@@ -38,7 +39,7 @@ bool WriteArchive(const std::string& path, const std::vector<std::string>& lines
     return file.Commit();
 }
 
-ArchiveReader::ArchiveReader(const std::string& path) : piece_(kLongestPiece + 1) {
+ArchiveReader::ArchiveReader(const std::string& path) : line_(kLongestLine + 1) {
     if (IsRegularFile(path))
         file_.open(path, std::ios::binary);
     else
@@ -46,18 +47,15 @@ ArchiveReader::ArchiveReader(const std::string& path) : piece_(kLongestPiece + 1
 }
 
 std::optional<std::string_view> ArchiveReader::NextLine() {
-    file_.getline(piece_.data(), static_cast<std::streamsize>(piece_.size()));
+    file_.getline(line_.data(), static_cast<std::streamsize>(line_.size()));
     auto length = static_cast<std::size_t>(file_.gcount());
     if (file_.bad() || (length == 0 && !file_.good()))
         return std::nullopt;
 
-    const bool hasLineFeed = file_.good();
-    if (hasLineFeed)
+    const bool endedByLineFeed = file_.good();
+    if (endedByLineFeed)
         --length;
-    if (file_.fail())
-        file_.clear();
-
-    const std::string_view line(piece_.data(), length);
+    const std::string_view line(line_.data(), length);
     return line.ends_with('\r') ? line.substr(0, length - 1) : line;
 }
 

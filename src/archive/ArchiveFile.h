@@ -29,16 +29,16 @@ class ArchiveReader {
     explicit ArchiveReader(const std::string& path);
 
     /// The next line without its line break, CR LF or LF, valid until the next call; nothing at the
-    /// end of the file and when it cannot be read. A line longer than kLongestPiece comes in
-    /// pieces, as if they were lines.
+    /// end of the file and when it cannot be read. A line longer than kLongestLine is cut there and
+    /// is the last one.
     std::optional<std::string_view> NextLine();
 
   private:
     /// Far beyond the 514 characters of the longest record.
-    static constexpr std::size_t kLongestPiece = 65536;
+    static constexpr std::size_t kLongestLine = 65536;
 
     std::ifstream file_;
-    std::vector<char> piece_;
+    std::vector<char> line_;
 };
 
 }  // namespace tarnwell

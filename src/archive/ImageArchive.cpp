@@ -1,3 +1,4 @@
+// Saving the memory buffer as an image archive and loading it back.
 #include "archive/ImageArchive.h"
 
 #include <utility>
@@ -34,7 +35,8 @@ constexpr Message kCorrupt{
     "E R R O R - Checksum", BoxStyle::Exclamation};
 
 std::string Without(std::string text, std::string_view characters) {
-    std::erase_if(text, [=](char character) { return characters.find(character) != text.npos; });
+    std::erase_if(
+        text, [=](char character) { return characters.find(character) != std::string_view::npos; });
     return text;
 }
 

@@ -1,3 +1,4 @@
+// The text of S-records, and what they store.
 #include "archive/SRecord.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Saving the cells as a settings archive and loading them back.
 #include "archive/SettingsArchive.h"
 
 #include <algorithm>

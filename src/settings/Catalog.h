@@ -174,7 +174,7 @@ consteval std::array<CellInfo, kCellCount> CellTable() {
             if (!place.Exists())
                 continue;
             CellInfo& info = table.at(static_cast<std::size_t>(place.cell));
-            if (info.setting != nullptr)
+            if (info.address >= 0)
                 throw "a cell belongs to two settings";
             info = {&setting, column, place.address};
         }
@@ -226,7 +226,7 @@ inline constexpr std::array<SettingGroup, kGroupCount> SettingGroups = InitSetti
 consteval bool EveryCellHasItsOwnByte() {
     for (int cell = 0; cell < kCellCount; ++cell) {
         const CellInfo& info = Cell(cell);
-        if (info.setting == nullptr || info.address < 0 || info.address >= kEepromBytes)
+        if (info.address < 0 || info.address >= kEepromBytes)
             return false;
         for (int other = 0; other < cell; ++other) {
             if (Cell(other).address == info.address)

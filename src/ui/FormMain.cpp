@@ -1,5 +1,6 @@
 #include "ui/FormMain.h"
 
+#include <QIcon>
 #include <QLayout>
 #include <QShortcut>
 #include <QTabBar>
@@ -10,6 +11,10 @@
 #include "ui/FormEdit.h"
 #include "ui/FormWarning.h"
 #include "ui/Text.h"
+
+static void initPictures() {
+    Q_INIT_RESOURCE(resources);
+}
 
 namespace tarnwell {
 
@@ -50,9 +55,11 @@ FormMain::FormMain(const Connections& connections)
       m_writePending(addButton("cmdWriteData", "Write Pending to EEP",
                                " Write pending Data Editor changes to the EEP ",
                                scaledRect(7320, 3120, 1935, 300))) {
+    initPictures();
     setObjectName(QStringLiteral("formMain"));
     setWindowTitle(connections.simulated ? QStringLiteral(" Tarnwell 2 - Simulated Television")
                                          : QStringLiteral(" Tarnwell 2"));
+    setWindowIcon(QIcon(QStringLiteral(":/pictures/tarnwell.svg")));
     setCentralWidget(&m_body);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -124,6 +131,10 @@ void FormMain::connectSignals() {
 
 void FormMain::startUp() {
     run([this] { m_program.StartUp(*this); });
+    // A window that is resized while it is shown loses the place that includes its frame.
+    ensurePolished();
+    layout()->activate();
+    adjustSize();
 }
 
 void FormMain::run(const std::function<void()>& command) {

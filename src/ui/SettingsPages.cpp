@@ -24,7 +24,7 @@ struct RowLayout {
 };
 
 constexpr RowLayout kFormatRow{120, 660, 800, 480, 1320, 2240, 3640, 720};
-constexpr RowLayout kIrisRow{90, 480, 570, 420, 1010, 1780, 2820, 600};
+constexpr RowLayout kIrisRow{90, 420, 500, 390, 890, 1860, 2820, 600};
 
 constexpr int kCellPitch = 850;
 constexpr int kIrisColumnPitch = 3510;

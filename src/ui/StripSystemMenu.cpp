@@ -1,21 +1,20 @@
 #include "ui/StripSystemMenu.h"
 
-#include <QDialog>
 #include <QEvent>
 
-namespace tarnwell::mGlobal {
+namespace tarnwell {
 
 namespace {
 
-/// QDialog closes itself by hiding, so a close event is one of the window manager's.
-class CloseBlocker final : public QObject {
+/// QDialog::done() keeps its own close event from every filter that was there before.
+class CloseRefusal final : public QObject {
   public:
     using QObject::QObject;
 
   protected:
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() != QEvent::Close)
-            return false;
+            return QObject::eventFilter(watched, event);
         event->ignore();
         return true;
     }
@@ -23,9 +22,9 @@ class CloseBlocker final : public QObject {
 
 }  // namespace
 
-void StripSystemMenu(QDialog& dialog) {
-    dialog.setWindowFlag(Qt::WindowCloseButtonHint, false);
-    dialog.installEventFilter(new CloseBlocker(&dialog));
+void mGlobal::StripSystemMenu(QDialog& dialog) {
+    dialog.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    dialog.installEventFilter(new CloseRefusal(&dialog));
 }
 
-}  // namespace tarnwell::mGlobal
+}  // namespace tarnwell

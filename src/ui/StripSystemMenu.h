@@ -1,12 +1,12 @@
-// Dialogs whose close box does nothing.
+// Dialogs that close only by their own buttons and keys.
 #pragma once
 
-class QDialog;
+#include <QDialog>
 
 namespace tarnwell::mGlobal {
 
-/// Makes the close box and the close command (Alt+F4) of a dialog do nothing; it closes by its
-/// own buttons and Escape alone.
+/// Takes the last items, with Close, from the dialog's window menu: its close box is gone or does
+/// nothing, and Alt+F4 does nothing.
 void StripSystemMenu(QDialog& dialog);
 
 }  // namespace tarnwell::mGlobal

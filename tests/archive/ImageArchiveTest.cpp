@@ -1,3 +1,4 @@
+// Image archives: round trips, other programs, and input that is no good.
 #include "archive/ImageArchive.h"
 
 #include <sys/stat.h>
@@ -50,6 +51,8 @@ TEST_F(ImageArchiveTest, SavesWhatDiffersFromAnErasedDevice) {
     EXPECT_EQ(folder.Read("one.mot"),
               kHeader + "S1130120FFFFFF5AFFFFFFFFFFFFFFFFFFFFFFFF80\r\nS9030000FC\r\n");
     EXPECT_EQ(program.state.archiveFolder + "/one.mot", folder.Path("one.mot"));
+    SetArchiveFolder(program.state, "/root.mot");
+    EXPECT_EQ(program.state.archiveFolder, "/");
     EXPECT_EQ(test.user.fileRequests.back().fileName, "Tarnwell-11172026-92101 PM");
 }
 

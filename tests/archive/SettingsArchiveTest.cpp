@@ -1,3 +1,4 @@
+// Settings archives: their lines, round trips and refusals.
 #include "archive/SettingsArchive.h"
 
 #include <sstream>
@@ -72,20 +73,18 @@ TEST_F(SettingsArchiveTest, SavesFifteenLines) {
 TEST_F(SettingsArchiveTest, RoundTripsInEachPairOfModes) {
     for (int pair = 0; pair < 4; ++pair) {
         program.numberModeMenu.Select(pair < 2 ? NumberMode::Decimal : NumberMode::Hex);
-        std::array<std::uint8_t, kCellCount> values{};
-        for (int cell = 0; cell < kCellCount; ++cell)
-            values.at(static_cast<std::size_t>(cell)) =
-                static_cast<std::uint8_t>((random() & 0xFF) >> Cell(cell).setting->shift);
-        FillCells(Mark::Clean, [&](int cell) { return values.at(static_cast<std::size_t>(cell)); });
+        std::map<int, std::uint8_t> values;
+        FillCells(Mark::Clean, [&](int cell) {
+            const auto byte = static_cast<std::uint8_t>(random() & 0xFF);
+            return values[cell] = FieldOf(byte, Cell(cell).setting->shift);
+        });
         ASSERT_EQ(Save("settings.mot"), kSaved);
         const bool hex = pair % 2 == 1;
         program.numberModeMenu.Select(hex ? NumberMode::Hex : NumberMode::Decimal);
         FillCells(Mark::Clean, [](int) { return 0; });
         ASSERT_EQ(Load("settings.mot"), kLoaded);
-        for (int cell = 0; cell < kCellCount; ++cell)
-            EXPECT_EQ(program.cells.Caption(cell),
-                      hex ? HexText(values.at(static_cast<std::size_t>(cell)), 2)
-                          : std::to_string(values.at(cell)));
+        for (const auto& [cell, value] : values)
+            EXPECT_EQ(program.cells.Caption(cell), hex ? HexText(value, 2) : std::to_string(value));
         EXPECT_EQ(CellsToSave(), kCellCount);
         EXPECT_EQ(program.cells.Colour(0), CellColour::Changed);
     }

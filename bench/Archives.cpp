@@ -1,0 +1,61 @@
+// Rows: the buffer's checksum, the grid's texts, image files.
+#include <cstdlib>
+#include <random>
+
+#include "Rows.h"
+#include "support/QuietProgram.h"
+#include "support/TemporaryFolder.h"
+
+namespace tarnwell::bench {
+
+namespace {
+
+constexpr int kTimes = 20;
+
+void Shell(const std::string& command) {
+    if (std::system(command.c_str()) != 0)
+        std::fprintf(stderr, "could not run: %s\n", command.c_str());
+}
+
+}  // namespace
+
+void AddArchives(Table& table) {
+    const TemporaryFolder folder;
+    SimulatedTelevision television;
+    QuietProgram quiet(television, television);
+    Program& program = quiet.program;
+    std::mt19937 random{1};
+    for (std::uint8_t& slot : program.buffer)
+        slot = static_cast<std::uint8_t>(random() & 0x7F);
+
+    const auto add = [&](std::string_view name, auto work) {
+        table.Add(name, BestOf(kTimes, work), kFrame, "a picture at 60 a second");
+    };
+    add("CRC-32 text", [&] { mCRC32::BufferCrcText(program.buffer); });
+    add("grid: fill", [&] { program.grid.FillGrid(); });
+    add("grid: transfer to the buffer", [&] { program.grid.TransferGrid(); });
+    add("number mode change of everything shown", [&] {
+        program.numberModeMenu.Select(program.state.numberMode == NumberMode::Hex
+                                          ? NumberMode::Decimal
+                                          : NumberMode::Hex);
+    });
+
+    folder.Write("image.bin", {program.buffer.begin(), program.buffer.end() - 1});
+    quiet.user.file = folder.Path("image.mot");
+    const double save = BestOf(kTimes, [&] {
+        program.state.bufferChanged = true;
+        program.imageArchive.SaveImage();
+    });
+    const double load = BestOf(kTimes, [&] { program.imageArchive.LoadImage(); });
+    const std::string from = "srec_cat " + folder.Path();
+    const std::string binary = folder.Path("image.bin") + " -binary ";
+    table.Add("image file: save, safe on the disk", save,
+              BestOf(kTimes, [&] { Shell("srec_cat " + binary + "-o " + folder.Path("cat.mot")); }),
+              "srec_cat writes it, program start included");
+    table.Add("image file: load and show", load,
+              BestOf(kTimes,
+                     [&] { Shell(from + "image.mot -o " + folder.Path("cat.bin") + " -binary"); }),
+              "srec_cat reads it, program start included");
+}
+
+}  // namespace tarnwell::bench

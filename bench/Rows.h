@@ -1,0 +1,44 @@
+// What ./bench measures, by subject.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+
+#include "Table.h"
+
+namespace tarnwell::bench {
+
+enum class Length { Whole, Quick };
+
+/// Reads and writes on the wire, in real time and simulated.
+void AddWire(Table& table, Length length);
+
+/// The buffer's checksum and grid, and image files.
+void AddArchives(Table& table);
+
+/// The window; needs the QApplication.
+void AddWindow(Table& table);
+
+/// The program itself, started anew.
+void AddStartUp(Table& table);
+
+/// A picture on a screen that shows 60 a second.
+inline constexpr double kFrame = 1.0 / 60;
+
+template <typename Work>
+double SecondsOf(Work work) {
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+/// The shortest of several times: what the others are longer by was not the work.
+template <typename Work>
+double BestOf(int times, Work work) {
+    double best = SecondsOf(work);
+    for (int time = 1; time < times; ++time)
+        best = std::min(best, SecondsOf(work));
+    return best;
+}
+
+}  // namespace tarnwell::bench

@@ -1,0 +1,89 @@
+// Rows: the window under a user's hands, and a read in real time with its percentage painted.
+#include <QAction>
+#include <QApplication>
+#include <QScrollBar>
+#include <QTabWidget>
+#include <QTableView>
+
+#include "RealTimePort.h"
+#include "Rows.h"
+#include "support/TestProgram.h"
+#include "ui/FormMain.h"
+
+namespace tarnwell::bench {
+
+namespace {
+
+constexpr double kReadAtLimit = 8192 * 9 * 10e-6;
+
+void PaintAll() {
+    QApplication::sendPostedEvents();
+    QApplication::processEvents();
+}
+
+/// A window on a real-time port; its options are the defaults, without the editor's warning.
+struct BenchWindow {
+    RealTimePort port{BusTime(0)};
+    MemoryRegistry registry;
+    LinuxPlatform platform;
+    FormMain window{{port, port.TheClock(), registry, platform, true}};
+
+    BenchWindow() {
+        window.startUp();
+        window.program().state.editorWarning = kNoWarning;
+        window.show();
+        PaintAll();
+    }
+};
+
+void AddRead(Table& table, BenchWindow& bench) {
+    auto* const read = bench.window.findChild<QAction*>(QStringLiteral("mnuEEPRead"));
+    table.Add("read, window and painting included (best of 5)", BestOf(5, [&] { read->trigger(); }),
+              kReadAtLimit, "8192 x 9 clocks at 10 us");
+    table.Add("  bus times violated", static_cast<double>(bench.port.Times().Violations()), 0,
+              "none", Unit::Count);
+}
+
+void AddEditorPage(Table& table, BenchWindow& bench) {
+    auto* const tabs = bench.window.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    const auto show = [&](Page page) {
+        tabs->setCurrentIndex(static_cast<int>(page));
+        PaintAll();
+    };
+    show(Page::Chroma);
+    table.Add("editor page: open (first time)", SecondsOf([&] { show(Page::Editor); }), kFrame,
+              "a picture at 60 a second");
+    double again = 1;
+    for (int time = 0; time < 10; ++time) {
+        show(Page::Chroma);
+        again = std::min(again, SecondsOf([&] { show(Page::Editor); }));
+    }
+    table.Add("editor page: open (again)", again, kFrame, "a picture at 60 a second");
+
+    auto& bar = *bench.window.findChild<QTableView*>(QStringLiteral("DataGrid"))->verticalScrollBar();
+    double all = 0;
+    double longest = 0;
+    for (int value = bar.minimum(); value <= bar.maximum(); ++value) {
+        const double one = SecondsOf([&] {
+            bar.setValue(value);
+            PaintAll();
+        });
+        all += one;
+        longest = std::max(longest, one);
+    }
+    const int steps = bar.maximum() - bar.minimum() + 1;
+    table.Add("editor page: scroll by a row, of " + std::to_string(steps) + " (mean)", all / steps,
+              kFrame, "a picture at 60 a second");
+    table.Add("editor page: scroll by a row (longest)", longest, kFrame,
+              "a picture at 60 a second");
+}
+
+}  // namespace
+
+void AddWindow(Table& table) {
+    BenchWindow bench;
+    AddRead(table, bench);
+    AddEditorPage(table, bench);
+}
+
+}  // namespace tarnwell::bench

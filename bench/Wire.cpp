@@ -1,0 +1,141 @@
+// Rows: whole devices and single writes on the wire.
+#include <time.h>
+
+#include "RealTimePort.h"
+#include "Rows.h"
+#include "support/QuietProgram.h"
+
+namespace tarnwell::bench {
+
+namespace {
+
+constexpr double kClock = 10e-6;
+constexpr double kHighTime = 4e-6;
+constexpr double kWriteCycleSeconds = 3.5e-3;
+constexpr int kReadClocks = kEepromBytes * 9;
+
+/// Select, two address bytes and the value, then the poll that the device answers.
+constexpr int kWriteClocks = 4 * 9 + 9;
+
+/// What a port with accesses of `access` seconds allows. The edge may lie anywhere in its access,
+/// so a period is 10 us and an access. The clock after a byte read has four accesses for SDA and
+/// one for SCL before the access with which SCL rises, and one between the high time and the fall.
+struct Limits {
+    double access;
+
+    double Clock() const { return kClock + access; }
+    double Read() const {
+        return kEepromBytes * (8 * Clock() + std::max(Clock(), 7 * access + kHighTime));
+    }
+    double Write(int bytes) const { return bytes * (kWriteClocks * Clock() + kWriteCycleSeconds); }
+};
+
+void AddTimes(Table& table, const RealTimePort& port) {
+    table.Add("  SCL periods within 2 % of 10 us", port.Times().ShareNearLimit(), 1, "all",
+              Unit::Share);
+    table.Add("  bus times violated", static_cast<double>(port.Times().Violations()), 0, "none",
+              Unit::Count);
+}
+
+double WriteSeconds(Program& program, int bytes) {
+    return SecondsOf([&] {
+        const BusClaim claim(program.i2c);
+        for (int address = 0; address < bytes; ++address) {
+            const auto value = program.buffer[static_cast<std::size_t>(address)];
+            if (program.i2c.WriteByte(static_cast<std::int16_t>(address), value) ==
+                Transfer::Aborted)
+                return;
+        }
+        program.i2c.ReleaseBus();
+    });
+}
+
+void AddRealTime(Table& table, const std::string& name, BusTime accessCost, Length length) {
+    const Limits limits{std::chrono::duration<double>(accessCost).count()};
+    const std::string limitIs =
+        accessCost.count() == 0 ? "10 us a clock" : "what such accesses allow, computed";
+    {
+        RealTimePort port(accessCost);
+        QuietProgram quiet(port, port.TheClock());
+        table.Add("read, " + name + " (best of 3)",
+                  BestOf(3, [&] { quiet.program.wholeDevice.ReadEntireEep(); }), limits.Read(),
+                  limitIs);
+        if (accessCost.count() != 0)
+            table.Add("  against the standard mode", limits.Read(), kReadClocks * kClock,
+                      "10 us a clock");
+        AddTimes(table, port);
+    }
+    RealTimePort port(accessCost);
+    QuietProgram quiet(port, port.TheClock());
+    quiet.program.wholeDevice.ReadEntireEep();
+    if (length == Length::Quick)
+        table.Add("write of 256 bytes, " + name, WriteSeconds(quiet.program, 256),
+                  limits.Write(256), limitIs + ", and the write cycles");
+    else
+        table.Add("write with verification, " + name,
+                  SecondsOf([&] { quiet.program.wholeDevice.WriteEntireEep(); }),
+                  limits.Write(kEepromBytes) + limits.Read(), limitIs + ", and the write cycles");
+    AddTimes(table, port);
+}
+
+/// From the moment at which the device is ready to the acknowledge that the program sees.
+void AddPolling(Table& table) {
+    SimulatedTelevision television({.accessCost = BusTime(0)});
+    QuietProgram quiet(television, television);
+    const BusClaim claim(quiet.program.i2c);
+    BusTime longest{};
+    BusTime frame{};
+    for (std::int16_t address = 0; address < 100; ++address) {
+        television.SetWriteCycle(std::chrono::microseconds(3'000 + 11 * address));
+        television.Record();
+        if (quiet.program.i2c.WriteByte(address, 0x55) == Transfer::Aborted)
+            return;
+        const auto& events = television.Events();
+        const auto stop = std::ranges::find(events, BusEvent::Kind::Stop, &BusEvent::kind);
+        const BusTime ready =
+            stop->time + std::chrono::microseconds(3'000 + 11 * address);
+        longest = std::max(longest, television.Now() - ready);
+        frame = events[events.size() - 2].time - events[events.size() - 4].time;
+    }
+    table.Add("write: device ready until its acknowledge (longest)",
+              std::chrono::duration<double>(longest).count(),
+              std::chrono::duration<double>(2 * frame).count(),
+              "one polling frame that it missed, one that it answers");
+}
+
+double ProcessorSeconds() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+
+void AddSimulated(Table& table) {
+    SimulatedTelevision television;
+    QuietProgram quiet(television, television);
+    const auto processorSeconds = [&](auto work) {
+        double best = 1e9;
+        for (int time = 0; time < 3; ++time) {
+            const double before = ProcessorSeconds();
+            work();
+            best = std::min(best, ProcessorSeconds() - before);
+        }
+        return best;
+    };
+    table.Add("simulated read: processor time",
+              processorSeconds([&] { quiet.program.wholeDevice.ReadEntireEep(); }), 0.1,
+              "the aim, 0.1 s");
+    table.Add("simulated write with verification: processor time",
+              processorSeconds([&] { quiet.program.wholeDevice.WriteEntireEep(); }), 1,
+              "the aim, 1 s");
+}
+
+}  // namespace
+
+void AddWire(Table& table, Length length) {
+    AddSimulated(table);
+    AddPolling(table);
+    AddRealTime(table, "port that costs nothing", BusTime(0), length);
+    AddRealTime(table, "port of 1.2 us an access", BusTime(1200), length);
+}
+
+}  // namespace tarnwell::bench

@@ -1,0 +1,40 @@
+// The whole program with a user who agrees to everything and picks one file.
+#pragma once
+
+#include "support/TestProgram.h"
+
+namespace tarnwell {
+
+class YesUser final : public User {
+  public:
+    std::string file;
+
+    Answer ShowBox(const Box& box) override {
+        const bool asksYesNo =
+            box.style == BoxStyle::YesNoQuestion || box.style == BoxStyle::YesNoExclamation;
+        return asksYesNo ? Answer::Yes : Answer::Ok;
+    }
+    std::optional<std::string> AskText(const TextRequest& request) override {
+        return std::string(request.answer);
+    }
+    std::optional<std::string> AskFile(const FileRequest& /*request*/) override { return file; }
+    void Beep() override {}
+    void KeepPainting() override {}
+};
+
+struct QuietProgram {
+    TestSurroundings outside;
+    ManualTimer timer;
+    YesUser user;
+    MemoryRegistry registry;
+    Program program;
+
+    QuietProgram(Port& port, Clock& clock)
+        : program({port, clock, outside, timer, user, outside, outside, outside, outside, outside,
+                   registry, outside}) {
+        program.StartUp(outside);
+        program.i2c.ApplyPortOptions();
+    }
+};
+
+}  // namespace tarnwell

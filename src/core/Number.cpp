@@ -68,7 +68,7 @@ std::optional<std::uint8_t> HexDigit(char character) {
 
 std::int32_t mGlobal::HexToValue(std::string& text) {
     if (text.empty())
-        text = "0";
+        text.push_back('0');
     std::uint32_t value = 0;
     for (const char character : text)
         value = value * 16 + HexDigit(character).value_or(0);

@@ -158,7 +158,9 @@ void CellEditor::KeyPressed(EditKey key) {
 
 void CellEditor::CommitAndMove(GridCell target) {
     const CommandScope scope(statusBar_);
-    if (grid_.EntryIsOpen() && grid_.EditText().empty())
+    // A cell is itself empty until the grid is filled for the first time.
+    const bool emptied = grid_.EditText().empty() && !grid_.Text(grid_.Current()).empty();
+    if (grid_.EntryIsOpen() && emptied)
         grid_.SetEditText("0");
     if (CommitCellEdit() == Commit::Settled)
         MoveTo(target);

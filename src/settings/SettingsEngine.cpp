@@ -1,6 +1,6 @@
 #include "settings/SettingsEngine.h"
 
-#include <algorithm>
+#include <array>
 
 namespace tarnwell {
 
@@ -168,7 +168,7 @@ Transfer SettingsEngine::WriteCell(int cell, std::uint8_t value) {
 
 SettingsEngine::Outcome SettingsEngine::VerifyEEP() {
     for (int cell = 0; cell < kCellCount; ++cell) {
-        if (cells_.MarkOf(cell) != Mark::EepWritten)
+        if (cells_.MarkOf(cell) != Mark::EepWritten || cells_.IsEmpty(cell))
             continue;
         if (i2c_.ReadBlock(AddressOf(cell), 1) == Transfer::Aborted)
             return Outcome::Aborted;

@@ -225,7 +225,7 @@ TEST(AdapterDiagnosis, SaysNoMoreThanTheReadingsTell) {
         Case{{"11>00", "00>00"}, "11012010", "SCL and SDA stay low though driven high."},
         Case{{"11>10", "10>11"}, "11014010", "SDA reads the opposite of what is driven: the port"},
         Case{{"11>10", "00>10"}, "11014010", "Nothing follows what is driven"},
-        Case{{"11>11", "01>01", "10>10", "11>01", "01>01"}, "11012010", "SCL is low though"},
+        Case{{"11>11", "01>01", "10>10", "11>01", "01>01"}, "11012010", "SCL stays low"},
         Case{{"11>11", "10>11", "01>00"}, "11012010", "SDA follows the other line"},
     };
     for (const Case& c : cases)

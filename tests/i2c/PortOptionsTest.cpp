@@ -114,9 +114,8 @@ TEST_F(PortOptionsTest, EveryStringDrivesAndSensesAsItsDigitsSayAndOnlyThoseWith
             const unsigned bit = 8U << wiring.dataIn;
             port_.status = static_cast<std::uint8_t>(high ? bit : ~bit);
             ASSERT_EQ(i2c_.ReadAck() == AckBit::NotAcknowledged, level != wiring.dataInInverted);
-            const bool complemented = wiring.dataIn == 4;
-            ASSERT_EQ(i2c_.ReadByte(),
-                      high != complemented != (wiring.dataInInverted != 0) ? 255 : 0);
+            const unsigned complement = wiring.dataIn == 4 ? 1 : 0;
+            ASSERT_EQ(i2c_.ReadByte(), (level ^ complement ^ wiring.dataInInverted) * 255);
         }
         ASSERT_EQ(i2c_.Pins().ClockInMask, 8U << wiring.clockIn);
         ASSERT_EQ(i2c_.Pins().ClockInInverted, wiring.clockInInverted != 0);

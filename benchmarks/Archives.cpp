@@ -35,9 +35,8 @@ void AddArchives(Table& table) {
     add("grid: fill", [&] { program.grid.FillGrid(); });
     add("grid: transfer to the buffer", [&] { program.grid.TransferGrid(); });
     add("number mode change of everything shown", [&] {
-        program.numberModeMenu.Select(program.state.numberMode == NumberMode::Hex
-                                          ? NumberMode::Decimal
-                                          : NumberMode::Hex);
+        program.numberModeMenu.Select(
+            program.state.numberMode == NumberMode::Hex ? NumberMode::Decimal : NumberMode::Hex);
     });
 
     folder.Write("image.bin", {program.buffer.begin(), program.buffer.end() - 1});
@@ -47,15 +46,13 @@ void AddArchives(Table& table) {
         program.imageArchive.SaveImage();
     });
     const double load = BestOf(kTimes, [&] { program.imageArchive.LoadImage(); });
-    const std::string from = "srec_cat " + folder.Path();
-    const std::string binary = folder.Path("image.bin") + " -binary ";
-    table.Add("image file: save, safe on the disk", save,
-              BestOf(kTimes, [&] { Shell("srec_cat " + binary + "-o " + folder.Path("cat.mot")); }),
-              "srec_cat writes it, program start included");
-    table.Add("image file: load and show", load,
-              BestOf(kTimes,
-                     [&] { Shell(from + "image.mot -o " + folder.Path("cat.bin") + " -binary"); }),
-              "srec_cat reads it, program start included");
+    const std::string binary = folder.Path("image.bin");
+    const std::string toBinary = "srec_cat " + quiet.user.file + " -o " + binary + " -binary";
+    const std::string toRecords = "srec_cat " + binary + " -binary -o " + folder.Path("cat.mot");
+    table.Add("image file: save, safe on the disk", save, BestOf(kTimes, [&] { Shell(toRecords); }),
+              "srec_cat, its program start included");
+    table.Add("image file: load and show", load, BestOf(kTimes, [&] { Shell(toBinary); }),
+              "srec_cat, its program start included");
 }
 
 }  // namespace tarnwell::bench

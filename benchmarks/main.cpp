@@ -8,7 +8,8 @@ int main(int argc, char** argv) {
     using namespace tarnwell::bench;
     const bool quick = argc == 2 && std::strcmp(argv[1], "--quick") == 0;
     if (argc > 1 && !quick) {
-        std::fprintf(stderr, "Usage: %s [--quick]  (--quick writes 256 bytes, not a whole device)\n",
+        std::fprintf(stderr,
+                     "Usage: %s [--quick]  (--quick writes 256 bytes, not a whole device)\n",
                      argv[0]);
         return EXIT_FAILURE;
     }

@@ -60,7 +60,8 @@ void AddEditorPage(Table& table, BenchWindow& bench) {
     }
     table.Add("editor page: open (again)", again, kFrame, "a picture at 60 a second");
 
-    auto& bar = *bench.window.findChild<QTableView*>(QStringLiteral("DataGrid"))->verticalScrollBar();
+    auto& bar =
+        *bench.window.findChild<QTableView*>(QStringLiteral("DataGrid"))->verticalScrollBar();
     double all = 0;
     double longest = 0;
     for (int value = bar.minimum(); value <= bar.maximum(); ++value) {

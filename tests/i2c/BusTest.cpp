@@ -1,0 +1,320 @@
+// The bus on the wire: driving, event sequences, the bus check, bus times, bounds.
+#include <algorithm>
+
+#include "support/TestProgram.h"
+
+namespace tarnwell {
+namespace {
+
+using enum WireEvent;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+/// A port of bare registers: what is written reads back, the status register is set by the test.
+class RegisterPort final : public Port, public Clock {
+  public:
+    std::array<std::uint8_t, 0x400> registers{};
+    int writes = 0;
+    std::string failure;
+    std::uint16_t claimed = 0;
+    BusTime now{0};
+
+    void Claim(std::uint16_t baseAddress) override { claimed = baseAddress; }
+    void Release() override { claimed = 0; }
+    const std::string& Failure() const override { return failure; }
+    std::uint8_t DlPortReadPortUchar(std::uint16_t address) override {
+        return registers.at(address);
+    }
+    void DlPortWritePortUchar(std::uint16_t address, std::uint8_t value) override {
+        registers.at(address) = value;
+        ++writes;
+    }
+    BusTime Now() override { return now; }
+    void WaitUntil(BusTime time) override { now = std::max(now, time); }
+};
+
+struct RegisterBus {
+    RegisterPort port;
+    TestSurroundings outside;
+    ManualTimer timer;
+    ScriptedUser user;
+    MemoryRegistry registry;
+    Program program{{port, port, outside, timer, user, outside, outside, outside, outside, outside,
+                     registry, outside}};
+
+    explicit RegisterBus(std::string_view pins, std::string_view address = "888") {
+        program.state.pinOptions = pins;
+        program.state.portAddress = address;
+        program.i2c.ApplyPortOptions();
+    }
+};
+
+TEST(Drive, ChangesOneBitOfTheChosenPort) {
+    struct Row {
+        std::string_view pins;
+        std::int16_t scl;
+        std::int16_t sda;
+        std::uint8_t expected;  // from 0xAC
+        int writes;
+    };
+    for (const Row& row : {Row{"11012010", 0, 1, 0xAD, 2}, Row{"11012010", 1, 0, 0xAE, 2},
+                           Row{"10002010", 0, 1, 0xAE, 2}, Row{"10002010", 1, 0x40, 0xAF, 2},
+                           Row{"11012010", -1, -1, 0xAC, 0}, Row{"71602010", 0, 0, 0xAC, 2}}) {
+        RegisterBus bus(row.pins, "632");
+        bus.port.registers[0x278] = 0xAC;
+        const BusClaim claim(bus.program.i2c);
+        bus.program.i2c.SetSCL(row.scl);
+        bus.program.i2c.SetSDA(row.sda);
+        EXPECT_EQ(bus.port.registers[0x278], row.expected) << row.pins;
+        EXPECT_EQ(bus.port.writes, row.writes);
+        EXPECT_EQ(bus.port.claimed, 0x278);
+    }
+}
+
+TEST(Sense, AppliesTheInversionsOfEachConsumer) {
+    struct Row {
+        std::string_view pins;
+        std::uint8_t status;
+        std::uint8_t byte;
+        AckBit ack;
+    };
+    using enum AckBit;
+    for (const Row& row :
+         {Row{"11012010", 0x20, 0xFF, NotAcknowledged}, Row{"11012010", 0x00, 0x00, Acknowledged},
+          Row{"11012110", 0x20, 0x00, Acknowledged}, Row{"11014010", 0x80, 0x00, NotAcknowledged},
+          Row{"11014110", 0x80, 0xFF, Acknowledged}, Row{"11014010", 0x00, 0xFF, Acknowledged}}) {
+        RegisterBus bus(row.pins);
+        bus.port.registers[0x379] = row.status;
+        const BusClaim claim(bus.program.i2c);
+        EXPECT_EQ(bus.program.i2c.ReadByte(), row.byte) << row.pins;
+        EXPECT_EQ(bus.program.i2c.ReadAck(), row.ack) << row.pins;
+    }
+}
+
+TEST(Transactions, PutTheirEventsOnTheWire) {
+    TestProgram test;
+    auto& i2c = test.program.i2c;
+    const BusClaim claim(i2c);
+    test.television.Memory(Chip::Primary)[0x1235] = 0x5A;
+    test.television.Record();
+    ASSERT_EQ(i2c.ReadBlock(0x1234, 3), Transfer::Done);
+    EXPECT_THAT(ToText(test.television.Events()),
+                ::testing::MatchesRegex("S A0. 12. 34. Sr A1. <...? <5A. <...* P"));
+    EXPECT_EQ(i2c.ReadData()[1], 0x5A);
+
+    test.television.Record();
+    ASSERT_EQ(i2c.ReadBlock(300, 1), Transfer::Done);
+    EXPECT_THAT(ToText(test.television.Events()), ::testing::StartsWith("S A0+ 01+ 2C+ Sr A1+ <"));
+
+    test.program.state.targetDevice = TargetDevice::Secondary;
+    test.television.Record();
+    ASSERT_EQ(i2c.WriteByte(0x1FFF, 0x5A), Transfer::Done);
+    EXPECT_THAT(ToText(test.television.Events()),
+                ::testing::StartsWith("S A2+ 1F+ FF+ 5A+ P S A2- Sr A2- "));
+    EXPECT_THAT(ToText(test.television.Events()), ::testing::EndsWith("Sr A2+"));
+    EXPECT_EQ(test.television.Memory(Chip::Secondary)[0x1FFF], 0x5A);
+
+    test.television.Record();
+    ASSERT_EQ(i2c.WriteByte(0, 1), Transfer::Done);
+    EXPECT_THAT(ToText(test.television.Events()), ::testing::StartsWith("Sr A2+ 00+ 00+ 01+ P"));
+}
+
+TEST(Transactions, ShowTheProgressOfAWholeDeviceOnly) {
+    TestProgram test;
+    const BusClaim claim(test.program.i2c);
+    ASSERT_EQ(test.program.i2c.ReadBlock(0, 8191), Transfer::Done);
+    EXPECT_THAT(test.outside.changes, IsEmpty());
+    ASSERT_EQ(test.program.i2c.ReadBlock(0, 8192), Transfer::Done);
+    EXPECT_EQ(test.outside.changes, std::vector<Shown>(128, Shown::EepPanel));
+    EXPECT_EQ(test.Eep(), "Pri");
+}
+
+constexpr const char* kBusActivity = "E R R O R|There is I2C Bus Activity";
+constexpr const char* kHardware = "E R R O R|I2C Interface Hardware Problem";
+constexpr const char* kNoAcknowledge =
+    "E R R O R|There is an I2C bus or\r\nInterface Hardware Problem";
+
+TEST(CheckBus, TellsEachOutcome) {
+    struct Row {
+        FaultKind fault;
+        std::uint8_t samples;
+        BusCheck loud;
+        BusCheck quiet;
+        const char* box;
+        const char* quietBox;
+    };
+    for (const Row& row : {
+             Row{FaultKind::LateAcknowledge, 1, BusCheck::Ok, BusCheck::Ok, "", ""},
+             Row{FaultKind::LateAcknowledge, 3, BusCheck::Ok, BusCheck::Ok, "", ""},
+             Row{FaultKind::DeviceSilent, 0, BusCheck::NoAcknowledge, BusCheck::NobodyAnswered,
+                 kNoAcknowledge, ""},
+             Row{FaultKind::SclStuckLow, 0, BusCheck::BusActivity, BusCheck::BusActivity,
+                 kBusActivity, kBusActivity},
+             Row{FaultKind::SdaStuckLow, 0, BusCheck::BusActivity, BusCheck::BusActivity,
+                 kBusActivity, kBusActivity},
+             Row{FaultKind::InputsInverted, 0, BusCheck::BusActivity, BusCheck::BusActivity,
+                 kBusActivity, kBusActivity},
+             Row{FaultKind::SdaStuckHigh, 0, BusCheck::HardwareProblem, BusCheck::HardwareProblem,
+                 kHardware, kHardware},
+             Row{FaultKind::AdapterGone, 0, BusCheck::HardwareProblem, BusCheck::HardwareProblem,
+                 kHardware, kHardware},
+         }) {
+        for (const Quiet quiet : {Quiet::No, Quiet::Yes}) {
+            TestProgram test;
+            test.program.statusBar.ShowStatus("", 1);
+            test.television.Inject({.kind = row.fault, .samples = row.samples});
+            const BusClaim claim(test.program.i2c);
+            const bool loud = quiet == Quiet::No;
+            EXPECT_EQ(test.program.i2c.CheckBus(quiet), loud ? row.loud : row.quiet);
+            const std::string box = loud ? row.box : row.quietBox;
+            EXPECT_EQ(test.user.TakeBoxes(), box.empty() ? std::vector<std::string>{}
+                                                         : std::vector<std::string>{box});
+            EXPECT_EQ(test.Status(), box.empty() ? "" : "I2C Operation Aborted");
+            test.television.ClearFaults();
+            EXPECT_TRUE(test.television.Scl() && test.television.Sda());
+        }
+    }
+}
+
+TEST(CheckBus, SamplesASilentDeviceFiveTimesAndStops) {
+    TestProgram test({.television = Television::Absent});
+    test.television.Record();
+    const BusClaim claim(test.program.i2c);
+    EXPECT_EQ(test.program.i2c.CheckBus(Quiet::Yes), BusCheck::NobodyAnswered);
+    EXPECT_EQ(ToText(test.television.Events()), "S P S A0----- P");
+}
+
+/// The shortest distances on the wire between the edges of a whole command.
+struct ShortestTimes {
+    BusTime low = BusTime::max();
+    BusTime high = BusTime::max();
+    BusTime risePeriod = BusTime::max();
+    BusTime fallPeriod = BusTime::max();
+    BusTime startSetUp = BusTime::max();
+    BusTime startHold = BusTime::max();
+    BusTime stopSetUp = BusTime::max();
+    BusTime busFree = BusTime::max();
+    BusTime dataSetUp = BusTime::max();
+};
+
+ShortestTimes Measure(const std::vector<WireSample>& samples) {
+    ShortestTimes shortest;
+    constexpr BusTime kNever{-1'000'000'000};
+    BusTime rise = kNever, fall = kNever, data = kNever, start = kNever, stop = kNever;
+    const auto note = [](BusTime& least, BusTime distance) { least = std::min(least, distance); };
+    for (const WireSample& sample : samples) {
+        const BusTime now = sample.time;
+        if (sample.cause == WireSample::Cause::Scl && sample.scl) {
+            note(shortest.low, now - fall);
+            note(shortest.risePeriod, now - rise);
+            note(shortest.dataSetUp, now - data);
+            rise = now;
+        } else if (sample.cause == WireSample::Cause::Scl) {
+            note(shortest.high, now - rise);
+            note(shortest.fallPeriod, now - fall);
+            note(shortest.startHold, now - start);
+            fall = now;
+        } else if (sample.cause == WireSample::Cause::Sda) {
+            data = now;
+            if (sample.scl && !sample.sda) {
+                note(shortest.startSetUp, now - rise);
+                note(shortest.busFree, now - stop);
+                start = now;
+            } else if (sample.scl) {
+                note(shortest.stopSetUp, now - rise);
+                stop = now;
+            }
+        }
+    }
+    return shortest;
+}
+
+TEST(BusTiming, HoldsEveryTimeOfTheStandardMode) {
+    using namespace std::chrono_literals;
+    for (const BusTime accessCost : {0ns, 100ns, 1000ns, 1200ns, 5000ns}) {
+        TestProgram test({.accessCost = accessCost, .writeCycle = 200us});
+        test.television.Record();
+        {
+            const BusClaim claim(test.program.i2c);
+            ASSERT_EQ(test.program.i2c.CheckBus(Quiet::No), BusCheck::Ok);
+            ASSERT_EQ(test.program.i2c.WriteByte(77, 0x55), Transfer::Done);
+            ASSERT_EQ(test.program.i2c.ReadBlock(70, 20), Transfer::Done);
+        }
+        const ShortestTimes times = Measure(test.television.Samples());
+        EXPECT_GE(times.low, 4700ns);
+        EXPECT_GE(times.high, 4000ns);
+        EXPECT_GE(times.risePeriod, 10000ns);
+        EXPECT_GE(times.fallPeriod, 10000ns);
+        EXPECT_GE(times.startSetUp, 4700ns);
+        EXPECT_GE(times.startHold, 4000ns);
+        EXPECT_GE(times.stopSetUp, 4700ns);
+        EXPECT_GE(times.busFree, 4700ns);
+        EXPECT_GE(times.dataSetUp, 250ns);
+        if (accessCost <= 1000ns) {
+            EXPECT_LE(times.risePeriod, 10000ns + accessCost);
+        }
+    }
+}
+
+TEST(BusTiming, ReadsAWholeDeviceAtTheLimitOfAFreePort) {
+    TestProgram test({.accessCost = BusTime(0)});
+    const BusClaim claim(test.program.i2c);
+    const BusTime begin = test.television.Now();
+    ASSERT_EQ(test.program.i2c.ReadBlock(0, 8192), Transfer::Done);
+    EXPECT_LE((test.television.Now() - begin) / (8192.0 * 9), BusTime(10'300));
+}
+
+TEST(Bounds, EndAWaitAndLeaveTheBusFree) {
+    struct Row {
+        FaultKind fault;
+        Moment begins;
+    };
+    for (const Row& row : {Row{FaultKind::DeviceSilent, {Byte, 2}},
+                           Row{FaultKind::DeviceSilent, {WriteCycle, 1}},
+                           Row{FaultKind::SdaStuckHigh, {Byte, 3}}}) {
+        TestProgram test;
+        test.television.Inject({.kind = row.fault, .begins = row.begins});
+        const BusClaim claim(test.program.i2c);
+        const BusTime begin = test.television.Now();
+        ASSERT_EQ(test.program.i2c.WriteByte(1, 2), Transfer::Aborted);
+        EXPECT_LE(test.television.Now() - begin, std::chrono::milliseconds(52));
+        test.program.i2c.AbortOperation();
+        EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(kNoAcknowledge));
+        EXPECT_EQ(test.Status(), "I2C Operation Aborted");
+        test.television.ClearFaults();
+        EXPECT_TRUE(test.television.Scl() && test.television.Sda());
+    }
+}
+
+TEST(Bounds, ClockADeviceThatHoldsSdaOffTheBus) {
+    TestProgram test;
+    test.television.Memory(Chip::Primary).fill(0);
+    const BusClaim claim(test.program.i2c);
+    ASSERT_EQ(test.program.i2c.ReadBlock(0, 1), Transfer::Done);
+    test.program.i2c.SendStart();
+    test.program.i2c.SendByte(0xA1);
+    ASSERT_EQ(test.program.i2c.ReadAck(), AckBit::Acknowledged);
+    ASSERT_FALSE(test.television.Sda());
+    test.program.i2c.AbortOperation();
+    EXPECT_TRUE(test.television.Scl() && test.television.Sda());
+    EXPECT_EQ(test.program.i2c.CheckBus(Quiet::Yes), BusCheck::Ok);
+}
+
+TEST(Bounds, MakeUpForAPortThatFailedAtTheNextCommand) {
+    TestProgram test;
+    test.television.Memory(Chip::Primary).fill(0);
+    test.television.Inject({.kind = FaultKind::PortFails, .begins = {Byte, 100}});
+    test.program.wholeDevice.ReadEntireEep();
+    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(::testing::StartsWith(kNoAcknowledge)));
+    EXPECT_FALSE(test.program.state.eepRead);
+    EXPECT_EQ(test.Crc(), "");
+
+    test.television.ClearFaults();
+    test.program.wholeDevice.ReadEntireEep();
+    EXPECT_THAT(test.user.TakeBoxes(), IsEmpty());
+    EXPECT_TRUE(test.program.state.eepRead);
+}
+
+}  // namespace
+}  // namespace tarnwell

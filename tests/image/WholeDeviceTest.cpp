@@ -1,0 +1,162 @@
+// The checksum, and the commands on a whole device with their texts and outcomes.
+#include <algorithm>
+
+#include "support/TestProgram.h"
+
+namespace tarnwell {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using namespace std::chrono_literals;
+
+TEST(Crc32, IsTakenOverTheHexadecimalText) {
+    using namespace mCRC32;
+    EXPECT_EQ(CrcFinal(CrcAddText("123456789", MakeCrcTable())), 0xCBF43926U);
+    MemoryBuffer buffer{};
+    EXPECT_EQ(BufferCrcText(buffer), "15A36921");
+    buffer[8192] = 7;
+    EXPECT_EQ(BufferCrcText(buffer), "15A36921");
+    buffer.fill(0xFF);
+    EXPECT_EQ(BufferCrcText(buffer), "A87C97F3");
+    MemoryBuffer other = buffer;
+    buffer[5] = 0x01;
+    buffer[6] = 0x23;
+    other[5] = 0x12;
+    other[6] = 0x03;
+    EXPECT_EQ(BufferCrcText(buffer), BufferCrcText(other));
+}
+
+TEST(FillValue, TakesOneWholeDecimalNumber) {
+    for (const auto& [answer, value] : std::map<std::string, int>{
+             {"255", 255}, {" 0 ", 0},   {"254.5", 255}, {"0.4", 0},     {"-0.5", 0},
+             {"7.", 7},    {".5", 1},    {"+9", 9},      {"255.5", -1},  {"-1", -1},
+             {"", -1},     {"  ", -1},   {"12abc", -1},  {"1 2", -1},    {"0x10", -1},
+             {"1.2.3", -1}, {".", -1},   {"256", -1},    {"99999999999999999999", -1}})
+        EXPECT_EQ(FillValue(answer) ? int{*FillValue(answer)} : -1, value) << answer;
+}
+
+bool SameImage(const MemoryBuffer& buffer, const EepromImage& image) {
+    return std::equal(image.begin(), image.end(), buffer.begin());
+}
+
+struct WholeDevice : ::testing::Test {
+    TestProgram test{{.writeCycle = 300us}};
+    EepromImage& primary = test.television.Memory(Chip::Primary);
+    EepromImage& secondary = test.television.Memory(Chip::Secondary);
+
+    void SetUp() override {
+        for (std::size_t address = 0; address < primary.size(); ++address) {
+            primary[address] = static_cast<std::uint8_t>(address * 7 + address / 256);
+            secondary[address] = static_cast<std::uint8_t>(address ^ 0x5A);
+        }
+    }
+};
+
+TEST_F(WholeDevice, ReadsTheTargetIntoTheBuffer) {
+    test.program.wholeDevice.ReadEntireEep();
+    EXPECT_TRUE(SameImage(test.program.buffer, primary));
+    EXPECT_EQ(test.Status(), "Primary EEProm Data Read Into Memory");
+    EXPECT_EQ(test.Crc(), mCRC32::BufferCrcText(test.program.buffer));
+    EXPECT_TRUE(test.program.state.eepRead);
+    EXPECT_FALSE(test.program.state.bufferChanged);
+    EXPECT_EQ(test.program.grid.Text({1, 1}), std::to_string(primary[16]));
+    EXPECT_EQ(test.program.cells.Caption(0), std::to_string(primary[2363]));
+
+    test.WillAnswer({Answer::Ok});
+    test.program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
+    test.program.wholeDevice.ReadEntireEep();
+    EXPECT_TRUE(SameImage(test.program.buffer, secondary));
+    EXPECT_EQ(test.Status(), "Use the Data Editor to View/Modify data");
+    EXPECT_EQ(test.program.cells.Caption(0), "");
+}
+
+TEST_F(WholeDevice, WritesTheBufferAndVerifiesIt) {
+    test.program.wholeDevice.ReadEntireEep();
+    test.WillAnswer({Answer::Ok, Answer::No, Answer::Yes});
+    test.program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
+    test.user.boxes.clear();
+    test.program.wholeDevice.WriteEntireEep();
+    EXPECT_EQ(test.Status(), "EEProm Write Cancelled");
+    EXPECT_NE(secondary, primary);
+
+    std::vector<std::string> shown;
+    test.user.onBox = [&](const Box&) { shown.push_back(test.Status()); };
+    test.program.wholeDevice.WriteEntireEep();
+    EXPECT_EQ(secondary, primary);
+    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre("V E R I F Y|Write memory buffer to EEProm?",
+                                                   "V E R I F Y|Write memory buffer to EEProm?"));
+    EXPECT_EQ(test.Status(), "EEP Verified OK; EEProm Write Successful");
+    EXPECT_EQ(test.Eep(), "Sec");
+    EXPECT_TRUE(test.program.state.eepRead);
+    EXPECT_GE(test.user.paintings, kEepromBytes);
+}
+
+constexpr const char* kVerifyFailed =
+    "E R R O R - Verify Failed|EEProm data verification failed;\r\n"
+    "The EEProm was not programmed correctly, try again.";
+
+TEST_F(WholeDevice, TellsEachByteThatDoesNotVerify) {
+    test.program.wholeDevice.ReadEntireEep();
+    test.television.Inject({.kind = FaultKind::FlippedBit, .address = 4660, .mask = 0x10});
+    test.WillAnswer({Answer::Yes});
+    test.user.onBox = [&](const Box& box) {
+        if (box.style != BoxStyle::Critical)
+            return;
+        EXPECT_EQ(test.Status(), "ERROR: EEP and Memory Buffer Values Do Not Match!");
+        EXPECT_EQ(test.timer.running, 30000ms);
+        EXPECT_EQ(test.user.beeps, 1);
+        const int value = primary[4660];
+        EXPECT_EQ(box.details, "1 byte differs.\nAddress 4660: wrote " + std::to_string(value) +
+                                   ", read " + std::to_string(value ^ 0x10));
+    };
+    test.program.wholeDevice.WriteEntireEep();
+    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(HasSubstr("V E R I F Y"), kVerifyFailed));
+    EXPECT_EQ(test.Status(), "");
+}
+
+TEST_F(WholeDevice, FillsTheDeviceAndLeavesTheBufferAlone) {
+    test.program.wholeDevice.ReadEntireEep();
+    const MemoryBuffer before = test.program.buffer;
+    test.user.texts = {"42", "256", std::nullopt};
+    test.program.wholeDevice.FillEntireEep();
+    EXPECT_EQ(std::ranges::count(primary, 42), kEepromBytes);
+    EXPECT_EQ(test.Status(), "EEP Verified OK; EEProm Write Successful");
+    EXPECT_EQ(test.program.buffer, before);
+
+    test.program.wholeDevice.FillEntireEep();
+    EXPECT_THAT(test.user.TakeBoxes(),
+                ElementsAre("E R R O R|Please enter a whole number from 0 to 255."));
+    test.program.wholeDevice.FillEntireEep();
+    EXPECT_EQ(test.Status(), "EEProm Write Cancelled");
+    EXPECT_THAT(test.user.TakeBoxes(), IsEmpty());
+    EXPECT_EQ(std::ranges::count(primary, 42), kEepromBytes);
+}
+
+TEST_F(WholeDevice, SelectsTheTargetAndKeepsTheDevicesApart) {
+    test.program.wholeDevice.ReadEntireEep();
+    test.WillAnswer({Answer::Cancel, Answer::Ok});
+    test.program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
+    EXPECT_EQ(test.Status(), "Target EEProm Not Changed - Primary EEP Still Selected");
+    EXPECT_EQ(test.Eep(), "Pri");
+    EXPECT_FALSE(test.program.cells.IsEmpty(0));
+    test.program.wholeDevice.SelectEeprom(TargetDevice::Primary);
+    EXPECT_EQ(test.Status(), "Primary EEProm Selected as Target Device");
+    EXPECT_FALSE(test.program.cells.IsEmpty(0));
+
+    test.program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
+    EXPECT_THAT(test.user.TakeBoxes().back(),
+                "W A R N I N G|B E   C A R E F U L !\r\nLittle is known about this EEProm.\r\n"
+                "Bad data values here could KILL your HDTV!");
+    EXPECT_EQ(test.Status(), "Secondary EEProm Selected as Target Device");
+    EXPECT_EQ(test.Eep(), "Sec");
+    EXPECT_TRUE(test.program.cells.IsEmpty(0));
+    test.program.wholeDevice.ReadEntireEep();
+    test.program.cells.ShowValue(0, 1);
+    test.program.wholeDevice.SelectEeprom(TargetDevice::Primary);
+    EXPECT_TRUE(test.program.cells.IsEmpty(0));
+}
+
+}  // namespace
+}  // namespace tarnwell

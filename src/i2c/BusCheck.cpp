@@ -20,9 +20,11 @@ BusCheck mI2Ccode::CheckBus(Quiet quiet) {
     const bool portUsable = !PortFailed();
     if (busLeftOpen_ && portUsable)
         FreeBus();
+    clockHeld_ = false;
 
     BusCheck result = ProbeBus();
-    busLeftOpen_ = busLeftOpen_ || (portUsable && PortFailed());
+    const bool drove = portUsable && result != BusCheck::BusActivity;
+    busLeftOpen_ = busLeftOpen_ || (drove && (PortFailed() || !LinesAreIdle()));
     if (result == BusCheck::NoAcknowledge && quiet == Quiet::Yes)
         result = PortFailed() ? BusCheck::HardwareProblem : BusCheck::NobodyAnswered;
     switch (result) {
@@ -42,9 +44,13 @@ BusCheck mI2Ccode::CheckBus(Quiet quiet) {
     return result;
 }
 
+bool mI2Ccode::LinesAreIdle() {
+    const unsigned both = pins_.ClockInMask | pins_.DataInMask;
+    return (Sense() & both) == both;
+}
+
 BusCheck mI2Ccode::ProbeBus() {
-    const std::uint8_t idle = Sense();
-    if ((idle & pins_.ClockInMask) == 0 || (idle & pins_.DataInMask) == 0)
+    if (!LinesAreIdle())
         return BusCheck::BusActivity;
 
     SetSDA(0);
@@ -53,7 +59,8 @@ BusCheck mI2Ccode::ProbeBus() {
     if ((driven & pins_.DataInMask) != 0)
         return BusCheck::HardwareProblem;
 
-    return ProbeDevice() == AckBit::Acknowledged ? BusCheck::Ok : BusCheck::NoAcknowledge;
+    const bool answered = ProbeDevice() == AckBit::Acknowledged && !clockHeld_;
+    return answered ? BusCheck::Ok : BusCheck::NoAcknowledge;
 }
 
 AckBit mI2Ccode::ProbeDevice() {
@@ -80,7 +87,8 @@ void mI2Ccode::FreeBus() {
     }
     SendStop();
     ReleaseBus();
-    busLeftOpen_ = PortFailed();
+    timing_.WaitUntilFree();
+    busLeftOpen_ = PortFailed() || !LinesAreIdle();
 }
 
 void mI2Ccode::AbortOperation() {

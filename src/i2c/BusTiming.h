@@ -45,6 +45,9 @@ class BusTiming {
     /// SCL low have just the time that they take.
     void WaitToSample();
 
+    /// Waits for the end of the bus free time after a stop.
+    void WaitUntilFree() { clock_.WaitUntil(stop_ + bustimes::kBusFree); }
+
     /// Tells how long a port read takes, as measured; the shortest one counts.
     void NoteReadTime(BusTime duration) { readTime_ = std::min(readTime_, duration); }
 

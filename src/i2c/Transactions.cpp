@@ -48,9 +48,9 @@ std::uint8_t mI2Ccode::SelectByte() const {
 }
 
 Transfer mI2Ccode::WaitForAck() {
-    for (int sample = 0; sample < kAckSamples && !PortFailed(); ++sample) {
+    for (int sample = 0; sample < kAckSamples && !BusFailed(); ++sample) {
         if (ReadAck() == AckBit::Acknowledged)
-            return PortFailed() ? Transfer::Aborted : Transfer::Done;
+            return BusFailed() ? Transfer::Aborted : Transfer::Done;
     }
     return Transfer::Aborted;
 }
@@ -84,12 +84,17 @@ Transfer mI2Ccode::ReadBlock(std::int16_t address, std::int16_t count) {
             SendStop();
         else
             SendAck();
-        if (PortFailed())
+        if (BusFailed())
             return Transfer::Aborted;
         if (index != last)
             progress.Show(index + 1);
     }
-    return Transfer::Done;
+    return ExpectIdleBus();
+}
+
+Transfer mI2Ccode::ExpectIdleBus() {
+    timing_.WaitUntilFree();
+    return LinesAreIdle() && !PortFailed() ? Transfer::Done : Transfer::Aborted;
 }
 
 Transfer mI2Ccode::WriteByte(std::int16_t address, std::uint8_t value) {
@@ -106,10 +111,10 @@ Transfer mI2Ccode::WriteByte(std::int16_t address, std::uint8_t value) {
 Transfer mI2Ccode::PollUntilWritten(std::uint8_t select) {
     const BusTime bound = clock_.Now() + kWriteCycleBound;
     SendStart();
-    while (!PortFailed()) {
+    while (!BusFailed()) {
         SendByte(select);
         if (ReadAck() == AckBit::Acknowledged)
-            return PortFailed() ? Transfer::Aborted : Transfer::Done;
+            return BusFailed() ? Transfer::Aborted : Transfer::Done;
         if (clock_.Now() >= bound)
             break;
         SendStart();

@@ -21,6 +21,7 @@ void mI2Ccode::Claim() {
         return;
     baseAddress_ = PortAddressValue(state_.portAddress);
     timing_.Forget();
+    clockHeld_ = false;
     port_.Claim(baseAddress_);
 }
 
@@ -98,11 +99,17 @@ void mI2Ccode::SendByte(std::uint8_t value) {
     }
 }
 
+bool mI2Ccode::SampleSda() {
+    timing_.WaitToSample();
+    const std::uint8_t status = Sense();
+    clockHeld_ = clockHeld_ || (status & pins_.ClockInMask) == 0;
+    return (status & pins_.DataInMask) != 0;
+}
+
 AckBit mI2Ccode::ReadAck() {
     SetSDA(1);
     SetSCL(1);
-    timing_.WaitToSample();
-    bool high = (Sense() & pins_.DataInMask) != 0;
+    bool high = SampleSda();
     SetSCL(0);
     if (pins_.DataInInverted)
         high = !high;
@@ -113,8 +120,7 @@ std::uint8_t mI2Ccode::ReadByte() {
     unsigned value = 0;
     for (int bit = 0; bit < 8; ++bit) {
         SetSCL(1);
-        timing_.WaitToSample();
-        value = value << 1 | ((Sense() & pins_.DataInMask) != 0 ? 1U : 0U);
+        value = value << 1 | (SampleSda() ? 1U : 0U);
         SetSCL(0);
     }
     SetSDA(1);

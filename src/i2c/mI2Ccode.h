@@ -101,7 +101,11 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     [[nodiscard]] Transfer WaitForAck();
     [[nodiscard]] Transfer SendAddressed(std::uint8_t select, std::int16_t address);
     [[nodiscard]] Transfer PollUntilWritten(std::uint8_t select);
+    [[nodiscard]] Transfer ExpectIdleBus();
+    bool SampleSda();
+    bool LinesAreIdle();
     bool PortFailed() const { return !port_.Failure().empty(); }
+    bool BusFailed() const { return clockHeld_ || PortFailed(); }
 
     Port& port_;
     Clock& clock_;
@@ -113,7 +117,8 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     EepromArray readData_{};
     std::uint16_t baseAddress_ = 0;
     int claims_ = 0;
-    bool busLeftOpen_ = false;  ///< the port failed before the bus could be freed
+    bool clockHeld_ = false;    ///< SCL was low at a sample though it was released
+    bool busLeftOpen_ = false;  ///< the bus could not be freed after a failure
 };
 
 /// Holds the port for this program from a command's bus check to the command's end.

@@ -32,6 +32,7 @@ int windowWidth(SizeMode mode) {
 
 FormMain::FormMain(const Connections& connections)
     : onProgramEnd([] { std::_Exit(EXIT_FAILURE); }),
+      m_port(connections.port),
       m_platform(connections.platform),
       m_program({connections.port, connections.clock, *this, m_msgTimer, m_user, *this, *this,
                  *this, connections.platform, m_desktop, connections.registry, m_desktop}),
@@ -137,14 +138,20 @@ void FormMain::startUp() {
     adjustSize();
 }
 
-void FormMain::run(const std::function<void()>& command) {
+void FormMain::guard(const std::function<void()>& action) {
     try {
-        const CommandScope scope(m_program.statusBar);
-        command();
-        m_user.endCommand();
+        action();
     } catch (const ProgramEnd&) {
         onProgramEnd();
     }
+}
+
+void FormMain::run(const std::function<void()>& command) {
+    guard([&] {
+        const CommandScope scope(m_program.statusBar);
+        command();
+        m_user.endCommand();
+    });
 }
 
 void FormMain::runButton(const std::function<void()>& command) {

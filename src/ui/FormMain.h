@@ -7,6 +7,7 @@
 #include <QTabWidget>
 #include <functional>
 
+#include "core/DriverLoader.h"
 #include "ui/Desktop.h"
 #include "ui/EditorWidgets.h"
 #include "ui/MainMenu.h"
@@ -32,7 +33,8 @@ class FormMain final : public QMainWindow,
                        private EditorView,
                        private SettingsView,
                        private PlacedWindow,
-                       private StartUpSteps {
+                       private StartUpSteps,
+                       private DriverPathWindow {
     Q_OBJECT
   public:
     explicit FormMain(const Connections& connections);
@@ -55,6 +57,8 @@ class FormMain final : public QMainWindow,
     QPushButton& addButton(const char* name, const char* caption, const char* toolTip,
                            const QRect& place);
 
+    /// Runs what may end the program.
+    void guard(const std::function<void()>& action);
     void run(const std::function<void()>& command);
 
     /// A button's command: an entry that is open in the grid is committed first.
@@ -92,6 +96,9 @@ class FormMain final : public QMainWindow,
     void SetupGrid() override;
     void EnableSettingsButtons() override;
 
+    void ShowFormCnP(const std::string& driverPath) override;
+
+    Port& m_port;
     Platform& m_platform;
     Desktop m_desktop;
     QtTimer m_msgTimer;

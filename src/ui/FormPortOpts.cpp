@@ -41,6 +41,20 @@ constexpr const Place& placeOf(PinPosition position) {
     return *std::ranges::find(kPlaces, position, &Place::position);
 }
 
+void showSelection(QButtonGroup& buttons, std::optional<int> selected) {
+    if (!selected) {
+        buttons.setExclusive(false);
+        for (QAbstractButton* button : buttons.buttons())
+            button->setChecked(false);
+        buttons.setExclusive(true);
+        return;
+    }
+    buttons.button(*selected)->setChecked(true);
+    // Tab stops at the selected button; Qt itself sees to this only once the group had the focus.
+    for (QAbstractButton* button : buttons.buttons())
+        button->setFocusPolicy(button->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
 }  // namespace
 
 FormPortOpts::FormPortOpts(PortOptions& options, QWidget* parent)
@@ -130,14 +144,9 @@ void FormPortOpts::select(PinPosition position, int index) {
 }
 
 void FormPortOpts::showSelections() {
-    for (const PinGroup& group : kPinGroups) {
-        QButtonGroup& buttons = m_groups[static_cast<std::size_t>(group.position)];
-        const std::optional<int> selected = m_options.Selected(group.position);
-        buttons.setExclusive(false);
-        for (QAbstractButton* button : buttons.buttons())
-            button->setChecked(selected == buttons.id(button));
-        buttons.setExclusive(true);
-    }
+    for (const PinGroup& group : kPinGroups)
+        showSelection(m_groups[static_cast<std::size_t>(group.position)],
+                      m_options.Selected(group.position));
     m_connector.follow(m_options);
 }
 

@@ -1,6 +1,8 @@
 #include "ui/IniStore.h"
 
+#include <QLockFile>
 #include <QStandardPaths>
+#include <chrono>
 
 #include "ui/Text.h"
 
@@ -15,6 +17,7 @@ QString groupOf(std::string_view keyPath) {
 }  // namespace
 
 IniStore::IniStore(const QString& fileName) : m_settings(fileName, QSettings::IniFormat) {
+    removeDeadLock();
     m_settings.setFallbacksEnabled(false);
     m_settings.childGroups();
     if (m_settings.status() == QSettings::FormatError)
@@ -48,7 +51,16 @@ std::string IniStore::QueryRegValue(std::string_view keyPath, std::string_view n
 }
 
 void IniStore::Flush() {
+    removeDeadLock();
     m_settings.sync();
+}
+
+void IniStore::removeDeadLock() const {
+    using namespace std::chrono_literals;
+    QLockFile lock(m_settings.fileName() + QStringLiteral(".lock"));
+    lock.setStaleLockTime(1s);
+    if (lock.tryLock(2s))
+        lock.unlock();
 }
 
 }  // namespace tarnwell

@@ -26,6 +26,10 @@ class IniStore final : public mRegistry {
   private:
     bool exists(const QString& group) const;
 
+    /// QSettings would wait for ever for a lock file that a killed process left before it had
+    /// written its number into it.
+    void removeDeadLock() const;
+
     QSettings m_settings;
     QStringList m_created;
 };

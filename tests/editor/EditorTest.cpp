@@ -319,6 +319,7 @@ TEST_F(EditorTest, QuestionsBeforeEditsCouldBeLost) {
             EXPECT_THAT(test.user.TakeBoxes(), IsEmpty()) << "nothing has been edited";
         }
         program.cellEditor.MoveTo(At(600));
+        program.cellEditor.Click();
         program.cellEditor.TextEdited("77");
         test.user.answers.assign(row.answers.begin(), row.answers.end());
         row.act();
@@ -357,9 +358,8 @@ TEST_F(EditorTest, TargetAndSwitch) {
     test.outside.steps.clear();
     for (const bool again : {true, false, true}) {
         test.outside.warnAgain = again;
-        program.editorPage.SwitchPage(Page::Chroma);
-        test.user.answers = {};
         program.grid.SetGridChanged(false);
+        program.editorPage.SwitchPage(Page::Chroma);
         program.editorPage.SwitchPage(Page::Editor);
     }
     EXPECT_EQ(test.outside.steps.size(), 2U);

@@ -1,87 +1,59 @@
-// The catalog against a table of its own.
+// The catalog against tables of its own.
 #include "settings/Catalog.h"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace tarnwell {
 namespace {
 
-struct Row {
-    std::string title, name;  ///< '%' stands for the format
-    std::vector<int> cells, addresses;
-    int shift, maximum;
-};
-
-const std::vector<Row> kRows{
-    {"% R-YR", "% R-YR ", {2, 8, 14, 20}, {2365, 2401, 2437, 2473}, 0, 15},
-    {"% R-YB", "% R-YB ", {3, 9, 15, 21}, {2366, 2402, 2438, 2474}, 0, 15},
-    {"% G-YR", "% G-YR ", {4, 10, 16, 22}, {2367, 2403, 2439, 2475}, 0, 15},
-    {"% G-YB", "% G-YB ", {5, 11, 17, 23}, {2368, 2404, 2440, 2476}, 0, 15},
-    {"% CR02", "% CR02 ", {0, 6, 12, 18}, {2363, 2399, 2435, 2471}, 0, 255},
-    {"% CB02", "% CB02 ", {1, 7, 13, 19}, {2364, 2400, 2436, 2472}, 0, 255},
-    {"% SHRP", "% SHRP ", {33, 42, 51, 60}, {2348, 2384, 2420, 2456}, 0, 255},
-    {"% SSH1", "% SSH1 ", {34, 43, 52, 61}, {2349, 2385, 2421, 2457}, 0, 3},
-    {"% SHF1", "% SHF1 ", {35, 44, 53, 62}, {2350, 2386, 2422, 2458}, 0, 3},
-    {"% PROV", "% PROV ", {36, 45, 54, 63}, {2351, 2387, 2423, 2459}, 0, 3},
-    {"% LT1", "% LT1 ", {37, 46, 55, 64}, {2352, 2388, 2424, 2460}, 0, 3},
-    {"Global TINT", "Global TINT ", {32}, {2085}, 2, 63},
-    {"Global SHPM", "Global Sharpness (SHPM) ", {71}, {2228}, 4, 15},
-    {"Iris OT1", "Iris OT1 ", {24}, {2328}, 0, 255},
-    {"Iris IT2", "Iris 1T2 ", {25}, {2329}, 0, 255},
-    {"Iris CN0", "Iris CN0 ", {26}, {2330}, 0, 63},
-    {"Iris CN1", "Iris CN1 ", {27}, {2331}, 0, 63},
-    {"Iris CN2", "Iris CN2 ", {28}, {2332}, 0, 63},
-    {"Iris BR0", "Iris BR0 ", {29}, {2333}, 0, 63},
-    {"Iris BR1", "Iris BR1 ", {30}, {2334}, 0, 63},
-    {"Iris BR2", "Iris BR2 ", {31}, {2335}, 0, 63},
-    {"% DCOL", "% DCOL ", {38, 47, 56, 65}, {2353, 2389, 2425, 2461}, 0, 1},
-    {"% CTIL", "% CTIL ", {39, 48, 57, 66}, {2354, 2390, 2426, 2462}, 0, 3},
-    {"% DPIC", "% DPIC ", {40, 49, 58, 67}, {2355, 2391, 2427, 2463}, 0, 3},
-    {"% DTC", "% DTC ", {41, 50, 59, 68}, {2356, 2392, 2428, 2464}, 0, 3},
-    {"480i CLP", "Defl Jung 480i CLP ", {69}, {2507}, 0, 15},
-    {"1080i CLP", "Defl Jung 1080i CLP ", {70}, {2549}, 0, 15},
-};
-
-std::string WithFormat(std::string text, std::size_t column) {
-    const char* const formats[] = {"480i", "480p", "1080i", "VGA"};
-    const auto place = text.find('%');
-    return place == std::string::npos ? text : text.replace(place, 1, formats[column]);
-}
-
-TEST(CatalogTest, EveryCellIsWhatTheTableSays) {
-    int cells = 0;
-    for (const Row& row : kRows) {
-        for (std::size_t column = 0; column < row.cells.size(); ++column, ++cells) {
-            const int cell = row.cells[column];
-            EXPECT_EQ(Cell(cell).address, row.addresses[column]) << cell;
-            EXPECT_EQ(Cell(cell).setting->shift, row.shift) << cell;
-            EXPECT_EQ(Cell(cell).setting->maximum, row.maximum) << cell;
-            EXPECT_EQ(StatusLineName(cell), WithFormat(row.name, column));
-            EXPECT_EQ(CellTitle(cell), WithFormat(row.title, column));
-            EXPECT_EQ(CellAtAddress(row.addresses[column]), cell);
+TEST(CatalogTest, EveryCellIsWhatTheTablesSay) {
+    const std::array<std::int16_t, 52> groups{
+        0,    6,  2363, 0,  0,    6,  2399, 6,  0,    6,  2435, 12, 0,    6,  2471, 18, 0,    8,
+        2328, 24, 2,    1,  2085, 32, 0,    9,  2348, 33, 0,    9,  2384, 42, 0,    9,  2420, 51,
+        0,    9,  2456, 60, 0,    1,  2507, 69, 0,    1,  2549, 70, 4,    1,  2228, 71};
+    // The name on the status line, the maximum and the cells; '%' stands for the format.
+    std::istringstream settings(
+        "%_R-YR 15 2 8 14 20 / %_R-YB 15 3 9 15 21 / %_G-YR 15 4 10 16 22 / %_G-YB 15 5 11 17 23 /"
+        "%_CR02 255 0 6 12 18 / %_CB02 255 1 7 13 19 / %_SHRP 255 33 42 51 60 /"
+        "%_SSH1 3 34 43 52 61 / %_SHF1 3 35 44 53 62 / %_PROV 3 36 45 54 63 / %_LT1 3 37 46 55 64 /"
+        "%_DCOL 1 38 47 56 65 / %_CTIL 3 39 48 57 66 / %_DPIC 3 40 49 58 67 / %_DTC 3 41 50 59 68 /"
+        "Global_TINT 63 32 / Global_Sharpness_(SHPM) 15 71 / Iris_OT1 255 24 / Iris_1T2 255 25 /"
+        "Iris_CN0 63 26 / Iris_CN1 63 27 / Iris_CN2 63 28 / Iris_BR0 63 29 / Iris_BR1 63 30 /"
+        "Iris_BR2 63 31 / Defl_Jung_480i_CLP 15 69 / Defl_Jung_1080i_CLP 15 70 /");
+    std::array<int, kCellCount> maxima{};
+    std::array<std::string, kCellCount> names;
+    std::string name;
+    for (int maximum = 0; settings >> name >> maximum; settings.clear()) {
+        std::ranges::replace(name, '_', ' ');
+        std::size_t column = 0;
+        for (std::size_t cell = 0; settings >> cell; ++column) {
+            maxima.at(cell) = maximum;
+            names.at(cell) = name + " ";
+            if (name[0] == '%')
+                names[cell].replace(0, 1, std::array{"480i", "480p", "1080i", "VGA"}.at(column));
+        }
+        settings.clear();
+        settings.ignore();
+    }
+    for (std::size_t group = 0; group < kGroupCount; ++group) {
+        const std::int16_t* const fields = &groups[4 * group];
+        EXPECT_EQ(SettingGroups[group], (SettingGroup{fields[0], fields[1], fields[2], fields[3]}));
+        EXPECT_EQ(GroupAtBase(fields[2]), &SettingGroups[group]);
+        for (int index = 0; index < fields[1]; ++index) {
+            const int cell = fields[3] + index;
+            EXPECT_EQ(Cell(cell).address, fields[2] + index) << cell;
+            EXPECT_EQ(Cell(cell).setting->shift, fields[0]) << cell;
+            EXPECT_EQ(Cell(cell).setting->maximum, maxima.at(static_cast<std::size_t>(cell)));
+            EXPECT_EQ(StatusLineName(cell), names.at(static_cast<std::size_t>(cell)));
+            EXPECT_EQ(CellAtAddress(fields[2] + index), cell);
         }
     }
-    EXPECT_EQ(cells, kCellCount);
+    EXPECT_EQ(GroupAtBase(2364), nullptr);
     EXPECT_EQ(CellAtAddress(2508), std::nullopt);
-}
-
-TEST(CatalogTest, Groups) {
-    const std::array<SettingGroup, kGroupCount> expected{{{0, 6, 2363, 0},
-                                                          {0, 6, 2399, 6},
-                                                          {0, 6, 2435, 12},
-                                                          {0, 6, 2471, 18},
-                                                          {0, 8, 2328, 24},
-                                                          {2, 1, 2085, 32},
-                                                          {0, 9, 2348, 33},
-                                                          {0, 9, 2384, 42},
-                                                          {0, 9, 2420, 51},
-                                                          {0, 9, 2456, 60},
-                                                          {0, 1, 2507, 69},
-                                                          {0, 1, 2549, 70},
-                                                          {4, 1, 2228, 71}}};
-    EXPECT_EQ(SettingGroups, expected);
-    EXPECT_EQ(GroupAtBase(2384), &SettingGroups[7]);
-    EXPECT_EQ(GroupAtBase(2385), nullptr);
+    EXPECT_EQ(CellTitle(0) + CellTitle(25) + CellTitle(71) + CellTitle(70),
+              "480i CR02Iris IT2Global SHPM1080i CLP");
 }
 
 }  // namespace

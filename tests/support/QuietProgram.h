@@ -8,8 +8,10 @@ namespace tarnwell {
 class YesUser final : public User {
   public:
     std::string file;
+    std::string lastBox;
 
     Answer ShowBox(const Box& box) override {
+        lastBox = box.text;
         const bool asksYesNo =
             box.style == BoxStyle::YesNoQuestion || box.style == BoxStyle::YesNoExclamation;
         return asksYesNo ? Answer::Yes : Answer::Ok;

@@ -126,6 +126,7 @@ class TestSurroundings final : public Screen,
     std::vector<std::string> existing;
     std::vector<std::string> started;
     bool startsSucceed = true;
+    std::string modulePath;
 
     void Changed(Shown what) override { changes.push_back(what); }
 
@@ -169,7 +170,7 @@ class TestSurroundings final : public Screen,
         started.push_back(path);
         return startsSucceed;
     }
-    std::string KernelModulePath(const std::string&) const override { return {}; }
+    std::string KernelModulePath(const std::string&) const override { return modulePath; }
 
     std::string ShortDate() const override { return "11/17/2026"; }
     std::string TimeWithSeconds() const override { return "9:21:01 PM"; }

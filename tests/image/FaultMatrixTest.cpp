@@ -1,0 +1,220 @@
+// Each command that touches the bus, under each fault of the television, from each moment on.
+#include <algorithm>
+#include <cctype>
+
+#include "support/TestProgram.h"
+
+namespace tarnwell {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How a command ends, as a letter of the table below.
+///   o  it works
+///   a  "There is I2C Bus Activity"            h  "I2C Interface Hardware Problem"
+///   n  cut short: "There is an I2C bus or"    v  "E R R O R - Verify Failed"
+///   r  it reads wrong bytes and cannot know: the wire shows only 0xFF or a flipped bit
+struct Row {
+    FaultKind fault;
+    std::string_view reading;  ///< the fault begins before, in the select byte, address, data
+    std::string_view writing;  ///< likewise, and in the write cycle, in the verification
+};
+
+constexpr std::array kMatrix{
+    Row{FaultKind::SclStuckLow, "annn", "annnnn"},
+    Row{FaultKind::SdaStuckLow, "annn", "annnnn"},
+    Row{FaultKind::SclStuckHigh, "nnnr", "nnnnnv"},
+    Row{FaultKind::SdaStuckHigh, "hnnr", "hnnnnv"},
+    Row{FaultKind::LinesJoined, "nnnn", "nnnnnn"},
+    Row{FaultKind::InputsInverted, "annn", "annnnn"},
+    Row{FaultKind::AdapterGone, "hnnr", "hnnnnv"},
+    Row{FaultKind::PortFails, "hnnn", "hnnnnn"},
+    Row{FaultKind::DeviceSilent, "nnnr", "nnnnnv"},
+    // A device that never answers at once is found by the waits, not by the polling.
+    Row{FaultKind::LateAcknowledge, "oooo", "nnnnno"},
+    Row{FaultKind::LostWrite, "oooo", "vvvvvo"},
+    Row{FaultKind::WrongWrite, "oooo", "vvvvvo"},
+    Row{FaultKind::FlippedBit, "rrr", "vvvvv"},
+};
+
+/// When the faults begin; the bus check sends one byte of its own, with ten clocks in all. A read
+/// is disturbed in its data, or a write in its verification, from the `lastRead`-th read on.
+std::vector<Moment> MomentsOf(bool writes, std::uint64_t lastRead) {
+    using enum WireEvent;
+    if (writes)
+        return {{Access, 0}, {Clock, 14}, {Byte, 3}, {Byte, 5}, {WriteCycle, 1}, {Read, 1}};
+    return {{Access, 0}, {Clock, 14}, {Byte, 3}, {Read, lastRead}};
+}
+
+constexpr std::uint16_t kFirstCellAddress = 2363;
+
+struct Command {
+    const char* name;
+    bool writes;
+    std::uint16_t firstAddress;  ///< of the byte that it meets first
+    std::uint64_t reads;         ///< how many block reads it makes if it only reads
+    void (*run)(TestProgram&);
+};
+
+void PrintTo(const Command& command, std::ostream* stream) {
+    *stream << command.name;
+}
+
+constexpr std::array kCommands{
+    Command{"ReadEntireEep", false, 0, 1,
+            [](TestProgram& test) { test.program.wholeDevice.ReadEntireEep(); }},
+    Command{"WriteEntireEep", true, 0, 0,
+            [](TestProgram& test) {
+                test.user.answers = {Answer::Yes};
+                test.program.wholeDevice.WriteEntireEep();
+            }},
+    Command{"FillEntireEep", true, 0, 0,
+            [](TestProgram& test) {
+                test.user.texts = {"171"};
+                test.program.wholeDevice.FillEntireEep();
+            }},
+    Command{"ReadSettings", false, kFirstCellAddress, kCellCount,
+            [](TestProgram& test) { test.program.settings.ReadSettingsFromEep(); }},
+    Command{"WriteSettings", true, kFirstCellAddress, 0,
+            [](TestProgram& test) {
+                test.user.answers = {Answer::Yes};
+                test.program.settings.WriteSettingsToEep();
+            }},
+    Command{"WritePending", true, 16, 0,
+            [](TestProgram& test) {
+                test.user.answers = {Answer::Yes};
+                test.program.pending.WritePending();
+            }},
+};
+
+/// All that a command that was cut short must leave as it was.
+struct Snapshot {
+    MemoryBuffer buffer;
+    bool eepRead, bufferChanged, gridChanged;
+    int pending;
+    std::string crc, eep, gridText;
+    std::vector<std::string> captions;
+
+    explicit Snapshot(const TestProgram& test)
+        : buffer(test.program.buffer),
+          eepRead(test.program.state.eepRead),
+          bufferChanged(test.program.state.bufferChanged),
+          gridChanged(test.program.state.gridChanged),
+          pending(test.program.pending.Count()),
+          crc(test.Crc()),
+          eep(test.Eep()),
+          gridText(test.program.grid.Text({1, 1})) {
+        for (int cell = 0; cell < kCellCount; ++cell)
+            captions.push_back(test.program.cells.Caption(cell));
+    }
+    bool operator==(const Snapshot&) const = default;
+};
+
+/// A program with an image, two changed settings and a pending write. Every byte has bits 7 and
+/// 0 set: what a device that gets lost leaves on SDA does not depend on the place.
+void Prepare(TestProgram& test) {
+    auto& memory = test.television.Memory(Chip::Primary);
+    for (std::size_t address = 0; address < memory.size(); ++address)
+        memory[address] = static_cast<std::uint8_t>(0x81 + 2 * (address % 32));
+    test.program.wholeDevice.ReadEntireEep();
+    for (std::uint8_t& byte : test.program.buffer)
+        byte ^= 0x04;
+    for (const int cell : {0, 1}) {
+        test.program.cells.ShowValue(cell, 201);
+        test.program.cells.SetMark(cell, Mark::Save);
+        test.program.cells.SetColour(cell, CellColour::Changed);
+    }
+    test.program.pending.AddPendingWrite({"16", "80", "201"});
+}
+
+char OutcomeOf(TestProgram& test, const Command& command) {
+    const auto boxes = test.user.TakeBoxes();
+    const auto told = [&](std::string_view text) {
+        return std::ranges::any_of(
+            boxes, [&](const std::string& box) { return box.find(text) != std::string::npos; });
+    };
+    if (told("I2C Bus Activity"))
+        return 'a';
+    if (told("Hardware Problem") && !told("I2C bus or"))
+        return 'h';
+    if (told("I2C bus or"))
+        return 'n';
+    if (told("Verify Failed"))
+        return 'v';
+    if (command.writes)
+        return 'o';
+    const auto& memory = test.television.Memory(Chip::Primary);
+    bool right = true;
+    if (std::string_view(command.name) == "ReadEntireEep")
+        right = std::equal(memory.begin(), memory.end(), test.program.buffer.begin());
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        const auto byte = memory[static_cast<std::size_t>(Cell(cell).address)];
+        right = right && test.program.cells.Caption(cell) ==
+                             std::to_string(FieldOf(byte, Cell(cell).setting->shift));
+    }
+    return right ? 'o' : 'r';
+}
+
+void ExpectSettingsRemembered(const TestProgram& test) {
+    for (const int cell : {0, 1}) {
+        const bool waits = test.program.cells.MarkOf(cell) == Mark::Save &&
+                           test.program.cells.Colour(cell) == CellColour::Changed;
+        const bool verified = test.program.cells.MarkOf(cell) == Mark::Clean;
+        EXPECT_TRUE(waits || verified) << "cell " << cell;
+    }
+}
+
+class FaultMatrix : public ::testing::TestWithParam<Command> {
+  protected:
+    static BusTime TimeOf(TestProgram& test, const Command& command) {
+        const BusTime begin = test.television.Now();
+        command.run(test);
+        return test.television.Now() - begin;
+    }
+
+    static void Check(const Command& command, FaultKind fault, Moment begins, char expected,
+                      BusTime healthyTime) {
+        TestProgram test({.writeCycle = 20us});
+        Prepare(test);
+        const Snapshot before(test);
+        test.television.Inject({.kind = fault,
+                                .begins = begins,
+                                .address = command.firstAddress,
+                                .mask = 0x80,
+                                .samples = 3});
+        EXPECT_LE(TimeOf(test, command), 2 * healthyTime + 120ms);
+        EXPECT_EQ(OutcomeOf(test, command), expected);
+        if (expected == 'a' || expected == 'h' || expected == 'n') {
+            EXPECT_TRUE(Snapshot(test) == before);
+            EXPECT_EQ(test.Status(), "I2C Operation Aborted");
+            ExpectSettingsRemembered(test);
+        }
+        test.television.ClearFaults();
+        EXPECT_EQ(test.program.state.targetDevice, TargetDevice::Primary);
+        test.program.settings.ReadSettingsFromEep();
+        EXPECT_EQ(test.Status(), "Settings Values Read from EEPROM");
+        EXPECT_TRUE(test.television.Scl() && test.television.Sda());
+    }
+};
+
+TEST_P(FaultMatrix, EndsAsTheTableSays) {
+    const Command& command = GetParam();
+    TestProgram healthy({.writeCycle = 20us});
+    Prepare(healthy);
+    const BusTime healthyTime = TimeOf(healthy, command);
+    const std::vector<Moment> moments = MomentsOf(command.writes, command.reads);
+    for (const Row& row : kMatrix) {
+        const std::string_view outcomes = command.writes ? row.writing : row.reading;
+        for (std::size_t moment = 0; moment < outcomes.size(); ++moment) {
+            SCOPED_TRACE(testing::Message() << "fault " << static_cast<int>(row.fault)
+                                            << " moment " << moment);
+            Check(command, row.fault, moments[moment], outcomes[moment], healthyTime);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryCommand, FaultMatrix, ::testing::ValuesIn(kCommands),
+                         [](const auto& command) { return std::string(command.param.name); });
+
+}  // namespace
+}  // namespace tarnwell

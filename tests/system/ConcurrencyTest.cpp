@@ -1,0 +1,90 @@
+// Two instances of the program on one port.
+#include "port/DevPort.h"
+#include "system/Instance.h"
+
+namespace tarnwell {
+namespace {
+
+TEST(Concurrency, ASecondInstanceIsRefusedUntilTheFirstHasEnded) {
+    const TemporaryFolder folder;
+    std::atomic<int>& claimed = SharedNumber();
+    const pid_t first = Fork([&] {
+        Instance instance{folder.Path()};
+        const BusClaim claim(instance.program.i2c);
+        claimed = 1;
+        pause();
+    });
+    while (claimed == 0)
+        usleep(1000);
+
+    Instance second{folder.Path()};
+    second.program.wholeDevice.ReadEntireEep();
+    EXPECT_THAT(second.quiet.user.lastBox,
+                testing::MatchesRegex(".*\r\nThe simulated television is in use by another program "
+                                      "\\(.*, process " +
+                                      std::to_string(first) + "\\). Close it and try again."));
+    EXPECT_FALSE(second.program.state.eepRead);
+    End(first, SIGKILL);
+    second.program.wholeDevice.ReadEntireEep();
+    EXPECT_TRUE(second.program.state.eepRead);
+}
+
+TEST(Concurrency, CommandsOfTwoInstancesNeverInterleave) {
+    constexpr std::int16_t kBytes = 24;
+    const TemporaryFolder folder;
+    std::atomic<int>& commands = SharedNumber();
+    std::atomic<int>& mixed = SharedNumber();
+    const auto work = [&](std::uint8_t value) {
+        Instance instance{folder.Path()};
+        mI2Ccode& i2c = instance.program.i2c;
+        for (int command = 0; command < 60;) {
+            const BusClaim claim(i2c);
+            if (i2c.CheckBus(Quiet::Yes) != BusCheck::Ok)
+                continue;
+            bool clean = i2c.ReadBlock(0, kBytes) == Transfer::Done;
+            const auto* const byte = i2c.ReadData().begin();
+            clean = clean && (commands == 0 || std::count(byte, byte + kBytes, *byte) == kBytes);
+            for (std::int16_t address = 0; address < kBytes; ++address)
+                clean = i2c.WriteByte(address, value) == Transfer::Done && clean;
+            mixed += clean ? 0 : 1;
+            ++commands;
+            ++command;
+        }
+    };
+    const pid_t one = Fork([&] { work(0x11); });
+    const pid_t two = Fork([&] { work(0x22); });
+    EXPECT_EQ(End(one), 0);
+    EXPECT_EQ(End(two), 0);
+    EXPECT_EQ(commands, 120);
+    EXPECT_EQ(mixed, 0);
+}
+
+/// The kernel's own calls, with folders of the test's own for /proc and /dev.
+class FolderSystem final : public LinuxSystemCalls {
+  public:
+    TemporaryFolder folder;
+    FolderSystem() {
+        folder.Write("proc/ioports", "0378-037a : parport0\n");
+        folder.Write("dev/port", std::string(0x400, '\x78'));
+    }
+    std::string ProcFolder() const override { return folder.Path("proc"); }
+    std::string DevFolder() const override { return folder.Path("dev"); }
+};
+
+TEST(Concurrency, DevPortIsLocked) {
+    FolderSystem system;
+    DevPort first(system, PokedAddresses::Listed);
+    DevPort second(system, PokedAddresses::Listed);
+    first.Claim(0x378);
+    second.Claim(0x378);
+    EXPECT_THAT(second.Failure(), testing::HasSubstr("/port is in use by another program"));
+    second.DlPortWritePortUchar(0x378, 0x12);
+    EXPECT_EQ(first.DlPortReadPortUchar(0x378), 0x78);
+    first.Release();
+    second.Claim(0x378);
+    second.DlPortWritePortUchar(0x378, 0x12);
+    EXPECT_EQ(second.DlPortReadPortUchar(0x378), 0x12);
+}
+
+}  // namespace
+}  // namespace tarnwell

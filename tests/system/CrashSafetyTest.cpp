@@ -1,0 +1,150 @@
+// Kills the program in the middle of what it writes, and looks at what is left.
+#include <random>
+
+#include "system/Instance.h"
+#include "ui/IniStore.h"
+
+namespace tarnwell {
+namespace {
+
+/// A store that holds one number in everything that it keeps.
+struct Store {
+    const char* name;
+    void (*write)(Instance&, int number);
+    bool (*holds)(Instance&, int number);
+};
+
+void Fill(Program& program, int number) {
+    program.buffer.fill(static_cast<std::uint8_t>(number));
+    for (int cell = 0; cell < kCellCount; ++cell)
+        program.cells.ShowValue(cell, number & 7);
+    program.state.bufferChanged = true;
+    program.state.editTop = program.state.editLeft = std::string(number % 500, 'x');
+}
+
+/// Options and archives lie beside each other.
+std::string Path(const Instance& instance, const char* name) {
+    return instance.folder + "Halvdorn/" + name;
+}
+
+const Store kStores[] = {
+    {"Image",
+     [](Instance& instance, int number) {
+         Fill(instance.program, number);
+         instance.quiet.user.file = Path(instance, "image.mot");
+         instance.program.imageArchive.SaveImage();
+     },
+     [](Instance& instance, int number) {
+         instance.quiet.user.file = Path(instance, "image.mot");
+         instance.program.imageArchive.LoadImage();
+         const MemoryBuffer& buffer = instance.program.buffer;
+         return std::count(buffer.begin(), buffer.end() - 1, number & 0xFF) == kEepromBytes;
+     }},
+    {"Settings",
+     [](Instance& instance, int number) {
+         Fill(instance.program, number);
+         instance.quiet.user.file = Path(instance, "settings.mot");
+         instance.program.settingsArchive.SaveSettings();
+     },
+     [](Instance& instance, int number) {
+         instance.quiet.user.file = Path(instance, "settings.mot");
+         instance.program.settingsArchive.LoadSettings();
+         int cell = 0;
+         while (cell < kCellCount && instance.program.cells.Value(cell) == (number & 7))
+             ++cell;
+         return cell == kCellCount;
+     }},
+    {"Options",
+     [](Instance& instance, int number) {
+         IniStore store(QString::fromStdString(Path(instance, "Tarnwell.ini")));
+         LoadOptions(store, instance.program.state, instance.quiet.outside);
+         Fill(instance.program, number);
+         instance.quiet.outside.place = {number, number};
+         SaveOptions(store, instance.program.state, instance.quiet.outside);
+     },
+     [](Instance& instance, int number) {
+         IniStore store(QString::fromStdString(Path(instance, "Tarnwell.ini")));
+         LoadOptions(store, instance.program.state, instance.quiet.outside);
+         return instance.quiet.outside.place.top == number &&
+                instance.program.state.editLeft == std::string(number % 500, 'x');
+     }},
+    {"Television",
+     [](Instance& instance, int number) {
+         instance.television.Claim(0x378);
+         instance.television.Memory(Chip::Secondary).fill(static_cast<std::uint8_t>(number));
+         instance.television.Release();
+     },
+     [](Instance& instance, int number) {
+         instance.television.Claim(0x378);
+         const EepromImage& image = instance.television.Memory(Chip::Secondary);
+         return std::ranges::count(image, number & 0xFF) == kEepromSize;
+     }},
+};
+
+/// Starts the program on the stores and lets it come to its first use of the bus, the last step
+/// that touches them, and a while beyond.
+void StartProgram(const std::string& folder) {
+    const std::string lock = folder + "tarnwell/simulated.lock";
+    std::filesystem::remove(lock);
+    const pid_t program = Fork([&] {
+        setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+        setenv("XDG_DATA_HOME", folder.c_str(), 1);
+        execl(TARNWELL_PROGRAM, TARNWELL_PROGRAM, "--port=simulated", nullptr);
+    });
+    siginfo_t ended{};
+    while (!std::filesystem::exists(lock) && ended.si_pid == 0) {
+        usleep(10'000);
+        waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT);
+    }
+    usleep(200'000);
+    EXPECT_EQ(WTERMSIG(End(program, SIGTERM)), SIGTERM);
+}
+
+class CrashSafety : public testing::TestWithParam<Store> {};
+INSTANTIATE_TEST_SUITE_P(Stores, CrashSafety, testing::ValuesIn(kStores),
+                         [](const auto& store) { return std::string(store.param.name); });
+
+TEST_P(CrashSafety, LeavesTheOldOrTheNewState) {
+    const Store& store = GetParam();
+    const TemporaryFolder folder;
+    folder.Write("Halvdorn/Tarnwell.ini", "");
+    std::mt19937 random{20261117};
+    std::atomic<int>& begun = SharedNumber();
+    std::atomic<int>& done = SharedNumber();
+    int between = 0;
+    for (int round = 0; round < 100; ++round) {
+        const int before = done;
+        const pid_t writer = Fork([&] {
+            Instance instance{folder.Path()};
+            for (;;) {
+                store.write(instance, ++begun);
+                done = begun.load();
+            }
+        });
+        while (done == before)
+            usleep(100);
+        usleep(random() % 3000);
+        EXPECT_EQ(WTERMSIG(End(writer, SIGKILL)), SIGKILL);
+
+        Instance left{folder.Path()};
+        const bool isNew = store.holds(left, begun);
+        EXPECT_TRUE(isNew || store.holds(left, done)) << begun << " begun, " << done << " done";
+        between += begun == done ? 0 : 1;
+        done = begun = isNew ? begun.load() : done.load();
+        if (round % 30 == 0)
+            StartProgram(folder.Path());
+    }
+    EXPECT_GT(between, 0);
+}
+
+TEST(OptionsStore, DoesNotWaitForALockFileThatAKilledRunLeftEmpty) {
+    const TemporaryFolder folder;
+    folder.Write("Halvdorn/Tarnwell.ini.lock", "");
+    std::filesystem::last_write_time(folder.Path("Halvdorn/Tarnwell.ini.lock"), {});
+    Instance instance{folder.Path()};
+    kStores[2].write(instance, 7);
+    EXPECT_TRUE(kStores[2].holds(instance, 7));
+}
+
+}  // namespace
+}  // namespace tarnwell

@@ -36,7 +36,6 @@ void Run(std::string_view input) {
     const QString name = QString::fromStdString(file.Path());
     IniStore store(name);
     Options first(store);
-    REQUIRE(first.window.place.top != 0);
     DecodePinOptions(first.state.pinOptions);
     PortAddressValue(first.state.portAddress);
     SaveOptions(store, first.state, first.window);

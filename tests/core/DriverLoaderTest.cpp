@@ -45,6 +45,7 @@ TEST_F(DriverLoaderTest, StartsTheLoaderThenShowsWhereTheModuleIsOrWouldBe) {
 
     t_.outside.startsSucceed = false;
     EXPECT_THAT(Run(), ElementsAre(testing::StartsWith("E R R O R|"), composed));
+    t_.outside.startsSucceed = true;
     t_.outside.existing.clear();
     EXPECT_THAT(Run(), ElementsAre(testing::HasSubstr("/program/loaddrv"), composed));
 }

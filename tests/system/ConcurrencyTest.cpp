@@ -46,6 +46,8 @@ TEST(Concurrency, CommandsOfTwoInstancesNeverInterleave) {
             clean = clean && (commands == 0 || std::count(byte, byte + kBytes, *byte) == kBytes);
             for (std::int16_t address = 0; address < kBytes; ++address)
                 clean = i2c.WriteByte(address, value) == Transfer::Done && clean;
+            clean = i2c.ReadBlock(0, kBytes) == Transfer::Done && clean;
+            clean = clean && std::count(byte, byte + kBytes, value) == kBytes;
             mixed += clean ? 0 : 1;
             ++commands;
             ++command;

@@ -123,7 +123,7 @@ TEST_P(CrashSafety, LeavesTheOldOrTheNewState) {
         });
         while (done == before)
             usleep(100);
-        usleep(random() % 3000);
+        usleep(static_cast<useconds_t>(random() % 3000));
         EXPECT_EQ(WTERMSIG(End(writer, SIGKILL)), SIGKILL);
 
         Instance left{folder.Path()};
@@ -140,7 +140,8 @@ TEST_P(CrashSafety, LeavesTheOldOrTheNewState) {
 TEST(OptionsStore, DoesNotWaitForALockFileThatAKilledRunLeftEmpty) {
     const TemporaryFolder folder;
     folder.Write("Halvdorn/Tarnwell.ini.lock", "");
-    std::filesystem::last_write_time(folder.Path("Halvdorn/Tarnwell.ini.lock"), {});
+    const auto anHourAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+    std::filesystem::last_write_time(folder.Path("Halvdorn/Tarnwell.ini.lock"), anHourAgo);
     Instance instance{folder.Path()};
     kStores[2].write(instance, 7);
     EXPECT_TRUE(kStores[2].holds(instance, 7));

@@ -23,6 +23,7 @@ void mI2Ccode::Claim() {
     timing_.Forget();
     clockHeld_ = false;
     port_.Claim(baseAddress_);
+    claimWorked_ = !PortFailed();
 }
 
 void mI2Ccode::Release() {
@@ -68,6 +69,7 @@ std::uint8_t mI2Ccode::Sense() {
 void mI2Ccode::ReleaseBus() {
     SetSCL(1);
     SetSDA(1);
+    busLeftOpen_ = busLeftOpen_ || (claimWorked_ && PortFailed());
 }
 
 void mI2Ccode::SendStart() {

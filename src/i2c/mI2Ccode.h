@@ -117,6 +117,7 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     EepromArray readData_{};
     std::uint16_t baseAddress_ = 0;
     int claims_ = 0;
+    bool claimWorked_ = false;
     bool clockHeld_ = false;    ///< SCL was low at a sample though it was released
     bool busLeftOpen_ = false;  ///< the bus could not be freed after a failure
 };

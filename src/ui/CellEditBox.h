@@ -24,7 +24,7 @@ class CellEditBox final : public QLineEdit {
 
   private:
     bool actOn(const QKeyEvent& event);
-    void takeEditedText(const QString& text);
+    void takeEditedText(const QString& edited);
 
     DataGrid& m_grid;
     CellEditor& m_editor;

@@ -7,6 +7,7 @@
 #include <QLocale>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTime>
 #include <QUrl>
 
@@ -45,8 +46,15 @@ bool Desktop::Start(const std::string& path) {
 }
 
 std::string Desktop::KernelModulePath(const std::string& module) const {
+    const QString name = QStringLiteral("modinfo");
+    QString program = QStandardPaths::findExecutable(name);
+    if (program.isEmpty())  // not on an ordinary account's search path
+        program = QStandardPaths::findExecutable(
+            name, {QStringLiteral("/usr/sbin"), QStringLiteral("/sbin")});
+    if (program.isEmpty())
+        return {};
     QProcess modinfo;
-    modinfo.start(QStringLiteral("modinfo"), {QStringLiteral("-n"), toQt(module)});
+    modinfo.start(program, {QStringLiteral("-n"), toQt(module)});
     if (!modinfo.waitForFinished(kModinfoTimeout) || modinfo.exitCode() != 0)
         return {};
     return pathFromQt(QString::fromLocal8Bit(modinfo.readAllStandardOutput()).trimmed());

@@ -57,6 +57,7 @@ FormMain::FormMain(const Connections& connections)
                                " Write pending Data Editor changes to the EEP ",
                                scaledRect(7320, 3120, 1935, 300))) {
     initPictures();
+    m_user.setWindow(this);
     setObjectName(QStringLiteral("formMain"));
     setWindowTitle(connections.simulated ? QStringLiteral(" Tarnwell 2 - Simulated Television")
                                          : QStringLiteral(" Tarnwell 2"));

@@ -64,7 +64,7 @@ QStringList nameFilters() {
 }
 
 QString startFolder(const std::string& folder) {
-    const QString wanted = pathToQt(folder);
+    QString wanted = pathToQt(folder);
     if (!wanted.isEmpty() && QDir(wanted).exists())
         return wanted;
     const QString documents =
@@ -82,11 +82,16 @@ QString proposedName(const FileRequest& request) {
 
 }  // namespace
 
+QWidget* QtUser::parent() const {
+    QWidget* dialog = QApplication::activeModalWidget();
+    return dialog != nullptr ? dialog : m_window;
+}
+
 Answer QtUser::ShowBox(const Box& box) {
     m_gate.open();
     const StyleParts parts = partsOf(box.style);
     QMessageBox messageBox(parts.icon, toQt(box.title), linesToQt(box.text), parts.buttons,
-                           QApplication::activeWindow());
+                           parent());
     messageBox.setTextFormat(Qt::PlainText);
     messageBox.setDefaultButton(parts.defaultButton);
     if (!box.details.empty())
@@ -98,7 +103,7 @@ std::optional<std::string> QtUser::AskText(const TextRequest& request) {
     m_gate.open();
     bool accepted = false;
     const QString answer =
-        QInputDialog::getText(QApplication::activeWindow(), toQt(request.title),
+        QInputDialog::getText(parent(), toQt(request.title),
                               toQt(request.prompt), QLineEdit::Normal, toQt(request.answer),
                               &accepted);
     if (!accepted)
@@ -109,7 +114,7 @@ std::optional<std::string> QtUser::AskText(const TextRequest& request) {
 std::optional<std::string> QtUser::AskFile(const FileRequest& request) {
     m_gate.open();
     const bool save = request.kind == FileRequest::Kind::Save;
-    QFileDialog dialog(QApplication::activeWindow(), toQt(request.title));
+    QFileDialog dialog(parent(), toQt(request.title));
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(request.kind == FileRequest::Kind::Open ? QFileDialog::ExistingFile
                                                                : QFileDialog::AnyFile);

@@ -16,11 +16,17 @@ class QtUser final : public User {
     void Beep() override;
     void KeepPainting() override { m_gate.keepPainting(); }
 
+    /// The window that boxes belong to while no dialog is open.
+    void setWindow(QWidget* window) { m_window = window; }
+
     /// Takes input again after a long command.
     void endCommand() { m_gate.open(); }
 
   private:
+    QWidget* parent() const;
+
     InputGate m_gate;
+    QWidget* m_window = nullptr;
 };
 
 }  // namespace tarnwell

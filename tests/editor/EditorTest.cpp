@@ -131,7 +131,7 @@ TEST_F(EditorTest, KeysChangeNothingInAGridThatWasNeverFilled) {
 
 TEST_F(EditorTest, WritePendingAndItsOutcomes) {
     EXPECT_EQ(WritePending(), "There Are No Pending EEP Writes");
-    const std::string askOne = "V E R I F Y|Write 1 new value to the EEP?";
+    const std::string askTwo = "V E R I F Y|Write 2 new values to the EEP?";
     const std::string noAnswer = "E R R O R|There is an I2C bus or\r\nInterface Hardware Problem";
     const std::string verifyFailed =
         "E R R O R - Verify Failed|Verification of the EEProm failed;\r\n"
@@ -141,30 +141,31 @@ TEST_F(EditorTest, WritePendingAndItsOutcomes) {
         Answer answer;
         std::string status, box;
     } rows[] = {
-        {{}, Answer::No, "EEProm Write Cancelled", askOne},
+        {{}, Answer::No, "EEProm Write Cancelled", askTwo},
         {{FaultKind::DeviceSilent}, Answer::Yes, "I2C Operation Aborted", noAnswer},
         {{FaultKind::DeviceSilent, {WireEvent::WriteCycle, 1}},
          Answer::Yes,
          "I2C Operation Aborted",
          noAnswer},
-        {{FaultKind::LostWrite}, Answer::Yes, "", verifyFailed},
+        {{.kind = FaultKind::FlippedBit, .address = 300}, Answer::Yes, "", verifyFailed},
     };
     Enter(300, "11");
+    Enter(301, "13");
     for (const auto& row : rows) {
         if (row.answer == Answer::Yes)
             test.television.Inject(row.fault);
         test.user.answers = {row.answer};
         EXPECT_EQ(WritePending(), row.status);
         EXPECT_EQ(test.user.TakeBoxes().back(), row.box);
-        EXPECT_EQ(Queued(), 1);
+        EXPECT_EQ(Queued(), 2);
         EXPECT_TRUE(program.state.gridChanged && !program.state.bufferChanged);
         test.television.ClearFaults();
     }
     EXPECT_EQ(test.user.beeps, 1);
     EXPECT_EQ(test.timer.running, std::chrono::seconds(30));
 
+    EXPECT_EQ(memory[301], 13) << "a difference does not end the writing";
     Enter(300, "12");
-    Enter(301, "13");
     EXPECT_TRUE(program.grid.IsChanged(At(301)));
     test.user.answers = {Answer::Yes};
     EXPECT_EQ(WritePending(), "EEP Verified OK; New Data Written to EEProm");

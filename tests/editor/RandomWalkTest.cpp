@@ -7,7 +7,7 @@ namespace tarnwell {
 namespace {
 
 constexpr int kSteps = 10'000;
-constexpr int kBytes = 8192;
+constexpr std::size_t kBytes = 8192;
 const std::string kModified = "Values in the Data Grid have been modified.\r\n\r\n";
 const std::string kAskCopy =
     "Data Modified|" + kModified + "Copy changes to the Tarnwell Memory Buffer?";
@@ -24,7 +24,7 @@ const std::string kFull = "Pending EEP Writes Are Full; Change Discarded";
 /// What the program should do, written without it.
 struct Model {
     struct Entry {
-        int address;
+        std::size_t address;
         std::string before, after;
     };
     using Bytes = std::vector<std::uint8_t>;
@@ -32,7 +32,7 @@ struct Model {
     NumberMode mode = NumberMode::Decimal;
     bool on = false, onPage = false, changed = false, open = false;
     std::size_t target = 0;
-    int current = 0;
+    std::size_t current = 0;
     std::string edit;
     std::vector<std::string> grid = std::vector<std::string>(kBytes);
     std::vector<Entry> queue;
@@ -41,10 +41,10 @@ struct Model {
 
     std::map<std::string, bool> answers;  ///< to the questions of one step, by their titles
     std::vector<std::string> asked;
-    std::map<int, int> edits;  ///< committed, and nowhere but in the grid
+    std::map<std::size_t, int> edits;  ///< committed, and nowhere but in the grid
     bool discarded = false;
 
-    std::string Form(int value) const {
+    std::string Form(std::size_t value) const {
         return NumberText(static_cast<std::uint32_t>(value), mode);
     }
     std::uint8_t Byte(const std::string& text) const {
@@ -55,12 +55,12 @@ struct Model {
         return answers.at(box.substr(0, box.find('|')));
     }
     void Fill() {
-        for (int address = 0; address < kBytes; ++address)
+        for (std::size_t address = 0; address < kBytes; ++address)
             grid[address] = Form(buffer[address]);
         open = false;
     }
     void Transfer() {
-        for (int address = 0; address < kBytes; ++address)
+        for (std::size_t address = 0; address < kBytes; ++address)
             buffer[address] = Byte(grid[address]);
         changed = false;
     }
@@ -123,14 +123,14 @@ struct Model {
         open = false;
         return true;
     }
-    void Move(int to) {
+    void Move(std::size_t to) {
         if (to == current || !Leave())
             return;
         current = to;
         Begin(grid[current]);
     }
     void Key(EditKey key) {
-        const std::map<EditKey, int> targets{
+        const std::map<EditKey, std::size_t> targets{
             {EditKey::Next, (current + 1) % kBytes},
             {EditKey::Previous, (current + kBytes - 1) % kBytes},
             {EditKey::Left, current % 16 == 0 ? current : current - 1},
@@ -167,7 +167,7 @@ struct Model {
         if (target != 0 || !MayRefill())
             return;
         for (int cell = 0; cell < kCellCount; ++cell) {
-            std::uint8_t& byte = buffer[Cell(cell).address];
+            std::uint8_t& byte = buffer[static_cast<std::size_t>(Cell(cell).address)];
             const int unit = 1 << Cell(cell).setting->shift;
             if (const auto value = cells.Value(cell))
                 byte = static_cast<std::uint8_t>(byte % unit + *value * unit);
@@ -205,7 +205,7 @@ class RandomWalk : public testing::Test {
                 test.user.answers = {yes ? Answer::Yes : Answer::No};
         };
     }
-    int Draw(int choices) { return static_cast<int>(random() % static_cast<unsigned>(choices)); }
+    std::size_t Draw(std::size_t choices) { return random() % choices; }
     std::string DrawText() {
         const char* const odd[] = {"", "0", "007", "256", "-", "FF", "A", "99999999999"};
         return Draw(4) != 0 ? model.Form(Draw(256)) : odd[Draw(8)];
@@ -216,14 +216,15 @@ class RandomWalk : public testing::Test {
             editor.CharacterTyped(typed);
             model.Begin(typed);
         } else if (!model.open || Draw(8) == 0) {
-            const int to = Draw(10) == 0 ? Draw(kBytes) : (model.current + Draw(40)) % kBytes;
-            if (editor.MoveTo({to / 16, to % 16 + 1}) && !model.open)
+            const std::size_t to =
+                Draw(10) == 0 ? Draw(kBytes) : (model.current + Draw(40)) % kBytes;
+            if (editor.MoveTo(At(to)) && !model.open)
                 editor.Click();
             const bool wasOpen = model.open;
             model.Move(to);
             if (!wasOpen)
                 model.Begin(model.grid[model.current]);
-        } else if (const int choice = Draw(20); choice < 10) {
+        } else if (const std::size_t choice = Draw(20); choice < 10) {
             model.edit = DrawText();
             editor.TextEdited(model.edit);
         } else if (choice < 18) {
@@ -239,7 +240,7 @@ class RandomWalk : public testing::Test {
         }
     }
     void ActOutside() {
-        const int choice = Draw(100);
+        const std::size_t choice = Draw(100);
         if (choice < 30) {
             if (model.onPage)
                 model.Question(kAskCopy);
@@ -260,9 +261,9 @@ class RandomWalk : public testing::Test {
             model.Settle();
             model.Write();
         } else if (choice < 75) {
-            const int device = Draw(2);
+            const std::size_t device = Draw(2);
             program.wholeDevice.SelectEeprom(static_cast<TargetDevice>(device));
-            model.Select(static_cast<std::size_t>(device));
+            model.Select(device);
         } else if (choice < 85 && !model.on) {
             model.ChangeMode();
             program.numberModeMenu.Select(model.mode);
@@ -272,12 +273,13 @@ class RandomWalk : public testing::Test {
             model.open = false;
         }
     }
-    const std::string& TextAt(int address) const {
-        return program.grid.Text({address / 16, address % 16 + 1});
+    static GridCell At(std::size_t address) {
+        return {static_cast<int>(address / 16), static_cast<int>(address % 16) + 1};
     }
+    const std::string& TextAt(std::size_t address) const { return program.grid.Text(At(address)); }
     void Compare() {
         ASSERT_EQ(test.user.TakeBoxes(), std::exchange(model.asked, {}));
-        for (int address = 0; address < kBytes; ++address) {
+        for (std::size_t address = 0; address < kBytes; ++address) {
             if (TextAt(address) != model.grid[address])
                 FAIL() << address << ": " << TextAt(address) << ", not " << model.grid[address];
         }
@@ -293,7 +295,7 @@ class RandomWalk : public testing::Test {
         for (const Model::Entry& entry : model.queue)
             expected += model.Form(entry.address) + ":" + entry.before + ">" + entry.after + " ";
         ASSERT_EQ(rows, expected);
-        ASSERT_EQ(program.grid.Current().Address(), model.current);
+        ASSERT_EQ(program.grid.Current(), At(model.current));
         ASSERT_EQ(program.grid.EntryIsOpen(), model.open);
         ASSERT_TRUE(!model.open || program.grid.EditText() == model.edit);
         ASSERT_EQ(program.state.gridChanged, model.changed);

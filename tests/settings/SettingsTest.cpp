@@ -153,6 +153,11 @@ TEST_F(SettingsTest, AMismatchEndsTheVerification) {
     EXPECT_TRUE(program.state.eepRead && !program.state.bufferChanged);
 
     test.television.ClearFaults();
+    memory[2085] = 0;
+    Edit(0, 77);
+    EXPECT_EQ(Write(), "") << "what waits for its read-back is not written again";
+    EXPECT_EQ(Looks({0, 32}), "CnCn");
+    cells.SetMark(32, Mark::EepWritten);
     cells.ClearSettingCells();
     Edit(0, 78);
     EXPECT_EQ(Write(), kWritten);

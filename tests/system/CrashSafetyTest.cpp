@@ -14,12 +14,16 @@ struct Store {
     bool (*holds)(Instance&, int number);
 };
 
+std::string TextFor(int number) {
+    return std::string(static_cast<std::size_t>(number % 500), 'x');
+}
+
 void Fill(Program& program, int number) {
     program.buffer.fill(static_cast<std::uint8_t>(number));
     for (int cell = 0; cell < kCellCount; ++cell)
         program.cells.ShowValue(cell, number & 7);
     program.state.bufferChanged = true;
-    program.state.editTop = program.state.editLeft = std::string(number % 500, 'x');
+    program.state.editTop = program.state.editLeft = TextFor(number);
 }
 
 /// Options and archives lie beside each other.
@@ -66,7 +70,7 @@ const Store kStores[] = {
          IniStore store(QString::fromStdString(Path(instance, "Tarnwell.ini")));
          LoadOptions(store, instance.program.state, instance.quiet.outside);
          return instance.quiet.outside.place.top == number &&
-                instance.program.state.editLeft == std::string(number % 500, 'x');
+                instance.program.state.editLeft == TextFor(number);
      }},
     {"Television",
      [](Instance& instance, int number) {

@@ -25,6 +25,12 @@ constexpr Message kAskSecondary{
     "Bad data values here could KILL your HDTV!",
     "W A R N I N G", BoxStyle::OkCancelExclamation};
 
+constexpr Message kAskLeaveSettings{
+    "Setting values have been changed, but not archived\r\n"
+    "to a disk or written to an EEProm.\r\n\r\n"
+    "Really select the secondary EEProm without saving the changes?",
+    "W A R N I N G", BoxStyle::YesNoExclamation};
+
 std::string_view Trimmed(std::string_view text) {
     constexpr std::string_view kBlanks = " \t\r\n";
     const auto first = text.find_first_not_of(kBlanks);
@@ -202,8 +208,14 @@ void WholeDevice::SelectPrimary() {
         displays_.ClearSettingCells();
 }
 
+bool WholeDevice::WantsSecondary() {
+    return user_.ShowBox(kAskSecondary) == Answer::Ok &&
+           (!displays_.HasChangedSettings() ||
+            user_.ShowBox(kAskLeaveSettings) == Answer::Yes);
+}
+
 void WholeDevice::SelectSecondary() {
-    if (user_.ShowBox(kAskSecondary) != Answer::Ok) {
+    if (!WantsSecondary()) {
         statusBar_.ShowStatus("Target EEProm Not Changed - Primary EEP Still Selected",
                               kResultSeconds);
         return;

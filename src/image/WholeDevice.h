@@ -20,6 +20,10 @@ class BufferDisplays {
     virtual void FillGrid() = 0;
     virtual void ShowSettingsFromBuffer() = 0;
     virtual void ClearSettingCells() = 0;
+
+    /// Whether a setting waits to be written or archived.
+    virtual bool HasChangedSettings() const = 0;
+
     virtual void ClearPendingWrites() = 0;
 };
 
@@ -36,6 +40,7 @@ class WholeDevice {
   private:
     void SelectPrimary();
     void SelectSecondary();
+    bool WantsSecondary();
     void ShowTarget(TargetDevice device, std::string_view status);
 
     struct Verification {

@@ -181,7 +181,8 @@ SettingsEngine::Outcome SettingsEngine::VerifyEEP() {
 
 void SettingsEngine::MarkUnverifiedForSaving() {
     for (int cell = 0; cell < kCellCount; ++cell) {
-        if (cells_.MarkOf(cell) != Mark::EepWritten)
+        const Mark mark = cells_.MarkOf(cell);
+        if (mark != Mark::EepWritten && mark != Mark::Save)
             continue;
         cells_.SetMark(cell, Mark::Save);
         cells_.SetColour(cell, CellColour::Changed);

@@ -153,6 +153,17 @@ TEST_F(WholeDevice, SelectsTheTargetAndKeepsTheDevicesApart) {
     EXPECT_EQ(test.Eep(), "Sec");
     EXPECT_TRUE(test.program.cells.IsEmpty(0));
     test.program.wholeDevice.ReadEntireEep();
+    test.program.cells.SetMark(3, Mark::Save);
+    for (const auto& [answer, panel] : {std::pair{Answer::No, "Pri"}, {Answer::Yes, "Sec"}}) {
+        test.program.wholeDevice.SelectEeprom(TargetDevice::Primary);
+        test.WillAnswer({Answer::Ok, answer});
+        test.program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
+        EXPECT_EQ(test.Eep(), panel);
+        EXPECT_EQ(test.user.TakeBoxes().back(),
+                  "W A R N I N G|Setting values have been changed, but not archived\r\n"
+                  "to a disk or written to an EEProm.\r\n\r\n"
+                  "Really select the secondary EEProm without saving the changes?");
+    }
     test.program.cells.ShowValue(0, 1);
     test.program.wholeDevice.SelectEeprom(TargetDevice::Primary);
     EXPECT_TRUE(test.program.cells.IsEmpty(0));

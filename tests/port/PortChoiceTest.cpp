@@ -11,29 +11,29 @@ constexpr const char* kIoPorts = "0378-037a : parport0\n";
 
 struct Machine {
     const char* asked;
-    int listedBase;        ///< 0: no port of the kernel's
-    const char* ioPorts;   ///< of /proc
-    Trouble port;          ///< with /dev/port
-    Trouble parport;       ///< with /dev/parport0
+    int listedBase;       ///< 0: no port of the kernel's
+    const char* ioPorts;  ///< of /proc
+    const char* call;     ///< fails with `error`
+    int error;
     const char* expected;  ///< the device in use, "simulated" or "refused"
 };
 
 constexpr Machine kMachines[] = {
-    {"auto", 0, "", {}, {}, "simulated"},
-    {"auto", 0, "0378-037a : other\n", {}, {}, "simulated"},
-    {"auto", 0x378, kIoPorts, {}, {}, "parport0"},
-    {"auto", 0x378, kIoPorts, {}, {.openError = EACCES}, "refused"},
-    {"auto", 0x378, kIoPorts, {}, {.openError = ENOENT}, "refused"},
-    {"auto", 0xD010, "d010-d012 : parport0\n", {}, {}, "refused"},
-    {"auto", 0xD010, "0378-037a : parport1\n", {}, {}, "port"},
-    {"auto", 0, kIoPorts, {}, {}, "port"},
-    {"auto", 0, "d010-d012 : parport0\n", {}, {}, "simulated"},
-    {"auto", 0, "0278-027a : parport0\n", {}, {}, "refused"},
-    {"auto", 0, kIoPorts, {.openError = EACCES}, {}, "simulated"},
-    {"ppdev", 0, "", {}, {}, "refused"},
-    {"devport", 0, "", {}, {}, "port"},
-    {"devport", 0x378, kIoPorts, {}, {.heldByAnother = true}, "refused"},
-    {"simulated", 0x378, kIoPorts, {}, {}, "simulated"},
+    {"auto", 0, "", "", 0, "simulated"},
+    {"auto", 0, "0378-037a : other\n", "", 0, "simulated"},
+    {"auto", 0x378, kIoPorts, "", 0, "parport0"},
+    {"auto", 0x378, kIoPorts, "parport0 open", EACCES, "refused"},
+    {"auto", 0x378, kIoPorts, "parport0 open", ENOENT, "refused"},
+    {"auto", 0xD010, "d010-d012 : parport0\n", "", 0, "refused"},
+    {"auto", 0xD010, "0378-037a : parport1\n", "", 0, "port"},
+    {"auto", 0, kIoPorts, "", 0, "port"},
+    {"auto", 0, kIoPorts, "port open", EACCES, "simulated"},
+    {"auto", 0, "d010-d012 : parport0\n", "", 0, "simulated"},
+    {"auto", 0, "0278-027a : parport0\n", "", 0, "refused"},
+    {"ppdev", 0, "", "", 0, "refused"},
+    {"devport", 0, "", "", 0, "port"},
+    {"devport", 0x378, kIoPorts, "parport0 claim", EINTR, "refused"},
+    {"simulated", 0x378, kIoPorts, "", 0, "simulated"},
 };
 
 TEST(PortChoice, AutoTakesWhatTheKernelListsAndWhatIsAskedForIsNeverReplaced) {
@@ -43,10 +43,9 @@ TEST(PortChoice, AutoTakesWhatTheKernelListsAndWhatIsAskedForIsNeverReplaced) {
         if (machine.listedBase != 0)
             system.List("parport0", machine.listedBase);
         system.folder.Write("proc/ioports", machine.ioPorts);
-        system.troubles = {{"port", machine.port}, {"parport0", machine.parport}};
-
+        system.errors[machine.call] = machine.error;
         const auto chosen =
-            ChoosePort(ParsePortKind(machine.asked).value(), Television::Connected, system, "");
+            ChoosePort(*ParsePortKind(machine.asked), Television::Absent, system, "");
         std::string inUse = "simulated";
         if (!chosen->IsSimulated()) {
             chosen->ThePort().Claim(0x378);

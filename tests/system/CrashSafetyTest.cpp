@@ -14,6 +14,10 @@ struct Store {
     bool (*holds)(Instance&, int number);
 };
 
+void PrintTo(const Store& store, std::ostream* out) {
+    *out << store.name;
+}
+
 std::string TextFor(int number) {
     return std::string(static_cast<std::size_t>(number % 500), 'x');
 }

@@ -19,7 +19,6 @@ namespace tarnwell {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 /// Acts on each modal window that comes up, in turn.
 class ModalScript final : public QObject {

@@ -52,8 +52,8 @@ int main(int argc, char** argv) {
     const Arguments arguments = parse(application);
 
     tarnwell::LinuxSystemCalls system;
-    const auto port = tarnwell::ChoosePort(arguments.port, arguments.television, system,
-                                           tarnwell::DataFolder());
+    const auto port =
+        tarnwell::ChoosePort(arguments.port, arguments.television, system, tarnwell::DataFolder());
     tarnwell::IniStore store(tarnwell::IniStore::defaultFileName());
     tarnwell::LinuxPlatform platform;
     tarnwell::FormMain window(

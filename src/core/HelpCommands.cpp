@@ -29,9 +29,9 @@ void HelpCommands::StartExtraProgram() {
 
 void HelpCommands::Open(std::string_view name, Opening opening) {
     const std::string path = programs_.ProgramFolder().append("/").append(name);
-    const bool opened = programs_.Exists(path) && (opening == Opening::InViewer
-                                                       ? programs_.OpenInViewer(path)
-                                                       : programs_.Start(path));
+    const bool opened =
+        programs_.Exists(path) &&
+        (opening == Opening::InViewer ? programs_.OpenInViewer(path) : programs_.Start(path));
     if (!opened)
         user_.ShowBox(CannotStart(programs_, path));
 }

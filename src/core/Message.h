@@ -66,8 +66,7 @@ struct Box {
     std::string details;  ///< shown on demand; empty when there are none
 
     // NOLINTNEXTLINE(google-explicit-constructor): every message is a box
-    Box(const Message& message)
-        : text(message.text), title(message.title), style(message.style) {}
+    Box(const Message& message) : text(message.text), title(message.title), style(message.style) {}
 
     /// The same box with one more line below its text; unchanged for an empty line.
     Box WithLine(std::string_view line) && {

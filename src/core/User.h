@@ -16,9 +16,9 @@ inline constexpr std::string_view kArchiveFilter =
 /// What the archive commands ask of the one file dialog that they share.
 struct FileRequest {
     enum class Kind : std::uint8_t {
-        Save,          ///< asks before a file is replaced
-        Open,          ///< accepts only a file that exists
-        OpenAnyName,   ///< accepts the name of a file that does not exist, too
+        Save,         ///< asks before a file is replaced
+        Open,         ///< accepts only a file that exists
+        OpenAnyName,  ///< accepts the name of a file that does not exist, too
     };
     Kind kind;
     std::string_view title;

@@ -72,8 +72,8 @@ void CellEditor::BeginCellEdit(std::string_view character) {
     else
         grid_.OpenEntry(grid_.Text(grid_.Current()), EditSelection::WholeText);
     statusBar_.StopTimer();
-    record_.EditAddress = NumberText(static_cast<std::uint32_t>(grid_.Current().Address()),
-                                     state_.numberMode);
+    record_.EditAddress =
+        NumberText(static_cast<std::uint32_t>(grid_.Current().Address()), state_.numberMode);
     statusBar_.PutStatus("Editing EEPROM Address: " + record_.EditAddress);
 }
 

@@ -32,8 +32,7 @@ EditorPage::EditorPage(ProgramState& state, StatusBar& statusBar, Screen& screen
       view_(view) {}
 
 void EditorPage::ToggleEditor() {
-    state_.editor =
-        state_.editor == EditorSwitch::On ? EditorSwitch::Off : EditorSwitch::On;
+    state_.editor = state_.editor == EditorSwitch::On ? EditorSwitch::Off : EditorSwitch::On;
     ApplyEditorSwitch();
 }
 

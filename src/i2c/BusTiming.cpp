@@ -12,10 +12,9 @@ void BusTiming::WaitToDrive(BusLine line, Level level) {
     if (line == BusLine::Scl) {
         if (sclKnown_ && level == scl_)
             return;
-        clock_.WaitUntil(level == Level::Low
-                             ? EarliestSclFall()
-                             : std::max({sclFall_ + kLow, sclRise_ + kPeriod,
-                                         sdaEdge_ + kDataSetUp}));
+        clock_.WaitUntil(level == Level::Low ? EarliestSclFall()
+                                             : std::max({sclFall_ + kLow, sclRise_ + kPeriod,
+                                                         sdaEdge_ + kDataSetUp}));
         return;
     }
     if (sdaKnown_ && level == sda_)

@@ -15,22 +15,23 @@ enum class Level : std::uint8_t { Low, High };
 /// mode; where the 24C64's data sheet asks for more (stop set-up), the longer of the two.
 namespace bustimes {
 using namespace std::chrono_literals;
-inline constexpr BusTime kLow = 4700ns;           ///< t_LOW
-inline constexpr BusTime kHigh = 4000ns;          ///< t_HIGH
-inline constexpr BusTime kPeriod = 10000ns;       ///< 1 / f_SCL
-inline constexpr BusTime kStartSetUp = 4700ns;    ///< t_SU;STA
-inline constexpr BusTime kStartHold = 4000ns;     ///< t_HD;STA
-inline constexpr BusTime kStopSetUp = 4700ns;     ///< t_SU;STO
-inline constexpr BusTime kBusFree = 4700ns;       ///< t_BUF
-inline constexpr BusTime kDataSetUp = 250ns;      ///< t_SU;DAT
-inline constexpr BusTime kDataHold = 300ns;       ///< covers the fall of SCL (t_f)
+inline constexpr BusTime kLow = 4700ns;         ///< t_LOW
+inline constexpr BusTime kHigh = 4000ns;        ///< t_HIGH
+inline constexpr BusTime kPeriod = 10000ns;     ///< 1 / f_SCL
+inline constexpr BusTime kStartSetUp = 4700ns;  ///< t_SU;STA
+inline constexpr BusTime kStartHold = 4000ns;   ///< t_HD;STA
+inline constexpr BusTime kStopSetUp = 4700ns;   ///< t_SU;STO
+inline constexpr BusTime kBusFree = 4700ns;     ///< t_BUF
+inline constexpr BusTime kDataSetUp = 250ns;    ///< t_SU;DAT
+inline constexpr BusTime kDataHold = 300ns;     ///< covers the fall of SCL (t_f)
 }  // namespace bustimes
 
 /// Waits before each edge until the edges before it are old enough.
 ///
 /// Where within a port access the level changes on the wire is not known. So an earlier edge counts
 /// from the end of its access and the next access does not begin before the time is over: whatever
-/// the port, no time gets shorter than it must be, and the accesses in between are not waited again.
+/// the port, no time gets shorter than it must be, and the accesses in between are not waited
+/// again.
 class BusTiming {
   public:
     explicit BusTiming(Clock& clock) : clock_(clock) {}

@@ -28,10 +28,10 @@ enum class Quiet : std::uint8_t { No, Yes };
 
 enum class BusCheck : std::uint8_t {
     Ok = 0,
-    BusActivity = 25,       ///< a line was not high before anything was driven
-    HardwareProblem = 50,   ///< SDA stayed high while driven low
-    NobodyAnswered = 75,    ///< the target device did not acknowledge, quiet call
-    NoAcknowledge = 100,    ///< the target device did not acknowledge
+    BusActivity = 25,      ///< a line was not high before anything was driven
+    HardwareProblem = 50,  ///< SDA stayed high while driven low
+    NobodyAnswered = 75,   ///< the target device did not acknowledge, quiet call
+    NoAcknowledge = 100,   ///< the target device did not acknowledge
 };
 
 /// How a transaction ended; after Aborted the bus needs AbortOperation.

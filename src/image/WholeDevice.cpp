@@ -210,8 +210,7 @@ void WholeDevice::SelectPrimary() {
 
 bool WholeDevice::WantsSecondary() {
     return user_.ShowBox(kAskSecondary) == Answer::Ok &&
-           (!displays_.HasChangedSettings() ||
-            user_.ShowBox(kAskLeaveSettings) == Answer::Yes);
+           (!displays_.HasChangedSettings() || user_.ShowBox(kAskLeaveSettings) == Answer::Yes);
 }
 
 void WholeDevice::SelectSecondary() {

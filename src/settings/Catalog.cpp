@@ -25,9 +25,8 @@ std::string StatusLineName(int cell) {
 
 std::string CellTitle(int cell) {
     const CellInfo& info = Cell(cell);
-    const std::string_view group = info.setting->statusName.withFormat
-                                       ? Format(info)
-                                       : Info(info.setting->page).caption;
+    const std::string_view group =
+        info.setting->statusName.withFormat ? Format(info) : Info(info.setting->page).caption;
     return std::string(group).append(" ").append(info.setting->code);
 }
 

@@ -25,9 +25,9 @@ int ShiftOf(int cell) {
 
 }  // namespace
 
-SettingsEngine::SettingsEngine(ProgramState& state, StatusBar& statusBar, User& user,
-                               mI2Ccode& i2c, MemoryBuffer& buffer, DataGrid& grid,
-                               EditorPage& editorPage, SettingCells& cells)
+SettingsEngine::SettingsEngine(ProgramState& state, StatusBar& statusBar, User& user, mI2Ccode& i2c,
+                               MemoryBuffer& buffer, DataGrid& grid, EditorPage& editorPage,
+                               SettingCells& cells)
     : state_(state),
       statusBar_(statusBar),
       user_(user),

@@ -13,8 +13,8 @@ constexpr Message kSecondaryTarget{
 
 }  // namespace
 
-ValueEditor::ValueEditor(ProgramState& state, StatusBar& statusBar, User& user,
-                         SettingCells& cells, SettingsView& view)
+ValueEditor::ValueEditor(ProgramState& state, StatusBar& statusBar, User& user, SettingCells& cells,
+                         SettingsView& view)
     : state_(state), statusBar_(statusBar), user_(user), cells_(cells), view_(view) {}
 
 void ValueEditor::CellClicked(int cell) {

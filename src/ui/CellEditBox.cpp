@@ -126,8 +126,7 @@ void CellEditBox::keyPressEvent(QKeyEvent* event) {
     const bool moves = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down;
     const bool typed = !event->text().isEmpty() && event->text().front().isPrint() &&
                        !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
-    const bool dropped =
-        typed && !FilterKey(event->text().front().toLatin1(), m_state.numberMode);
+    const bool dropped = typed && !FilterKey(event->text().front().toLatin1(), m_state.numberMode);
     if (!moves && !dropped)
         QLineEdit::keyPressEvent(event);
     // What a line edit ignores would move the grid behind it.

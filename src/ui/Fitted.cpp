@@ -19,8 +19,8 @@ void FittedLabel::paintEvent(QPaintEvent* event) {
     }
     QPainter painter(this);
     drawFrame(&painter);
-    painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled,
-                                   foregroundRole()));
+    painter.setPen(
+        palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
     drawFitted(painter, contentsRect(), alignment(), text());
 }
 

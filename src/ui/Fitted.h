@@ -19,8 +19,7 @@ class FittedLabel : public QLabel {
 };
 
 /// Draws one line of text within `room`, condensed if it is too wide.
-void drawFitted(QPainter& painter, const QRect& room, Qt::Alignment alignment,
-                const QString& text);
+void drawFitted(QPainter& painter, const QRect& room, Qt::Alignment alignment, const QString& text);
 
 /// Makes the font of a button so small that its caption fits beside what else the button shows,
 /// `besides` twips wide.

@@ -42,12 +42,11 @@ FormAbout::FormAbout(QWidget* parent) : QDialog(parent) {
     QLabel* picture = pictureLabel(":/pictures/about.svg", kPictureSide, this);
     picture->setAccessibleName(QStringLiteral("Picture of a television"));
     layout->addWidget(picture);
-    addLine(*layout, "lblSupport", QStringLiteral("Support Quality Freeware!"), 9.75,
-            Weight::Bold);
+    addLine(*layout, "lblSupport", QStringLiteral("Support Quality Freeware!"), 9.75, Weight::Bold);
     addLine(*layout, "lblThanks", QStringLiteral("- Thanks for Your Support -"), 8.25,
             Weight::Normal);
-    addLine(*layout, "lblCredit",
-            QStringLiteral("Thanks to the maker of the DLPortIO driver"), 8.25, Weight::Normal);
+    addLine(*layout, "lblCredit", QStringLiteral("Thanks to the maker of the DLPortIO driver"),
+            8.25, Weight::Normal);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 

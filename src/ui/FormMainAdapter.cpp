@@ -22,9 +22,8 @@ void FormMain::showInterfaceTest() {
 }
 
 void FormMain::startDriverLoader() {
-    guard([this] {
-        DriverLoader(m_platform, m_desktop, m_program.statusBar, m_user, *this).Run();
-    });
+    guard(
+        [this] { DriverLoader(m_platform, m_desktop, m_program.statusBar, m_user, *this).Run(); });
 }
 
 void FormMain::ShowFormCnP(const std::string& driverPath) {

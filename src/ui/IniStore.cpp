@@ -2,6 +2,7 @@
 
 #include <QLockFile>
 #include <QStandardPaths>
+#include <algorithm>
 #include <chrono>
 
 #include "ui/Text.h"
@@ -14,13 +15,23 @@ QString groupOf(std::string_view keyPath) {
     return toQt(keyPath.substr(keyPath.rfind('\\') + 1));
 }
 
+/// QSettings reads such keys, but writes them as others or so that it cannot read the file.
+bool hasEmptyPart(const QString& key) {
+    return key.startsWith(QLatin1Char('/')) || key.endsWith(QLatin1Char('/')) ||
+           key.contains(QLatin1String("//"));
+}
+
+bool isDamaged(const QSettings& settings) {
+    const QStringList keys = settings.allKeys();
+    return settings.status() == QSettings::FormatError || std::ranges::any_of(keys, hasEmptyPart);
+}
+
 }  // namespace
 
 IniStore::IniStore(const QString& fileName) : m_settings(fileName, QSettings::IniFormat) {
     removeDeadLock();
     m_settings.setFallbacksEnabled(false);
-    m_settings.childGroups();
-    if (m_settings.status() == QSettings::FormatError)
+    if (isDamaged(m_settings))
         m_settings.clear();
 }
 
@@ -46,8 +57,7 @@ void IniStore::SetRegValue(std::string_view keyPath, std::string_view name,
 }
 
 std::string IniStore::QueryRegValue(std::string_view keyPath, std::string_view name) {
-    return fromQt(
-        m_settings.value(groupOf(keyPath) + QLatin1Char('/') + toQt(name)).toString());
+    return fromQt(m_settings.value(groupOf(keyPath) + QLatin1Char('/') + toQt(name)).toString());
 }
 
 void IniStore::Flush() {

@@ -22,15 +22,15 @@ Program::Program(const Surroundings& outside)
       helpCommands(outside.programs, outside.user) {}
 
 void Program::StartUp(StartUpSteps& steps) {
-    tarnwell::StartUp({state, statusBar, outside_.user, outside_.platform, outside_.registry,
-                       outside_.window},
-                      steps);
+    tarnwell::StartUp(
+        {state, statusBar, outside_.user, outside_.platform, outside_.registry, outside_.window},
+        steps);
 }
 
 Closing Program::ShutDown() {
-    return tarnwell::ShutDown({state, statusBar, outside_.user, outside_.platform,
-                               outside_.registry, outside_.window},
-                              *this);
+    return tarnwell::ShutDown(
+        {state, statusBar, outside_.user, outside_.platform, outside_.registry, outside_.window},
+        *this);
 }
 
 void Program::ChoosePort(const PortChoice& choice) {

@@ -56,8 +56,8 @@ QStringList nameFilters() {
     QStringList filters;
     const QStringList parts = toQt(kArchiveFilter).split(QLatin1Char('|'));
     for (qsizetype index = 0; index + 1 < parts.size(); index += 2) {
-        const QString pattern = parts[index + 1] == QLatin1String("*.*") ? QStringLiteral("*")
-                                                                         : parts[index + 1];
+        const QString pattern =
+            parts[index + 1] == QLatin1String("*.*") ? QStringLiteral("*") : parts[index + 1];
         filters.append(QStringLiteral("%1 (%2)").arg(parts[index], pattern));
     }
     return filters;
@@ -67,8 +67,7 @@ QString startFolder(const std::string& folder) {
     QString wanted = pathToQt(folder);
     if (!wanted.isEmpty() && QDir(wanted).exists())
         return wanted;
-    const QString documents =
-        QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     return QDir(documents).exists() ? documents : QDir::homePath();
 }
 
@@ -103,9 +102,8 @@ std::optional<std::string> QtUser::AskText(const TextRequest& request) {
     m_gate.open();
     bool accepted = false;
     const QString answer =
-        QInputDialog::getText(parent(), toQt(request.title),
-                              toQt(request.prompt), QLineEdit::Normal, toQt(request.answer),
-                              &accepted);
+        QInputDialog::getText(parent(), toQt(request.title), toQt(request.prompt),
+                              QLineEdit::Normal, toQt(request.answer), &accepted);
     if (!accepted)
         return std::nullopt;
     return fromQt(answer);

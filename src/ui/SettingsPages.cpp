@@ -93,11 +93,11 @@ void SettingsPages::addPage(QTabWidget& tabs, Page page) {
     auto* widget = new QWidget;
     for (int column = 0; column < kColumnCount && hasHeadings(page); ++column) {
         const auto index = static_cast<std::size_t>(column);
-        auto* heading = addLabel(
-            *widget, elementName(kHeadingNames[index], headingIndex(page)), kFormats[index],
-            scaledRect(kFormatRow.cellLeft + column * kCellPitch, kHeadingTop,
-                       kFormatRow.cellWidth, kHeadingHeight),
-            Qt::AlignCenter);
+        auto* heading = addLabel(*widget, elementName(kHeadingNames[index], headingIndex(page)),
+                                 kFormats[index],
+                                 scaledRect(kFormatRow.cellLeft + column * kCellPitch, kHeadingTop,
+                                            kFormatRow.cellWidth, kHeadingHeight),
+                                 Qt::AlignCenter);
         heading->setFont(scaledFont(8.25, Weight::Bold));
     }
     int row = 0;
@@ -111,14 +111,13 @@ void SettingsPages::addPage(QTabWidget& tabs, Page page) {
 void SettingsPages::addRow(QWidget& widget, const Setting& setting, int row) {
     const auto [layout, left, top] = placeOf(setting.page, row);
     constexpr auto kAlignment = Qt::AlignLeft | Qt::AlignVCenter;
-    auto* code = addLabel(widget, elementName("lblControlName", setting.codeLabel), setting.code,
-                          scaledRect(left + layout.codeLeft, top, layout.codeWidth, kRowHeight),
-                          kAlignment);
+    auto* code =
+        addLabel(widget, elementName("lblControlName", setting.codeLabel), setting.code,
+                 scaledRect(left + layout.codeLeft, top, layout.codeWidth, kRowHeight), kAlignment);
     code->setFont(scaledFont(8.25, Weight::Bold));
     code->setToolTip(toQt(setting.codeTooltip));
     addLabel(widget, elementName("lblSettingNumber", setting.codeLabel), setting.number,
-             scaledRect(left + layout.numberLeft, top, layout.numberWidth, kRowHeight),
-             kAlignment);
+             scaledRect(left + layout.numberLeft, top, layout.numberWidth, kRowHeight), kAlignment);
     if (setting.descriptionLabel >= 0) {
         const int height = coversTwoRows(setting) ? kRowPitch + kRowHeight : kRowHeight;
         addLabel(widget, elementName("lblControlDesc", setting.descriptionLabel),
@@ -144,8 +143,8 @@ void SettingsPages::addCells(QWidget& widget, const Setting& setting, int row) {
                 [this, number = place.cell] { Q_EMIT cellClicked(number); });
         connect(cell, &SettingCell::arrowPressed, this, &SettingsPages::moveFocus);
     }
-    const bool hasGap = setting.cells[0].Exists() && setting.cells[2].Exists() &&
-                        !setting.cells[1].Exists();
+    const bool hasGap =
+        setting.cells[0].Exists() && setting.cells[2].Exists() && !setting.cells[1].Exists();
     if (!hasGap)
         return;
     addLabel(widget, elementName("lblControlDesc", kDeflJungLabel), kDeflJungCaption,

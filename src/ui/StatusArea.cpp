@@ -65,8 +65,8 @@ void StatusArea::setLayoutMode(SizeMode mode) {
     for (std::size_t index = 0; index < kPanels; ++index) {
         m_captions[index]->setGeometry(
             scaledRect(arrangement.captionLefts[index], 0, kCaptionWidths[index], kStripHeight));
-        const int right = index + 1 < kPanels ? arrangement.panelLefts[index + 1]
-                                              : arrangement.windowWidth;
+        const int right =
+            index + 1 < kPanels ? arrangement.panelLefts[index + 1] : arrangement.windowWidth;
         m_panels[index]->setGeometry(scaledRect(arrangement.panelLefts[index], kStripHeight,
                                                 right - arrangement.panelLefts[index] - 15,
                                                 kPanelHeight));

@@ -8,53 +8,35 @@ namespace {
 
 using testing::ElementsAre;
 
-class DriverLoaderTest : public testing::Test, private DriverPathWindow {
-  protected:
+struct Shortcut final : TestProgram, DriverPathWindow {
+    std::vector<std::string> shown;  ///< the boxes before the path, then the path
+
     std::vector<std::string> Run() {
-        shown_.clear();
-        DriverLoader(t_.outside, t_.outside, t_.program.statusBar, t_.user, *this).Run();
-        return shown_;
+        DriverLoader(outside, outside, program.statusBar, user, *this).Run();
+        return std::exchange(shown, {});
     }
-
-    TestProgram t_;
-
-  private:
     void ShowFormCnP(const std::string& path) override {
-        shown_ = t_.user.TakeBoxes();
-        shown_.push_back(path);
+        shown = user.TakeBoxes();
+        shown.push_back(path);
     }
-
-    std::vector<std::string> shown_;
 };
 
-TEST_F(DriverLoaderTest, PathsFollowTheSystemOfTheirFolder) {
+TEST(DriverLoaderTest, StartsTheLoaderThenShowsWhereTheModuleIsOrWouldBe) {
+    Shortcut t;
+    const std::string composed = "/lib/modules/test/kernel/drivers/char/ppdev.ko";
+    EXPECT_THAT(t.Run(), ElementsAre(testing::HasSubstr("/program/loaddrv"), composed));
+    t.outside.existing = {"/program/loaddrv"};
+    for (const std::string module : {"/lib/modules/test/updates/ppdev.ko.xz", "", "(builtin)"}) {
+        t.outside.modulePath = module;
+        EXPECT_THAT(t.Run(), ElementsAre(module.ends_with(".xz") ? module : composed));
+    }
+    EXPECT_EQ(t.outside.started, std::vector<std::string>(3, "/program/loaddrv"));
+    t.outside.startsSucceed = false;
+    EXPECT_THAT(t.Run(), ElementsAre(testing::StartsWith("E R R O R|"), composed));
+    t.outside.systemFolder.clear();
+    EXPECT_THROW(t.Run(), ProgramEnd);
     EXPECT_EQ(DriverPath("C:\\WINNT"), "C:\\WINNT\\system32\\drivers\\dlportio.sys");
     EXPECT_EQ(LoaderPath("D:\\Tools\\Tarnwell"), "D:\\Tools\\Tarnwell\\LOADDRV.EXE");
-}
-
-TEST_F(DriverLoaderTest, StartsTheLoaderThenShowsWhereTheModuleIsOrWouldBe) {
-    const std::string composed = "/lib/modules/test/kernel/drivers/char/ppdev.ko";
-    const std::string named = "/lib/modules/test/updates/ppdev.ko.xz";
-    t_.outside.existing = {"/program/loaddrv"};
-    for (const auto& [module, shown] :
-         {std::pair{named, named}, {"", composed}, {"(builtin)", composed}}) {
-        t_.outside.modulePath = module;
-        EXPECT_THAT(Run(), ElementsAre(shown));
-    }
-    EXPECT_EQ(t_.outside.started, std::vector<std::string>(3, "/program/loaddrv"));
-
-    t_.outside.startsSucceed = false;
-    EXPECT_THAT(Run(), ElementsAre(testing::StartsWith("E R R O R|"), composed));
-    t_.outside.startsSucceed = true;
-    t_.outside.existing.clear();
-    EXPECT_THAT(Run(), ElementsAre(testing::HasSubstr("/program/loaddrv"), composed));
-}
-
-TEST_F(DriverLoaderTest, AnUnknownSystemFolderEndsTheProgram) {
-    t_.outside.systemFolder.clear();
-    t_.outside.existing = {"/program/loaddrv"};
-    EXPECT_THROW(Run(), ProgramEnd);
-    EXPECT_EQ(t_.user.boxes.size(), 1);
 }
 
 }  // namespace

@@ -15,14 +15,12 @@ TEST(StartUp, TakesItsStepsInOrderAndWritesTheDefaultsOnTheFirstRun) {
     TestProgram test;
     test.registry.keys.clear();
     test.program.StartUp(test.outside);
-    EXPECT_THAT(test.outside.steps,
-                ElementsAre("file dialog", "menu checks", "layout", "colours", "port options",
-                            "release", "grid", "buttons"));
+    EXPECT_THAT(test.outside.steps, ElementsAre("file dialog", "menu checks", "layout", "colours",
+                                                "port options", "release", "grid", "buttons"));
     using Values = std::map<std::string, std::string>;
-    EXPECT_EQ(test.registry.keys[kStartup], (Values{{"MainTop", "144"},
-                                                    {"MainLeft", "144"},
-                                                    {"EditTop", "144"},
-                                                    {"EditLeft", "144"}}));
+    EXPECT_EQ(
+        test.registry.keys[kStartup],
+        (Values{{"MainTop", "144"}, {"MainLeft", "144"}, {"EditTop", "144"}, {"EditLeft", "144"}}));
     EXPECT_EQ(test.registry.keys[kProgOpts],
               (Values{{"InitDir", R"(C:\)"}, {"NumMode", "Decimal"}, {"DataWarn", "ShowWarn"}}));
     EXPECT_EQ(test.registry.keys[kProgPort],
@@ -77,8 +75,8 @@ TEST(GetOSFamily, FollowsTheVersionRecord) {
         std::string family;
         try {
             const auto found = mGlobal::GetOSFamily(outside, user);
-            family = found == OSFamily::Win9x ? "Win9x"
-                                              : (found == OSFamily::WinNT ? "WinNT" : "Win2K");
+            family =
+                found == OSFamily::Win9x ? "Win9x" : (found == OSFamily::WinNT ? "WinNT" : "Win2K");
         } catch (const ProgramEnd&) {
             EXPECT_THAT(user.TakeBoxes(),
                         ElementsAre("F A T A L   E R R O R|Could not determine the Computer OS!\r\n"
@@ -111,8 +109,9 @@ TEST(ShutDown, AsksAtMostOneQuestionAfterSavingTheOptions) {
         bool settings, buffer;
         const char* question;
     };
-    for (const Row& row : {Row{false, false, ""}, Row{true, true, kSettingsQuestion},
-                           Row{true, false, kSettingsQuestion}, Row{false, true, kBufferQuestion}}) {
+    for (const Row& row :
+         {Row{false, false, ""}, Row{true, true, kSettingsQuestion},
+          Row{true, false, kSettingsQuestion}, Row{false, true, kBufferQuestion}}) {
         for (const Answer answer : {Answer::Yes, Answer::No}) {
             TestProgram test;
             test.program.state.bufferChanged = row.buffer;

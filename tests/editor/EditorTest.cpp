@@ -1,4 +1,4 @@
-// The data editor: entries and their keys, pending writes and their outcomes.
+// The data editor: its keys, what begins an entry, and the outcomes of the pending writes.
 #include "editor/EditorPage.h"
 
 #include "support/TestProgram.h"
@@ -27,13 +27,6 @@ class EditorTest : public testing::Test {
         return test.Status();
     }
     static GridCell At(int address) { return {address / 16, address % 16 + 1}; }
-    const std::string& Text(int address) const { return program.grid.Text(At(address)); }
-    int Current() const { return program.grid.Current().Address(); }
-    int Queued() const { return program.pending.Count(); }
-    std::string Row(int row) const {
-        const EditRecord& entry = program.pending.Row(row);
-        return entry.EditAddress + ":" + entry.EditOldValue + ">" + entry.EditNewValue;
-    }
 
     TestProgram test;
     Program& program = test.program;
@@ -42,128 +35,73 @@ class EditorTest : public testing::Test {
 };
 
 TEST_F(EditorTest, KeyTable) {
-    const struct {
-        int from;
-        EditKey key;
-        int to;
-    } rows[] = {
+    const std::tuple<int, EditKey, int> rows[] = {
         {20, Next, 21},     {15, Next, 16},      {8191, Next, 0}, {20, Previous, 19},
         {16, Previous, 15}, {0, Previous, 8191}, {20, Left, 19},  {16, Left, 16},
         {20, Down, 36},     {8180, Down, 8180},  {20, Up, 4},     {7, Up, 7},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.from);
-        const std::string from = std::to_string(row.from);
+    for (const auto& [from, key, to] : rows) {
+        SCOPED_TRACE(from);
         for (const char* text : {"", "5", ""}) {
-            Enter(row.from, text, row.key);
-            EXPECT_EQ(Current(), row.to);
-            EXPECT_TRUE(program.grid.EntryIsOpen());
-            EXPECT_EQ(test.Status(), "Editing EEPROM Address: " + std::to_string(row.to));
+            Enter(from, text, key);
+            EXPECT_EQ(program.grid.Current().Address(), to);
+            EXPECT_EQ(test.Status(), "Editing EEPROM Address: " + std::to_string(to));
             EXPECT_EQ(test.timer.running, std::nullopt);
         }
-        EXPECT_EQ(Queued(), 2) << "an empty text is no change where 0 stands";
-        EXPECT_EQ(Row(0) + " " + Row(1), from + ":0>5 " + from + ":5>0");
+        EXPECT_EQ(program.pending.Count(), 2) << "an empty text is no change where 0 stands";
         program.pending.ClearPendingWrites();
     }
 }
 
-TEST_F(EditorTest, EntriesThatBeginWithACharacterAndEndWithoutACommit) {
-    for (const bool hex : {true, false}) {
-        program.numberModeMenu.Select(hex ? NumberMode::Hex : NumberMode::Decimal);
+TEST_F(EditorTest, TypedCharactersAndNumberModes) {
+    using enum NumberMode;
+    for (const auto& [mode, status, shown, typedA] :
+         {std::tuple(Hex, "Number Mode Changed to Hexadecimal", "1FF0 F", "A"),
+          {Decimal, "Number Mode Changed to Decimal", "8176 15", "a"},
+          {Decimal, "", "8176 15", "a"}}) {
+        program.statusBar.PutStatus("");
+        program.numberModeMenu.Select(mode);
+        EXPECT_EQ(test.Status(), status);
+        const DataGrid& grid = program.grid;
+        EXPECT_EQ(grid.RowAddressText(511) + " " + grid.HeadingText(15), shown);
+        EXPECT_EQ(program.pending.Row(9).EditAddress, "0") << "an empty row";
         for (const std::string character : {"a", "7", "-", "g", "\xC3\xA9"}) {
             editor.CharacterTyped(character);
-            EXPECT_EQ(program.grid.EditText(), hex && character == "a" ? "A" : character);
+            EXPECT_EQ(program.grid.EditText(), character == "a" ? typedA : character);
         }
         editor.KeyPressed(Backspace);
         EXPECT_EQ(program.grid.EditText(), "");
         editor.CharacterTyped("\r");
         EXPECT_EQ(program.grid.EditText(), "0");
     }
-    const std::function<void()> endings[] = {
-        [&] { editor.KeyPressed(Escape); },
-        [&] { editor.Scrolled(); },
-        [&] { program.grid.FillGrid(); },
-        [&] { program.editorPage.ToggleEditor(); },
-    };
-    for (const auto& end : endings) {
-        editor.Click();
-        editor.TextEdited("4");
-        end();
-        EXPECT_FALSE(program.grid.EntryIsOpen());
-        program.editorPage.SettleGridEdits();
-    }
-    EXPECT_EQ(Text(0) + std::to_string(Queued()), "00");
-    editor.CharacterTyped("7");
-    editor.Click();
-    EXPECT_FALSE(program.grid.EntryIsOpen()) << "the editor is off";
-}
-
-TEST_F(EditorTest, NumberModeConvertsAllThatIsShown) {
-    Enter(8191, "200");
-    program.editorPage.ToggleEditor();
-    program.numberModeMenu.Select(NumberMode::Hex);
-    EXPECT_EQ(test.Status(), "Number Mode Changed to Hexadecimal");
-    EXPECT_EQ(program.grid.RowAddressText(511) + program.grid.HeadingText(15), "1FF0F");
-    EXPECT_EQ(Row(0) + " " + Row(9) + " " + Text(8191), "1FFF:0>C8 0:0>0 C8");
-    test.WillAnswer({Answer::Yes});
-    WritePending();
-    EXPECT_EQ(memory[8191], 200);
-    program.numberModeMenu.Select(NumberMode::Decimal);
-    EXPECT_EQ(test.Status() + Text(8191), "Number Mode Changed to Decimal200");
-    program.statusBar.PutStatus("");
-    program.numberModeMenu.Select(NumberMode::Decimal);
-    EXPECT_EQ(test.Status(), "");
-}
-
-TEST_F(EditorTest, KeysChangeNothingInAGridThatWasNeverFilled) {
-    TestProgram fresh;
-    fresh.program.editorPage.ToggleEditor();
-    fresh.program.cellEditor.Click();
-    for (const auto key : {Next, Down, Up, Previous})
-        fresh.program.cellEditor.KeyPressed(key);
-    EXPECT_EQ(fresh.program.pending.Count(), 0);
-    fresh.program.cellEditor.TextEdited("0");
-    fresh.program.cellEditor.KeyPressed(Next);
-    EXPECT_EQ(fresh.program.pending.Count(), 1);
-    fresh.program.grid.TransferGrid();
-    EXPECT_EQ(fresh.Crc(), "15A36921");
 }
 
 TEST_F(EditorTest, WritePendingAndItsOutcomes) {
+    using enum FaultKind;
     EXPECT_EQ(WritePending(), "There Are No Pending EEP Writes");
-    const std::string askTwo = "V E R I F Y|Write 2 new values to the EEP?";
-    const std::string noAnswer = "E R R O R|There is an I2C bus or\r\nInterface Hardware Problem";
-    const std::string verifyFailed =
+    const char* const aborted = "I2C Operation Aborted";
+    const char* const noAnswer = "E R R O R|There is an I2C bus or\r\nInterface Hardware Problem";
+    const char* const failed =
         "E R R O R - Verify Failed|Verification of the EEProm failed;\r\n"
         "The EEProm was not programmed correctly, try again.";
-    const struct {
-        Fault fault;
-        Answer answer;
-        std::string status, box;
-    } rows[] = {
-        {{}, Answer::No, "EEProm Write Cancelled", askTwo},
-        {{FaultKind::DeviceSilent}, Answer::Yes, "I2C Operation Aborted", noAnswer},
-        {{FaultKind::DeviceSilent, {WireEvent::WriteCycle, 1}},
-         Answer::Yes,
-         "I2C Operation Aborted",
-         noAnswer},
-        {{.kind = FaultKind::FlippedBit, .address = 300}, Answer::Yes, "", verifyFailed},
-    };
     Enter(300, "11");
     Enter(301, "13");
-    for (const auto& row : rows) {
-        if (row.answer == Answer::Yes)
-            test.television.Inject(row.fault);
-        test.user.answers = {row.answer};
-        EXPECT_EQ(WritePending(), row.status);
-        EXPECT_EQ(test.user.TakeBoxes().back(), row.box);
-        EXPECT_EQ(Queued(), 2);
+    for (const auto& [answer, fault, status, box] :
+         {std::tuple(Answer::No, Fault{.kind = FlippedBit, .address = 5}, "EEProm Write Cancelled",
+                     "V E R I F Y|Write 2 new values to the EEP?"),
+          {Answer::Yes, {DeviceSilent}, aborted, noAnswer},
+          {Answer::Yes, {DeviceSilent, {WireEvent::WriteCycle, 1}}, aborted, noAnswer},
+          {Answer::Yes, {.kind = FlippedBit, .address = 300}, "", failed}}) {
+        test.television.Inject(fault);
+        test.user.answers = {answer};
+        EXPECT_EQ(WritePending(), status);
+        EXPECT_EQ(test.user.TakeBoxes().back(), box);
+        EXPECT_EQ(program.pending.Count(), 2);
         EXPECT_TRUE(program.state.gridChanged && !program.state.bufferChanged);
         test.television.ClearFaults();
     }
     EXPECT_EQ(test.user.beeps, 1);
     EXPECT_EQ(test.timer.running, std::chrono::seconds(30));
-
     EXPECT_EQ(memory[301], 13) << "a difference does not end the writing";
     Enter(300, "12");
     EXPECT_TRUE(program.grid.IsChanged(At(301)));
@@ -175,45 +113,20 @@ TEST_F(EditorTest, WritePendingAndItsOutcomes) {
     EXPECT_FALSE(program.grid.IsChanged(At(301)) || program.state.gridChanged);
 }
 
-TEST_F(EditorTest, AFullQueueTakesNoChange) {
-    test.WillAnswer({Answer::Yes, Answer::No});
-    for (const char digit : std::string("1234567890"))
-        Enter(5, {digit});
-    const std::function<void()> ways[] = {
-        [&] { editor.KeyPressed(Next); },
-        [&] { EXPECT_FALSE(editor.MoveTo(At(5))); },
-        [&] { program.editorPage.SettleGridEdits(); },
-    };
-    editor.MoveTo(At(77));
-    program.grid.SetGridChanged(false);
-    for (const auto& commit : ways) {
-        editor.TextEdited("51");
-        test.WillAnswer({Answer::Yes, Answer::No});
-        commit();
-        EXPECT_TRUE(test.user.answers.empty());
-        EXPECT_EQ(test.Status(), "Pending EEP Writes Are Full; Change Discarded");
-        EXPECT_EQ(Text(77) + std::to_string(Current()), "077");
-        EXPECT_EQ(Queued(), 10);
-        EXPECT_FALSE(program.state.gridChanged);
-    }
-}
-
 TEST_F(EditorTest, PagesSizesAndTheWarning) {
-    using enum SizeMode;
     const auto enters = [&](Page page) {
         program.editorPage.SwitchPage(page);
-        return std::pair(test.Status(), program.state.sizeMode);
+        return test.Status() + (program.state.sizeMode == SizeMode::Big ? ", big" : "");
     };
-    EXPECT_EQ(enters(Page::Iris), std::pair(std::string("Iris Settings"), Small));
+    EXPECT_EQ(enters(Page::Iris), "Iris Settings");
     test.outside.warnAgain = false;
-    EXPECT_EQ(enters(Page::Editor), std::pair(std::string("EEProm Data Editor"), Big));
+    EXPECT_EQ(enters(Page::Editor), "EEProm Data Editor, big");
     program.editorPage.ToggleEditor();
     EXPECT_EQ(test.Status(), "Data Editor Disabled");
-    EXPECT_EQ(enters(Page::Global).second, Small);
-    EXPECT_EQ(enters(Page::Editor).second, Small);
+    EXPECT_EQ(enters(Page::Editor), "EEProm Data Editor");
     program.editorPage.ToggleEditor();
     EXPECT_EQ(test.Status(), "Data Editor Enabled");
-    EXPECT_EQ(program.state.sizeMode, Big);
+    EXPECT_EQ(program.state.sizeMode, SizeMode::Big);
     EXPECT_EQ(test.outside.steps.size(), 2U) << "the warning, until it was not wanted again";
     EXPECT_EQ(program.state.editorWarning, "NoWarn");
 }

@@ -11,84 +11,12 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
-/// A port of bare registers: what is written reads back, the status register is set by the test.
-class RegisterPort final : public Port, public Clock {
-  public:
-    std::array<std::uint8_t, 0x400> registers{};
-    int writes = 0;
-    std::string failure;
-    std::uint16_t claimed = 0;
-    BusTime now{0};
-
-    void Claim(std::uint16_t baseAddress) override { claimed = baseAddress; }
-    void Release() override { claimed = 0; }
-    const std::string& Failure() const override { return failure; }
-    std::uint8_t DlPortReadPortUchar(std::uint16_t address) override {
-        return registers.at(address);
-    }
-    void DlPortWritePortUchar(std::uint16_t address, std::uint8_t value) override {
-        registers.at(address) = value;
-        ++writes;
-    }
-    BusTime Now() override { return now; }
-    void WaitUntil(BusTime time) override { now = std::max(now, time); }
-};
-
-struct RegisterBus {
-    RegisterPort port;
-    TestSurroundings outside;
-    ManualTimer timer;
-    ScriptedUser user;
-    MemoryRegistry registry;
-    Program program{{port, port, outside, timer, user, outside, outside, outside, outside, outside,
-                     registry, outside}};
-
-    explicit RegisterBus(std::string_view pins, std::string_view address = "888") {
-        program.state.pinOptions = pins;
-        program.state.portAddress = address;
-        program.i2c.ApplyPortOptions();
-    }
-};
-
-TEST(Drive, ChangesOneBitOfTheChosenPort) {
-    struct Row {
-        std::string_view pins;
-        std::int16_t scl;
-        std::int16_t sda;
-        std::uint8_t expected;  // from 0xAC
-        int writes;
-    };
-    for (const Row& row : {Row{"11012010", 0, 1, 0xAD, 2}, Row{"11012010", 1, 0, 0xAE, 2},
-                           Row{"10002010", 0, 1, 0xAE, 2}, Row{"10002010", 1, 0x40, 0xAF, 2},
-                           Row{"11012010", -1, -1, 0xAC, 0}, Row{"71602010", 0, 0, 0xAC, 2}}) {
-        RegisterBus bus(row.pins, "632");
-        bus.port.registers[0x278] = 0xAC;
-        const BusClaim claim(bus.program.i2c);
-        bus.program.i2c.SetSCL(row.scl);
-        bus.program.i2c.SetSDA(row.sda);
-        EXPECT_EQ(bus.port.registers[0x278], row.expected) << row.pins;
-        EXPECT_EQ(bus.port.writes, row.writes);
-        EXPECT_EQ(bus.port.claimed, 0x278);
-    }
-}
-
-TEST(Sense, AppliesTheInversionsOfEachConsumer) {
-    struct Row {
-        std::string_view pins;
-        std::uint8_t status;
-        std::uint8_t byte;
-        AckBit ack;
-    };
-    using enum AckBit;
-    for (const Row& row :
-         {Row{"11012010", 0x20, 0xFF, NotAcknowledged}, Row{"11012010", 0x00, 0x00, Acknowledged},
-          Row{"11012110", 0x20, 0x00, Acknowledged}, Row{"11014010", 0x80, 0x00, NotAcknowledged},
-          Row{"11014110", 0x80, 0xFF, Acknowledged}, Row{"11014010", 0x00, 0xFF, Acknowledged}}) {
-        RegisterBus bus(row.pins);
-        bus.port.registers[0x379] = row.status;
-        const BusClaim claim(bus.program.i2c);
-        EXPECT_EQ(bus.program.i2c.ReadByte(), row.byte) << row.pins;
-        EXPECT_EQ(bus.program.i2c.ReadAck(), row.ack) << row.pins;
+TEST(Drive, TakesEveryPositiveLevelForHighAndLeavesTheLineAtANegativeOne) {
+    TestProgram test;
+    const BusClaim claim(test.program.i2c);
+    for (const auto& [level, high] : {std::pair{0, false}, {-1, false}, {0x40, true}, {-1, true}}) {
+        test.program.i2c.SetSDA(static_cast<std::int16_t>(level));
+        EXPECT_EQ(test.television.Sda(), high);
     }
 }
 
@@ -168,8 +96,8 @@ TEST(CheckBus, TellsEachOutcome) {
             const bool loud = quiet == Quiet::No;
             EXPECT_EQ(test.program.i2c.CheckBus(quiet), loud ? row.loud : row.quiet);
             const std::string box = loud ? row.box : row.quietBox;
-            EXPECT_EQ(test.user.TakeBoxes(), box.empty() ? std::vector<std::string>{}
-                                                         : std::vector<std::string>{box});
+            EXPECT_EQ(test.user.TakeBoxes(),
+                      box.empty() ? std::vector<std::string>{} : std::vector<std::string>{box});
             EXPECT_EQ(test.Status(), box.empty() ? "" : "I2C Operation Aborted");
             test.television.ClearFaults();
             EXPECT_TRUE(test.television.Scl() && test.television.Sda());
@@ -270,9 +198,9 @@ TEST(Bounds, EndAWaitAndLeaveTheBusFree) {
         FaultKind fault;
         Moment begins;
     };
-    for (const Row& row : {Row{FaultKind::DeviceSilent, {Byte, 2}},
-                           Row{FaultKind::DeviceSilent, {WriteCycle, 1}},
-                           Row{FaultKind::SdaStuckHigh, {Byte, 3}}}) {
+    for (const Row& row :
+         {Row{FaultKind::DeviceSilent, {Byte, 2}}, Row{FaultKind::DeviceSilent, {WriteCycle, 1}},
+          Row{FaultKind::SdaStuckHigh, {Byte, 3}}}) {
         TestProgram test;
         test.television.Inject({.kind = row.fault, .begins = row.begins});
         const BusClaim claim(test.program.i2c);

@@ -7,29 +7,24 @@ namespace tarnwell {
 namespace {
 
 using enum PinPosition;
-using testing::ElementsAre;
-using testing::IsEmpty;
+
+const std::string kConflict = "E R R O R - Port Conflict|";
 
 /// Two bare registers, written only while they are claimed.
-class TwoRegisters final : public Port {
-  public:
-    std::uint8_t data = 0;
-    std::uint8_t status = 0;
+struct TwoRegisters final : Port {
+    std::uint8_t data = 0, status = 0;
     bool claimed = false;
+    std::string failure;
 
     void Claim(std::uint16_t) override { claimed = true; }
     void Release() override { claimed = false; }
-    const std::string& Failure() const override { return failure_; }
+    const std::string& Failure() const override { return failure; }
     std::uint8_t DlPortReadPortUchar(std::uint16_t address) override {
         return address == 0x378 ? data : status;
     }
     void DlPortWritePortUchar(std::uint16_t, std::uint8_t value) override {
-        if (claimed)
-            data = value;
+        data = claimed ? value : data;
     }
-
-  private:
-    std::string failure_;
 };
 
 class PortOptionsTest : public testing::Test {
@@ -86,7 +81,30 @@ TEST_F(PortOptionsTest, EveryStringDrivesAndSensesAsItsDigitsSayAndOnlyThoseWith
     EXPECT_EQ(passed, 17920);
 }
 
-TEST_F(PortOptionsTest, StoredStringsThatTheDialogNeverMadeLoadWithoutABox) {
+TEST_F(PortOptionsTest, ThePinOfTheOtherLineIsRefusedAndMustBeReplacedBeforeAccept) {
+    for (const auto& [clicked, other, lines, heading] :
+         {std::tuple(ClockOut, DataOut, std::string("SCL and SDA"), "Output Pin Assignments\r\n"),
+          {DataOut, ClockOut, "SDA and SCL", "Output Pin Assignments\r\n"},
+          {ClockIn, DataIn, "SCL and SDA", "Input Pin Assignments\r\n"},
+          {DataIn, ClockIn, "SDA and SCL", "Input Pin Assignments\r\n"}}) {
+        Load("11012010");
+        const auto taken = options_.Selected(other);
+        options_.Show(options_.Select(clicked, taken.value()).value());
+        EXPECT_EQ(options_.Selected(clicked), std::nullopt);
+        EXPECT_EQ(options_.Selected(other), taken);
+        EXPECT_FALSE(Accept());
+        EXPECT_EQ(state_.pinOptions, "11012010");
+        const std::string ending = " pin for " + lines.substr(0, 3) + ".";
+        EXPECT_THAT(t_.user.TakeBoxes(),
+                    testing::ElementsAre(kConflict + "You can't use the same port pin for both " +
+                                             lines + "!\r\n\r\nPlease select a different" + ending,
+                                         kConflict + heading + "Please select a" + ending));
+        EXPECT_EQ(options_.Select(clicked, 3), std::nullopt);
+        EXPECT_TRUE(Accept());
+    }
+}
+
+TEST_F(PortOptionsTest, StoredStringsLoadWithoutABoxAndButtonsReleaseBothLines) {
     for (const auto& [stored, shown] : {std::pair{"", "00-000-0"},
                                         {"8190517", "01-001-0"},
                                         {"7x3 4-29", "70304021"},
@@ -99,51 +117,16 @@ TEST_F(PortOptionsTest, StoredStringsThatTheDialogNeverMadeLoadWithoutABox) {
         }
         EXPECT_EQ(selections, shown) << stored;
     }
-    EXPECT_THAT(t_.user.boxes, IsEmpty());
-}
-
-TEST_F(PortOptionsTest, ThePinOfTheOtherLineIsRefusedAndMustBeReplacedBeforeAccept) {
-    struct Case {
-        PinPosition clicked, other;
-        const char* lines;
-        const char* line;
-        const char* heading;
-    };
-    for (const Case& c : {Case{ClockOut, DataOut, "SCL and SDA", "SCL", "Output Pin Assignments"},
-                          Case{DataOut, ClockOut, "SDA and SCL", "SDA", "Output Pin Assignments"},
-                          Case{ClockIn, DataIn, "SCL and SDA", "SCL", "Input Pin Assignments"},
-                          Case{DataIn, ClockIn, "SDA and SCL", "SDA", "Input Pin Assignments"}}) {
-        const std::string title = "E R R O R - Port Conflict|";
-        Load("11012010");
-        const int taken = options_.Selected(c.other).value();
-        options_.Show(options_.Select(c.clicked, taken).value());
-        EXPECT_EQ(options_.Selected(c.clicked), std::nullopt);
-        EXPECT_EQ(options_.Selected(c.other), taken);
-        EXPECT_FALSE(Accept());
-        EXPECT_EQ(state_.pinOptions, "11012010");
-        EXPECT_THAT(t_.user.TakeBoxes(),
-                    ElementsAre(title + "You can't use the same port pin for both " + c.lines +
-                                    "!\r\n\r\nPlease select a different pin for " + c.line + ".",
-                                title + c.heading + "\r\nPlease select a pin for " + c.line + "."));
-        EXPECT_EQ(options_.Select(c.clicked, 3), std::nullopt);
-        EXPECT_TRUE(Accept());
-    }
-}
-
-TEST_F(PortOptionsTest, AcceptAndDefaultsReleaseBothLinesUnderTheNewMapping) {
     Load("51202010");
     port_.data = 0xA1;
     EXPECT_TRUE(Accept());
     EXPECT_EQ(port_.data, 0x85) << "SCL's bit 2 set, SDA's inverted bit 5 cleared";
     EXPECT_FALSE(port_.claimed);
     EXPECT_EQ(t_.Status(), "Port Configuration Settings Changed");
-
-    Load("01114131");
     options_.Defaults();
-    EXPECT_EQ(state_.pinOptions, "11012010");
     EXPECT_EQ(port_.data, 0x84);
-    EXPECT_EQ(t_.Status(), "Port Configuration Set to Defaults");
-    EXPECT_THAT(t_.user.boxes, IsEmpty());
+    EXPECT_EQ(state_.pinOptions + t_.Status(), "11012010Port Configuration Set to Defaults");
+    EXPECT_TRUE(t_.user.boxes.empty());
 }
 
 }  // namespace

@@ -206,8 +206,8 @@ TEST_P(FaultMatrix, EndsAsTheTableSays) {
     for (const Row& row : kMatrix) {
         const std::string_view outcomes = command.writes ? row.writing : row.reading;
         for (std::size_t moment = 0; moment < outcomes.size(); ++moment) {
-            SCOPED_TRACE(testing::Message() << "fault " << static_cast<int>(row.fault)
-                                            << " moment " << moment);
+            SCOPED_TRACE(testing::Message()
+                         << "fault " << static_cast<int>(row.fault) << " moment " << moment);
             Check(command, row.fault, moments[moment], outcomes[moment], healthyTime);
         }
     }

@@ -12,8 +12,6 @@
 namespace tarnwell {
 namespace {
 
-using testing::HasSubstr;
-
 constexpr std::uint16_t kBase = FakeSystem::kBase;
 
 /// The parameter is the device file, which tells the port.
@@ -29,8 +27,8 @@ class RealPortTest : public testing::TestWithParam<const char*> {
         port_.DlPortWritePortUchar(kBase, 0x11);
         EXPECT_NE(system_.data, 0x11);
         EXPECT_EQ(port_.DlPortReadPortUchar(kBase), 0xFF);
-        EXPECT_THAT(port_.Failure(), HasSubstr(line));
         port_.Release();
+        EXPECT_THAT(port_.Failure(), testing::HasSubstr(line));
         EXPECT_TRUE(system_.open.empty());
     }
 
@@ -92,8 +90,9 @@ TEST_P(RealPortTest, TellsWhatIsInTheWayAndStaysFailedUntilTheNextClaim) {
         EXPECT_LE(system_.Now() - before, std::chrono::seconds(1));
         port_.DlPortWritePortUchar(kBase, 0x5A);
         EXPECT_EQ(port_.DlPortReadPortUchar(kBase), 0xFF);
-        system_.errors.clear();
+        system_.errors = {{device_ + " release", EIO}};
         ExpectUnusable("/dev/" + device_ + line);
+        system_.errors.clear();
         ExpectUsable();
     }
 }

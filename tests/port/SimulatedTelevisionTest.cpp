@@ -130,6 +130,7 @@ TEST_F(SimulatedTelevisionTest, DeviceFaultsShowOnTheWire) {
         Expect(wire);
         tv_.ClearFaults();
     }
+    EXPECT_EQ(tv_.Memory(Chip::Primary)[0x22], FactoryImage(Chip::Primary)[0x22]);
 }
 
 }  // namespace

@@ -9,10 +9,11 @@ namespace tarnwell {
 namespace {
 
 TEST(CatalogTest, EveryCellIsWhatTheTablesSay) {
-    const std::array<std::int16_t, 52> groups{
-        0,    6,  2363, 0,  0,    6,  2399, 6,  0,    6,  2435, 12, 0,    6,  2471, 18, 0,    8,
-        2328, 24, 2,    1,  2085, 32, 0,    9,  2348, 33, 0,    9,  2384, 42, 0,    9,  2420, 51,
-        0,    9,  2456, 60, 0,    1,  2507, 69, 0,    1,  2549, 70, 4,    1,  2228, 71};
+    const SettingGroup groups[kGroupCount] = {
+        {0, 6, 2363, 0},  {0, 6, 2399, 6},  {0, 6, 2435, 12}, {0, 6, 2471, 18}, {0, 8, 2328, 24},
+        {2, 1, 2085, 32}, {0, 9, 2348, 33}, {0, 9, 2384, 42}, {0, 9, 2420, 51}, {0, 9, 2456, 60},
+        {0, 1, 2507, 69}, {0, 1, 2549, 70}, {4, 1, 2228, 71},
+    };
     // The name on the status line, the maximum and the cells; '%' stands for the format.
     std::istringstream settings(
         "%_R-YR 15 2 8 14 20 / %_R-YB 15 3 9 15 21 / %_G-YR 15 4 10 16 22 / %_G-YB 15 5 11 17 23 /"
@@ -38,16 +39,16 @@ TEST(CatalogTest, EveryCellIsWhatTheTablesSay) {
         settings.ignore();
     }
     for (std::size_t group = 0; group < kGroupCount; ++group) {
-        const std::int16_t* const fields = &groups[4 * group];
-        EXPECT_EQ(SettingGroups[group], (SettingGroup{fields[0], fields[1], fields[2], fields[3]}));
-        EXPECT_EQ(GroupAtBase(fields[2]), &SettingGroups[group]);
-        for (int index = 0; index < fields[1]; ++index) {
-            const int cell = fields[3] + index;
-            EXPECT_EQ(Cell(cell).address, fields[2] + index) << cell;
-            EXPECT_EQ(Cell(cell).setting->shift, fields[0]) << cell;
+        const auto& [shift, count, base, first] = groups[group];
+        EXPECT_EQ(SettingGroups[group], groups[group]);
+        EXPECT_EQ(GroupAtBase(base), &SettingGroups[group]);
+        for (int index = 0; index < count; ++index) {
+            const int cell = first + index;
+            EXPECT_EQ(Cell(cell).address, base + index) << cell;
+            EXPECT_EQ(Cell(cell).setting->shift, shift) << cell;
             EXPECT_EQ(Cell(cell).setting->maximum, maxima.at(static_cast<std::size_t>(cell)));
             EXPECT_EQ(StatusLineName(cell), names.at(static_cast<std::size_t>(cell)));
-            EXPECT_EQ(CellAtAddress(fields[2] + index), cell);
+            EXPECT_EQ(CellAtAddress(base + index), cell);
         }
     }
     EXPECT_EQ(GroupAtBase(2364), nullptr);

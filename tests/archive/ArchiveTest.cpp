@@ -1,0 +1,283 @@
+// Both archive kinds: exact files, round trips, other programs, and input that is no good.
+#include <sys/stat.h>
+
+#include <sstream>
+
+#include "archive/ImageArchive.h"
+#include "archive/SettingsArchive.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestProgram.h"
+
+namespace tarnwell {
+namespace {
+
+const std::string kProgram = "S021000048616C7620446F726E205461726E77656C6C20320202";
+const std::string kImage = kProgram + "4461746146696C65E7\r\n";
+const std::string kSettings = kProgram + "53657474696E677390\r\n";
+const std::string kEnd = "S9030000FC\r\n";
+const std::string kLoaded = "Record Checksums OK; EEP Image Loaded into Buffer";
+
+/// The records, divided by blanks, as lines with their checksums.
+std::string Lines(const std::string& records) {
+    std::istringstream words(records);
+    std::string lines;
+    for (std::string record; words >> record;)
+        lines += record + RecordChecksum(record) + "\r\n";
+    return lines;
+}
+
+/// What most tests put into the cells: their own numbers, and in the last one what it can hold.
+std::uint32_t Number(int cell) {
+    return cell == 71 ? 7U : static_cast<std::uint32_t>(cell);
+}
+
+/// The records of that.
+const std::string kFirst = "S109093B000102030405 ";
+const std::string kNext =
+    "S109095F060708090A0B S10909830C0D0E0F1011 S10909A7121314151617 "
+    "S10B091818191A1B1C1D1E1F S104082520 S10C092C212223242526272829 "
+    "S10C09502A2B2C2D2E2F303132 S10C0974333435363738393A3B "
+    "S10C09983C3D3E3F4041424344 S10409CB45 S10409F546 S10408B407";
+
+/// What a file makes of a load: the beginning of the box, if any, and the status.
+struct Load {
+    std::string content, box, status;
+};
+
+class ArchiveTest : public testing::Test {
+  protected:
+    /// The status after a command whose dialog gives the file `name`; it is cancelled without one.
+    template <typename Archive>
+    std::string Run(void (Archive::*command)(), const std::string& name) {
+        program.statusBar.PutStatus("");
+        test.user.files = {name.empty() ? std::nullopt : std::optional(folder.Path(name))};
+        (std::get<Archive&>(std::tie(program.imageArchive, program.settingsArchive)).*command)();
+        const auto boxes = test.user.TakeBoxes();
+        box = boxes.empty() ? "" : boxes[0];
+        return test.Status();
+    }
+
+    template <typename Archive>
+    void Expect(const Load& load, void (Archive::*command)()) {
+        folder.Write("archive", load.content);
+        EXPECT_EQ(Run(command, "archive"), load.status) << load.content;
+        EXPECT_TRUE(box.starts_with(load.box) && box.empty() == load.box.empty()) << box;
+    }
+
+    /// Runs a shell command in the folder and drops what it prints.
+    void Shell(const std::string& command) const {
+        const std::string line = "cd " + folder.Path() + "; (" + command + ") > log 2>&1";
+        EXPECT_EQ(std::system(line.c_str()), 0) << command;
+    }
+
+    bool BufferIsShown() const {
+        return test.Crc() == mCRC32::BufferCrcText(program.buffer) &&
+               program.grid.Text({0, 1}) == std::to_string(program.buffer[0]) &&
+               program.cells.Value(0) == program.buffer[2363];
+    }
+
+    void FillCells(Mark mark, std::uint32_t (*valueOf)(int)) {
+        for (int cell = 0; cell < kCellCount; ++cell) {
+            program.cells.ShowValue(cell, static_cast<std::uint8_t>(valueOf(cell)));
+            program.cells.SetMark(cell, mark);
+            program.cells.SetColour(cell, CellColour::Changed);
+        }
+    }
+
+    int CellsToSave() const {
+        int count = 0;
+        for (int cell = 0; cell < kCellCount; ++cell)
+            count += program.cells.MarkOf(cell) == Mark::Save ? 1 : 0;
+        return count;
+    }
+
+    const TemporaryFolder folder;
+    TestProgram test;
+    Program& program = test.program;
+    std::string box;  ///< the first of the last command
+};
+
+TEST_F(ArchiveTest, ImageHoldsWhatDiffersFromAnErasedDevice) {
+    EXPECT_EQ(Run(&ImageArchive::SaveImage, "unused"), "");
+    EXPECT_EQ(box, "E R R O R|Must First Read the EEPROM! ");
+    program.buffer.fill(0xFF);
+    program.buffer[0x123] = 0x5A;
+    program.state.eepRead = program.state.bufferChanged = true;
+    folder.Write("full.mot", "former");
+    std::filesystem::create_symlink("/dev/full", folder.Path("full.mot.part"));
+    for (const char* name : {"", "full.mot", "missing/image.mot"})
+        EXPECT_EQ(Run(&ImageArchive::SaveImage, name), "EEProm Image Save Cancelled") << name;
+    EXPECT_EQ(folder.Read("full.mot"), "former");
+    EXPECT_TRUE(program.state.eepRead && program.state.bufferChanged);
+
+    EXPECT_EQ(Run(&ImageArchive::SaveImage, "a.mot"), "EEProm Image Saved to Disk");
+    EXPECT_FALSE(program.state.eepRead || program.state.bufferChanged);
+    EXPECT_EQ(folder.Read("a.mot"),
+              kImage + "S1130120FFFFFF5AFFFFFFFFFFFFFFFFFFFFFFFF80\r\n" + kEnd);
+    EXPECT_EQ(program.state.archiveFolder + "/", folder.Path());
+    EXPECT_EQ(test.user.fileRequests.back().fileName, "Tarnwell-11172026-92101 PM");
+}
+
+TEST_F(ArchiveTest, NoImageIsLostBeforeTheHeaderIsAccepted) {
+    program.state.eepRead = true;
+    program.grid.SetGridChanged(true);
+    test.WillAnswer({Answer::No, Answer::Yes, Answer::No});
+    EXPECT_EQ(Run(&ImageArchive::LoadImage, "unused"), "");
+    EXPECT_EQ(Run(&ImageArchive::LoadImage, "unused"), "EEProm Image Load Canceled");
+    mkfifo(folder.Path("pipe").c_str(), 0600);
+    for (const char* name : {"", "missing", ".", "pipe"}) {
+        test.WillAnswer({Answer::Yes});
+        EXPECT_EQ(Run(&ImageArchive::LoadImage, name), "EEProm Image Load Cancelled") << name;
+        EXPECT_EQ(box, "D I S K   L O A D|Discard Present EEProm Image?");
+    }
+    EXPECT_EQ(program.buffer, MemoryBuffer{});
+    EXPECT_TRUE(program.state.eepRead && !program.state.bufferChanged);
+}
+
+TEST_F(ArchiveTest, ImageLoadTable) {
+    const std::string noSRecords = "E R R O R - File Mismatch|The archive is not an S-Record file";
+    const std::string noImage = "E R R O R - File Mismatch|The archive is not a valid EEP image";
+    const std::string foreign = "C A U T I O N - File Type|The file is not a Tarnwell EEProm data";
+    const std::string corrupt = "E R R O R - Checksum|Data in the S-Record file may be corrupt";
+    const std::string cancelled = "EEProm Image Load Cancelled";
+    const std::string failed = "EEProm Image Load Failed";
+    const std::string last = "1FF0" + std::string(32, '0') + "AB";
+    constexpr int kKept = 0x11;
+    const std::tuple<Load, int, std::size_t> rows[] = {
+        {{"", "", cancelled}, kKept, 0},
+        {{{"\0\x7F\n", 3}, noSRecords, failed}, kKept, 0},
+        {{"S00F0000ColorVal\n", noImage, failed}, kKept, 0},
+        {{"S00F0000Settings", noImage, failed}, kKept, 0},
+        {{kImage.substr(0, 70) + " \r\n", foreign, cancelled}, kKept, 0},
+        {{"S0" + std::string(200000, ' '), foreign, cancelled}, kKept, 0},
+        {{kImage, "", cancelled}, 0xFF, 0},
+        {{kImage + "S1130000", corrupt, failed}, 0, 0},
+        {{kImage + "S104000042b9\n", corrupt, failed}, 0x42, 0},
+        {{kImage + "S1040000G1FA\nS5030001FB\n", "", cancelled}, 0x01, 0},
+        {{kImage + "S1040000ab50\nS70500000000FA\n", "", cancelled}, 0xAB, 0},
+        {{kImage + "S114" + last + "31\n" + kEnd, "", kLoaded}, 0xAB, 8192},
+        {{kImage + "S115" + last, "", cancelled}, 0xAB, 8192},
+        {{kImage + "S102FFFF", "", cancelled}, 0xFF, 0},
+    };
+    for (const auto& [load, byte, slot] : rows) {
+        SCOPED_TRACE(load.content.substr(0, 99));
+        const bool changed = byte != kKept;
+        program.buffer.fill(kKept);
+        program.state.bufferChanged = false;
+        program.statusBar.ShowCrc("");
+        test.user.answers = {Answer::No};
+        test.user.onBox = [&](const Box&) { EXPECT_EQ(BufferIsShown(), changed); };
+        Expect(load, &ImageArchive::LoadImage);
+        EXPECT_EQ(program.buffer[slot], byte);
+        EXPECT_EQ(program.state.bufferChanged, changed);
+        EXPECT_EQ(BufferIsShown(), changed);
+    }
+    test.user.onBox = nullptr;
+    for (const char* record : {"S1041FF100", "S20501000000", "S306FFFFFFF000"}) {
+        folder.Write("archive", kImage + record);
+        EXPECT_THROW(Run(&ImageArchive::LoadImage, "archive"), ProgramEnd) << record;
+    }
+    EXPECT_EQ(test.user.boxes.at(0).title, "F A T A L   E R R O R");
+}
+
+TEST_F(ArchiveTest, ImagesGoRoundThroughOtherPrograms) {
+    const std::string cat = "srec_cat in.bin -binary -disable=data-count -o out -motorola ";
+    for (const std::string& write :
+         {cat + "-address-length=2", cat + "-address-length=3", cat + "-address-length=4",
+          std::string("objcopy -I binary -O srec in.bin out")}) {
+        for (std::size_t i = 0; i < kEepromBytes; ++i)
+            program.buffer[i] = static_cast<std::uint8_t>(i * i / 7 & 0x7F);
+        program.buffer.back() = 0xFF;
+        program.state.bufferChanged = true;
+        const MemoryBuffer image = program.buffer;
+        Run(&ImageArchive::SaveImage, "a.mot");
+        Shell("objcopy -I srec -O binary --gap-fill=0xFF a.mot in.bin");
+        EXPECT_EQ(folder.Read("in.bin"), std::string(image.begin(), image.end() - 1));
+        Shell("srec_cat a.mot -fill 0xFF 0 8192 -o cat.bin -binary; cmp cat.bin in.bin");
+        Shell(write);
+        Shell("(head -1 out; sed 's/\\r//; /^S[1-3]/!d' out | shuf; printf S9030000FC) > b.mot");
+        for (const char* name : {"b.mot", "a.mot"}) {
+            program.buffer.fill(0);
+            test.user.answers = {Answer::Yes};
+            EXPECT_EQ(Run(&ImageArchive::LoadImage, name), kLoaded) << write;
+            EXPECT_EQ(program.buffer, image);
+        }
+    }
+}
+
+TEST_F(ArchiveTest, SettingsAreFifteenLines) {
+    FillCells(Mark::Save, Number);
+    for (const char* name : {"", "missing/settings.mot"})
+        EXPECT_EQ(Run(&SettingsArchive::SaveSettings, name), "Settings Save Cancelled");
+    EXPECT_EQ(program.cells.Colour(71), CellColour::Changed);
+    EXPECT_EQ(Run(&SettingsArchive::SaveSettings, "a.mot"), "Settings Saved to Archive Disk File");
+    EXPECT_EQ(folder.Read("a.mot"), kSettings + Lines(kFirst + kNext) + kEnd);
+    Shell("srec_info a.mot");
+    EXPECT_EQ(CellsToSave(), kCellCount);
+    EXPECT_EQ(program.cells.Colour(71), CellColour::Normal);
+}
+
+TEST_F(ArchiveTest, SettingsGoRoundInEachPairOfModes) {
+    for (int pair = 0; pair < 4; ++pair) {
+        program.numberModeMenu.Select(pair < 2 ? NumberMode::Decimal : NumberMode::Hex);
+        FillCells(Mark::Clean, Number);
+        Run(&SettingsArchive::SaveSettings, "a.mot");
+        const bool hex = pair % 2 == 1;
+        program.numberModeMenu.Select(hex ? NumberMode::Hex : NumberMode::Decimal);
+        FillCells(Mark::Clean, [](int) { return 0U; });
+        Run(&SettingsArchive::LoadSettings, "a.mot");
+        for (int cell = 0; cell < kCellCount; ++cell)
+            EXPECT_EQ(program.cells.Caption(cell),
+                      hex ? HexText(Number(cell), 2) : std::to_string(Number(cell)));
+        EXPECT_EQ(CellsToSave(), kCellCount);
+    }
+}
+
+TEST_F(ArchiveTest, SettingsLoadTable) {
+    const std::string noSRecords = "A B O R T - File Load|The file is not an S-Record File";
+    const std::string noSettings = "A B O R T - File Load|File is not a Tarnwell Settings file";
+    const std::string corrupt = "E R R O R - Checksum|Data in the Settings file may be corrupt";
+    const std::string loaded = "Settings Loaded from Archive Disk File";
+    const std::string canceled = "Load Settings Canceled";
+    const std::string failed = "Load Settings Failed";
+    const std::string one = kSettings + Lines(kFirst);
+    const std::pair<Load, int> rows[] = {
+        {{"", "", canceled}, 0},
+        {{"\n", noSRecords, failed}, 0},
+        {{"S0\n" + Lines(kFirst + kNext) + kEnd, noSettings, failed}, 0},
+        {{one + Lines(kNext) + "not read", "", loaded}, 72},
+        {{one, "", canceled}, 6},
+        {{kSettings + Lines("S10408B407 " + kFirst) + kEnd, "", loaded}, 7},
+        {{one + "S10", corrupt, failed}, 6},
+        {{one + Lines("S104093C00"), "", canceled}, 6},
+        {{kSettings + Lines("S10A093B01020304050607") + kEnd, "", loaded}, 7},
+        {{one + Lines("S10508B40102"), "", canceled}, 6},
+        {{kSettings + Lines("S10408253F S10408B40F") + kEnd, "", loaded}, 2},
+        {{one + Lines("S104082540"), "", canceled}, 6},
+        {{one + Lines("S109095F0102030405G6"), "", canceled}, 6},
+        {{kSettings + Lines("S102093B") + kEnd, "", loaded}, 0},
+    };
+    for (const auto& [load, cellsToSave] : rows) {
+        FillCells(Mark::Clean, [](int) { return 0U; });
+        Expect(load, &SettingsArchive::LoadSettings);
+        EXPECT_EQ(CellsToSave(), cellsToSave) << load.content;
+    }
+}
+
+TEST_F(ArchiveTest, SettingsRefusalsAndTheHiddenMenu) {
+    program.cells.ClearSettingCells();
+    EXPECT_EQ(Run(&SettingsArchive::SaveSettings, "unused"), "Settings Save Cancelled");
+    EXPECT_THAT(box, testing::StartsWith("E R R O R|There are empty settings values;\r\nread or"));
+    for (const char* name : {"", "missing", "quillmer.mot"})
+        EXPECT_EQ(Run(&SettingsArchive::LoadSettings, name), "Load Settings Canceled") << name;
+    program.state.targetDevice = TargetDevice::Secondary;
+    EXPECT_EQ(Run(&SettingsArchive::SaveSettings, "unused"), kUseDataEditor);
+    Expect({kSettings + Lines(kFirst + kNext), "", std::string(kUseDataEditor)},
+           &SettingsArchive::LoadSettings);
+    EXPECT_EQ(CellsToSave(), 0);
+    EXPECT_EQ(Run(&SettingsArchive::LoadSettings, "missing/MyQuillmer.mot"), "");
+    EXPECT_TRUE(program.state.fillItemVisible);
+}
+
+}  // namespace
+}  // namespace tarnwell

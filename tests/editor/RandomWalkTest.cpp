@@ -32,7 +32,7 @@ struct Model {
     };
     std::deque<Answer>& answers;
     NumberMode mode = NumberMode::Decimal;
-    bool on = true, onPage = true, changed = false, open = false;
+    bool on = false, onPage = false, changed = false, open = false;
     std::size_t target = 0, current = 0;
     std::string edit{};
     std::array<std::string, kBytes> grid{};
@@ -164,11 +164,7 @@ struct Model {
 
 class RandomWalk : public testing::Test {
   protected:
-    RandomWalk() {
-        model.devices = {primary, secondary};
-        program.editorPage.SwitchPage(Page::Editor);
-        program.editorPage.ToggleEditor();
-    }
+    RandomWalk() { model.devices = {primary, secondary}; }
     std::size_t Draw(std::size_t choices) { return model.random() % choices; }
     void ActInGrid() {
         const int refusals = model.seen[kFull];

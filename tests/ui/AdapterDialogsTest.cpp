@@ -14,7 +14,9 @@ namespace {
 
 template <typename T = QRadioButton>
 T& child(const QWidget& dialog, const char* name) {
-    return dynamic_cast<T&>(*dialog.findChild<QWidget*>(QLatin1String(name)));
+    if (auto* found = dialog.findChild<T*>(QLatin1String(name)))
+        return *found;
+    throw std::runtime_error(name);
 }
 
 void click(const QWidget& dialog, std::initializer_list<const char*> buttons) {
@@ -48,6 +50,7 @@ TEST_F(AdapterDialogsTest, PortOptionsFollowEachKeyAndRefuseAConflict) {
     FormPortOpts dialog(options_, nullptr);
     dialog.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    EXPECT_EQ(QApplication::focusWidget(), &child(dialog, "DataOut_1"));
     const auto type = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
     auto& connector = child<PortConnector>(dialog, "PortConnector");
     EXPECT_EQ(connector.accessibleDescription(),
@@ -123,7 +126,7 @@ TEST_F(AdapterDialogsTest, HoweverTheTestEndsLinesPortAndTimerAreLeftAtRest) {
         dialog->show();
         EXPECT_EQ(child<QLabel>(*dialog, "Label3").text(), "");
         click(*dialog, {"DataOut_0", "AutoTestcheck"});
-        const QPointer<QTimer> timer(dialog->findChild<QTimer*>("Timer1"));
+        const QPointer<QTimer> timer(&child<QTimer>(*dialog, "Timer1"));
         ASSERT_TRUE(timer->isActive() && timer->interval() == 500 && !t_.television.Sda());
         end(dialog);
         EXPECT_FALSE(timer != nullptr && timer->isActive());

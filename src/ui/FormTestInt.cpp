@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include <functional>
 
 #include "ui/Heading.h"
 #include "ui/Measures.h"
@@ -81,8 +82,9 @@ void FormTestInt::addLine(QGridLayout& layout, LineControls& line, const LineNam
         line.levels.addButton(button, bit);
     }
     layout.addWidget(&line.frame, Outputs, names.number);
-    connect(&line.levels, &QButtonGroup::idClicked, this, [this, drive](int bit) {
-        (m_test.*drive)(bit == 0 ? Level::Low : Level::High);
+    InterfaceTest& test = m_test;
+    connect(&line.levels, &QButtonGroup::idClicked, this, [this, &test, drive](int bit) {
+        std::invoke(drive, test, bit == 0 ? Level::Low : Level::High);
         refresh();
     });
 

@@ -159,6 +159,11 @@ TEST_F(ArchiveTest, ImageLoadTable) {
         {{kImage + "S115" + last, "", cancelled}, 0xAB, 8192},
         {{kImage + "S102FFFF", "", cancelled}, 0xFF, 0},
     };
+    for (const char* record : {"S1041FF100", "S20501000000", "S306FFFFFFF000"}) {
+        folder.Write("archive", kImage + record);
+        EXPECT_THROW(Run(&ImageArchive::LoadImage, "archive"), ProgramEnd) << record;
+    }
+    EXPECT_EQ(test.user.TakeBoxes().at(2).substr(0, 21), "F A T A L   E R R O R");
     for (const auto& [load, byte, slot] : rows) {
         SCOPED_TRACE(load.content.substr(0, 99));
         const bool changed = byte != kKept;
@@ -172,12 +177,6 @@ TEST_F(ArchiveTest, ImageLoadTable) {
         EXPECT_EQ(program.state.bufferChanged, changed);
         EXPECT_EQ(BufferIsShown(), changed);
     }
-    test.user.onBox = nullptr;
-    for (const char* record : {"S1041FF100", "S20501000000", "S306FFFFFFF000"}) {
-        folder.Write("archive", kImage + record);
-        EXPECT_THROW(Run(&ImageArchive::LoadImage, "archive"), ProgramEnd) << record;
-    }
-    EXPECT_EQ(test.user.boxes.at(0).title, "F A T A L   E R R O R");
 }
 
 TEST_F(ArchiveTest, ImagesGoRoundThroughOtherPrograms) {

@@ -15,10 +15,10 @@
 
 namespace tarnwell {
 
+inline constexpr std::uint16_t kBase = 0x378;
+
 class FakeSystem final : public SystemCalls {
   public:
-    static constexpr std::uint16_t kBase = 0x378;
-
     TemporaryFolder folder;             ///< with proc and dev
     std::map<std::string, int> errors;  ///< errno values of "port open" and so on; EINTR blocks
     bool signals = false;               ///< the first call of each kind is interrupted

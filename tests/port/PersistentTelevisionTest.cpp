@@ -25,7 +25,6 @@ class PersistentTelevisionTest : public testing::Test {
     }
 
     const int factory_ = FactoryImage(Chip::Secondary)[77];
-    const int changed_ = factory_ ^ 0xFF;
     TemporaryFolder folder_;
     LinuxSystemCalls system_;
     PersistentTelevision first_{system_, folder_.Path("tarnwell")};
@@ -36,14 +35,14 @@ TEST_F(PersistentTelevisionTest, SavesWhatChangedAndReadsItAnewAtEachClaim) {
     EXPECT_EQ(Byte(first_), factory_);
     EXPECT_FALSE(std::filesystem::exists(folder_.Path(kFile)));
     Byte(second_, 0xFF);
-    EXPECT_EQ(Byte(first_), changed_);
+    EXPECT_EQ(Byte(first_), factory_ ^ 0xFF);
     for (const std::string& wrong : {folder_.Read(kFile) + "x", std::string(8191, 'x')}) {
         folder_.Write(kFile, wrong);
         EXPECT_EQ(Byte(first_), factory_);
     }
 }
 
-TEST_F(PersistentTelevisionTest, RefusesASecondInstanceWithinASecond) {
+TEST_F(PersistentTelevisionTest, RefusesASecondInstanceWithinASecondAndOtherAddresses) {
     first_.Claim(0x378);
     const auto before = system_.Now();
     second_.Claim(0x3BC);
@@ -53,6 +52,8 @@ TEST_F(PersistentTelevisionTest, RefusesASecondInstanceWithinASecond) {
     first_.Release();
     second_.Claim(0x3BC);
     EXPECT_EQ(second_.DlPortReadPortUchar(0x3BC), 0x00);
+    second_.Claim(0x123);
+    EXPECT_THAT(second_.Failure(), testing::HasSubstr("no parallel port at 123h"));
 }
 
 TEST_F(PersistentTelevisionTest, TellsWhatCannotBeSavedAndKeepsIt) {
@@ -60,20 +61,19 @@ TEST_F(PersistentTelevisionTest, TellsWhatCannotBeSavedAndKeepsIt) {
     Byte(second_, 0xFF);
     EXPECT_THAT(second_.Failure(), testing::HasSubstr("secondary.bin could not be saved"));
     std::filesystem::remove(folder_.Path(kFile) + ".part");
-    EXPECT_EQ(Byte(second_), changed_);
+    EXPECT_EQ(Byte(second_), factory_ ^ 0xFF);
     EXPECT_EQ(second_.Failure(), "");
-    EXPECT_EQ(Byte(first_), changed_);
+    EXPECT_EQ(Byte(first_), factory_ ^ 0xFF);
     PersistentTelevision nowhere(system_, folder_.Path(kFile));
     nowhere.Claim(0x378);
     EXPECT_THAT(nowhere.Failure(), testing::HasSubstr("simulated.lock: Not a directory"));
 }
 
 TEST(DataFolder, FollowsTheDesktopsRule) {
-    setenv("HOME", "/home", 1);
-    for (const std::string dataHome : {"", "relative", "/data"}) {
-        setenv("XDG_DATA_HOME", dataHome.c_str(), 1);
-        EXPECT_EQ(DataFolder(), (dataHome == "/data" ? "/data" : "/home/.local/share") +
-                                    std::string("/tarnwell"));
+    setenv("HOME", "/h", 1);
+    for (const std::string given : {"", "relative", "/data"}) {
+        setenv("XDG_DATA_HOME", given.c_str(), 1);
+        EXPECT_EQ(DataFolder(), given == "/data" ? "/data/tarnwell" : "/h/.local/share/tarnwell");
     }
 }
 

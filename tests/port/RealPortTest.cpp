@@ -12,8 +12,6 @@
 namespace tarnwell {
 namespace {
 
-constexpr std::uint16_t kBase = FakeSystem::kBase;
-
 /// The parameter is the device file, which tells the port.
 class RealPortTest : public testing::TestWithParam<const char*> {
   protected:

@@ -8,6 +8,7 @@
 
 #include "core/Number.h"
 #include "port/FactoryImage.h"
+#include "settings/Catalog.h"
 
 namespace tarnwell {
 namespace {
@@ -114,23 +115,24 @@ TEST_F(SimulatedTelevisionTest, AStartAnywhereResetsAndAReadNotAcknowledgedEnds)
 }
 
 TEST_F(SimulatedTelevisionTest, DeviceFaultsShowOnTheWire) {
-    const std::string both = "S A0+ 00+ 20+ 33+ 44+ P S A0+ 00+ 20+ Sr A1+ ";
-    using enum FaultKind;
-    const std::pair<Fault, std::string> rows[] = {
-        {{.kind = WrongWrite, .chip = Chip::Secondary}, both + "<33+ <44- P"},
-        {{.kind = WrongWrite, .mask = 0x81}, both + "<B2+ <C5- P"},
-        {{.kind = FlippedBit, .address = 0x21, .mask = 0x10}, both + "<33+ <54- P"},
-        {{.kind = LateAcknowledge, .samples = 3}, "S A0--+ ~1 Sr P"},
-        {{DeviceSilent, {WireEvent::Byte, 3}}, "S A0+ 00+ 20- P S A0- P"},
-        {{DeviceSilent, {WireEvent::Clock, 87}}, both + "<3F+ <FF- P"},
-    };
     tv_.SetWriteCycle(0ms);
-    for (const auto& [fault, wire] : rows) {
-        tv_.Inject(fault);
-        Expect(wire);
-        tv_.ClearFaults();
-    }
+    tv_.Inject({.kind = FaultKind::WrongWrite, .mask = 0x81});
+    tv_.Inject({.kind = FaultKind::WrongWrite, .chip = Chip::Secondary, .mask = 0x42});
+    Expect("S A0+ 00+ 20+ 33+ 44+ P S A0+ 00+ 20+ Sr A1+ <B2+ <C5- P");
     EXPECT_EQ(tv_.Memory(Chip::Primary)[0x22], FactoryImage(Chip::Primary)[0x22]);
+    tv_.Inject({.kind = FaultKind::LateAcknowledge, .samples = 3});
+    Expect("S A0--+ ~1 Sr P");
+}
+
+TEST(FactoryImage, HoldsEverySettingInItsRange) {
+    const EepromImage image = FactoryImage(Chip::Primary);
+    for (const Setting& setting : kCatalog) {
+        for (const CellPlace& place : setting.cells) {
+            const int byte = place.Exists() ? image.at(static_cast<std::size_t>(place.address)) : 0;
+            EXPECT_LE(byte >> setting.shift, setting.maximum) << setting.code;
+        }
+    }
+    EXPECT_NE(image, FactoryImage(Chip::Secondary));
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace tarnwell {
 enum class BusLine : std::uint8_t { Scl, Sda };
 enum class Level : std::uint8_t { Low, High };
 
-/// Shortest times of the bus: I2C-bus specification and user manual (UM10204), table 10, standard
+/// Shortest times of the bus: NXP user manual UM10204 (the I2C bus), table 10, standard
 /// mode; where the 24C64's data sheet asks for more (stop set-up), the longer of the two.
 namespace bustimes {
 using namespace std::chrono_literals;

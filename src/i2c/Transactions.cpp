@@ -11,8 +11,6 @@ constexpr std::uint8_t kPrimarySelect = 0xA0;
 constexpr std::uint8_t kSecondarySelect = 0xA2;
 constexpr std::uint8_t kReadBit = 0x01;
 
-constexpr int kProgressStep = 64;
-
 /// A 24C64 finishes its write cycle within 10 ms (data sheet, t_WR).
 constexpr BusTime kWriteCycleBound = std::chrono::milliseconds(50);
 

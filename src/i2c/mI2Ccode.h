@@ -16,6 +16,9 @@ namespace tarnwell {
 /// Bytes of one 24C64.
 inline constexpr int kEepromBytes = 8192;
 
+/// The progress of a whole device is shown each time so many bytes are done.
+inline constexpr int kProgressStep = 64;
+
 /// Samples of the acknowledge bit after which a device counts as silent.
 inline constexpr int kAckSamples = 5;
 

@@ -9,8 +9,6 @@ namespace tarnwell {
 
 namespace {
 
-constexpr int kProgressStep = 64;
-
 constexpr Message kAskWrite{"Write memory buffer to EEProm?", "V E R I F Y",
                             BoxStyle::YesNoQuestion};
 constexpr TextRequest kAskFillValue{"Enter DECIMAL value for EEP fill...",

@@ -26,7 +26,7 @@ struct BenchWindow {
     RealTimePort port{BusTime(0)};
     MemoryRegistry registry;
     LinuxPlatform platform;
-    FormMain window{{port, port.TheClock(), registry, platform, true}};
+    FormMain window{{port, port.TheClock(), registry, platform, true, "/dev/null/none"}};
 
     BenchWindow() {
         window.startUp();

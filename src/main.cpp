@@ -2,8 +2,8 @@
 #include <QApplication>
 #include <QCommandLineParser>
 
+#include "core/UserFolders.h"
 #include "port/LinuxSystemCalls.h"
-#include "port/PersistentTelevision.h"
 #include "port/PortChoice.h"
 #include "ui/FormMain.h"
 #include "ui/IniStore.h"
@@ -56,8 +56,8 @@ int main(int argc, char** argv) {
         tarnwell::ChoosePort(arguments.port, arguments.television, system, tarnwell::DataFolder());
     tarnwell::IniStore store(tarnwell::IniStore::defaultFileName());
     tarnwell::LinuxPlatform platform;
-    tarnwell::FormMain window(
-        {port->ThePort(), port->TheClock(), store, platform, port->IsSimulated()});
+    tarnwell::FormMain window({port->ThePort(), port->TheClock(), store, platform,
+                               port->IsSimulated(), tarnwell::StateFolder() + "/backups"});
     window.startUp();
     window.show();
     return QApplication::exec();

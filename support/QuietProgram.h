@@ -31,9 +31,10 @@ struct QuietProgram {
     MemoryRegistry registry;
     Program program;
 
-    QuietProgram(Port& port, Clock& clock)
+    /// Without a folder that can be made, it writes without backups.
+    QuietProgram(Port& port, Clock& clock, const std::string& backupFolder = "/dev/null/none")
         : program({port, clock, outside, timer, user, outside, outside, outside, outside, outside,
-                   registry, outside}) {
+                   registry, outside, backupFolder}) {
         program.StartUp(outside);
         program.i2c.ApplyPortOptions();
     }

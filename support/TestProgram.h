@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "port/SimulatedTelevision.h"
+#include "support/TemporaryFolder.h"
 #include "ui/Program.h"
 
 namespace tarnwell {
@@ -126,6 +127,7 @@ class TestSurroundings final : public Screen,
     std::vector<std::string> started;
     bool startsSucceed = true;
     std::string modulePath;
+    std::string timestamp = "20261117-212101";
 
     void Changed(Shown what) override { changes.push_back(what); }
 
@@ -173,6 +175,7 @@ class TestSurroundings final : public Screen,
 
     std::string ShortDate() const override { return "11/17/2026"; }
     std::string TimeWithSeconds() const override { return "9:21:01 PM"; }
+    std::string Timestamp() const override { return timestamp; }
 
     void SetUpFileDialog() override { steps.emplace_back("file dialog"); }
     void SyncMenuChecks() override { steps.emplace_back("menu checks"); }
@@ -186,6 +189,7 @@ class TestSurroundings final : public Screen,
 
 /// A program whose options are loaded, on a television whose bus answers.
 struct TestProgram {
+    TemporaryFolder folder;
     SimulatedTelevision television;
     TestSurroundings outside;
     ManualTimer timer;
@@ -196,7 +200,7 @@ struct TestProgram {
     explicit TestProgram(Simulation simulation = {})
         : television(simulation),
           program({television, television, outside, timer, user, outside, outside, outside, outside,
-                   outside, registry, outside}) {
+                   outside, registry, outside, folder.Path("backups")}) {
         program.StartUp(outside);
         program.i2c.ApplyPortOptions();
         outside.steps.clear();

@@ -1,15 +1,11 @@
 // Saving the memory buffer as an image archive and loading it back.
 #include "archive/ImageArchive.h"
 
-#include <utility>
+#include "archive/ImageRecords.h"
 
 namespace tarnwell {
 
 namespace {
-
-constexpr std::string_view kImageHeader =
-    "S021000048616C7620446F726E205461726E77656C6C203202024461746146696C65E7";
-constexpr std::string_view kErasedData = "FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFF";
 
 constexpr std::string_view kSaveCancelled = "EEProm Image Save Cancelled";
 constexpr std::string_view kDiscardRefused = "EEProm Image Load Canceled";
@@ -76,15 +72,7 @@ std::string ImageArchive::ProposedName() const {
 
 bool ImageArchive::SaveTo(const std::string& path) {
     SetArchiveFolder(state_, path);
-    std::vector<std::string> lines{std::string(kImageHeader)};
-    for (int row = 0; row < kGridRows; ++row) {
-        std::string record =
-            MakeS1Record(buffer_, static_cast<std::int16_t>(row * kBytesPerRow), kBytesPerRow);
-        if (record.compare(kS1DataPosition, kErasedData.size(), kErasedData) != 0)
-            lines.push_back(std::move(record));
-    }
-    lines.emplace_back(kTerminator);
-    return WriteArchive(path, lines);
+    return WriteArchive(path, ImageRecords(buffer_));
 }
 
 void ImageArchive::LoadImage() {

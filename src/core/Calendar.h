@@ -14,6 +14,9 @@ class Calendar {
 
     /// Now in the time form with seconds.
     virtual std::string TimeWithSeconds() const = 0;
+
+    /// Date and time in a form that sorts by time, whatever the system's: 20261124-195230.
+    virtual std::string Timestamp() const = 0;
 };
 
 }  // namespace tarnwell

@@ -26,8 +26,15 @@ Box AskWrite(int count) {
 }  // namespace
 
 PendingWrites::PendingWrites(const ProgramState& state, StatusBar& statusBar, User& user,
-                             mI2Ccode& i2c, DataGrid& grid, EditorView& view)
-    : state_(state), statusBar_(statusBar), user_(user), i2c_(i2c), grid_(grid), view_(view) {}
+                             mI2Ccode& i2c, WriteGuard& writeGuard, DataGrid& grid,
+                             EditorView& view)
+    : state_(state),
+      statusBar_(statusBar),
+      user_(user),
+      i2c_(i2c),
+      writeGuard_(writeGuard),
+      grid_(grid),
+      view_(view) {}
 
 void PendingWrites::AddPendingWrite(const EditRecord& record) {
     if (record.EditAddress.empty())
@@ -70,6 +77,8 @@ void PendingWrites::WritePending() {
         statusBar_.ShowStatus("EEProm Write Cancelled", kResultSeconds);
         return;
     }
+    if (!writeGuard_.MayWrite())
+        return;
     switch (WriteEntries()) {
         case Outcome::Aborted:
             i2c_.AbortOperation();

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "editor/DataGrid.h"
+#include "image/WriteGuard.h"
 
 namespace tarnwell {
 
@@ -20,7 +21,7 @@ struct EditRecord {
 class PendingWrites final : public NumberDisplay {
   public:
     PendingWrites(const ProgramState& state, StatusBar& statusBar, User& user, mI2Ccode& i2c,
-                  DataGrid& grid, EditorView& view);
+                  WriteGuard& writeGuard, DataGrid& grid, EditorView& view);
 
     /// Queues the record; with the tenth the user is asked to write at once or to give up the
     /// queue. Does nothing without an address. The queue must not be full.
@@ -50,6 +51,7 @@ class PendingWrites final : public NumberDisplay {
     StatusBar& statusBar_;
     User& user_;
     mI2Ccode& i2c_;
+    WriteGuard& writeGuard_;
     DataGrid& grid_;
     EditorView& view_;
     std::array<EditRecord, kPendingRows> rows_;

@@ -59,12 +59,14 @@ std::optional<std::uint8_t> FillValue(std::string_view answer) {
 }
 
 WholeDevice::WholeDevice(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
-                         mI2Ccode& i2c, MemoryBuffer& buffer, BufferDisplays& displays)
+                         mI2Ccode& i2c, WriteGuard& writeGuard, MemoryBuffer& buffer,
+                         BufferDisplays& displays)
     : state_(state),
       statusBar_(statusBar),
       screen_(screen),
       user_(user),
       i2c_(i2c),
+      writeGuard_(writeGuard),
       buffer_(buffer),
       displays_(displays) {}
 
@@ -81,6 +83,7 @@ void WholeDevice::ReadEntireEep() {
         return;
     }
     std::copy_n(i2c_.ReadData().begin(), kEepromBytes, buffer_.begin());
+    writeGuard_.DeviceRead(i2c_.ReadData());
     statusBar_.ShowStatus(state_.targetDevice == TargetDevice::Primary
                               ? "Primary EEProm Data Read Into Memory"
                               : "Secondary EEProm Data Read Into Memory",
@@ -128,6 +131,8 @@ void WholeDevice::FillEntireEep() {
 template <typename ValueAt>
 void WholeDevice::WriteAndVerify(std::string_view waitLine, const Verification& verification,
                                  ValueAt valueAt) {
+    if (!writeGuard_.MayWrite())
+        return;
     statusBar_.PutStatus(waitLine);
     const Transfer written = WriteAll(valueAt);
     statusBar_.EndProgress();

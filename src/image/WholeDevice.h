@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "image/MemoryBuffer.h"
+#include "image/WriteGuard.h"
 
 namespace tarnwell {
 
@@ -30,7 +30,8 @@ class BufferDisplays {
 class WholeDevice {
   public:
     WholeDevice(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
-                mI2Ccode& i2c, MemoryBuffer& buffer, BufferDisplays& displays);
+                mI2Ccode& i2c, WriteGuard& writeGuard, MemoryBuffer& buffer,
+                BufferDisplays& displays);
 
     void ReadEntireEep();
     void WriteEntireEep();
@@ -61,6 +62,7 @@ class WholeDevice {
     Screen& screen_;
     User& user_;
     mI2Ccode& i2c_;
+    WriteGuard& writeGuard_;
     MemoryBuffer& buffer_;
     BufferDisplays& displays_;
 };

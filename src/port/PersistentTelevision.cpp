@@ -2,10 +2,7 @@
 #include "port/PersistentTelevision.h"
 
 #include <fcntl.h>
-#include <pwd.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -22,21 +19,7 @@ namespace {
 
 constexpr std::array kChips{Chip::Primary, Chip::Secondary};
 
-std::string HomeFolder() {
-    if (const char* const home = std::getenv("HOME"); home && *home)
-        return home;
-    const passwd* const account = getpwuid(getuid());
-    return account ? account->pw_dir : ".";
-}
-
 }  // namespace
-
-std::string DataFolder() {
-    // A relative path is to be ignored.
-    const char* const dataHome = std::getenv("XDG_DATA_HOME");
-    const bool given = dataHome && *dataHome == '/';
-    return (given ? dataHome : HomeFolder() + "/.local/share") + "/tarnwell";
-}
 
 PersistentTelevision::PersistentTelevision(SystemCalls& system, std::string folder,
                                            Simulation simulation)

@@ -9,9 +9,6 @@
 
 namespace tarnwell {
 
-/// The folder for the program's data: `tarnwell` below $XDG_DATA_HOME or ~/.local/share.
-std::string DataFolder();
-
 /// Reads simulated-primary.bin and simulated-secondary.bin (8192 bytes each; factory values
 /// where there is no such file) at each claim and writes what has changed at the release.
 /// A second instance on the same folder is refused meanwhile.

@@ -26,12 +26,13 @@ int ShiftOf(int cell) {
 }  // namespace
 
 SettingsEngine::SettingsEngine(ProgramState& state, StatusBar& statusBar, User& user, mI2Ccode& i2c,
-                               MemoryBuffer& buffer, DataGrid& grid, EditorPage& editorPage,
-                               SettingCells& cells)
+                               WriteGuard& writeGuard, MemoryBuffer& buffer, DataGrid& grid,
+                               EditorPage& editorPage, SettingCells& cells)
     : state_(state),
       statusBar_(statusBar),
       user_(user),
       i2c_(i2c),
+      writeGuard_(writeGuard),
       buffer_(buffer),
       grid_(grid),
       editorPage_(editorPage),
@@ -110,6 +111,8 @@ void SettingsEngine::WriteSettingsToEep() {
         user_.ShowBox(kNothingToWrite);
         return;
     }
+    if (!writeGuard_.MayWrite())
+        return;
     const Outcome outcome = WriteCells() == Transfer::Done ? VerifyEEP() : Outcome::Aborted;
     switch (outcome) {
         case Outcome::Aborted:

@@ -11,8 +11,8 @@ inline constexpr std::string_view kUseDataEditor = "Use the Data Editor to View/
 class SettingsEngine {
   public:
     SettingsEngine(ProgramState& state, StatusBar& statusBar, User& user, mI2Ccode& i2c,
-                   MemoryBuffer& buffer, DataGrid& grid, EditorPage& editorPage,
-                   SettingCells& cells);
+                   WriteGuard& writeGuard, MemoryBuffer& buffer, DataGrid& grid,
+                   EditorPage& editorPage, SettingCells& cells);
 
     /// Shows the settings that the buffer holds; refuses while the secondary EEPROM is the target.
     void ShowSettingsFromBuffer();
@@ -39,6 +39,7 @@ class SettingsEngine {
     StatusBar& statusBar_;
     User& user_;
     mI2Ccode& i2c_;
+    WriteGuard& writeGuard_;
     MemoryBuffer& buffer_;
     DataGrid& grid_;
     EditorPage& editorPage_;

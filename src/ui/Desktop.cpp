@@ -1,14 +1,13 @@
 #include "ui/Desktop.h"
 
 #include <QCoreApplication>
-#include <QDate>
+#include <QDateTime>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QLocale>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
-#include <QTime>
 #include <QUrl>
 
 #include "ui/Text.h"
@@ -67,6 +66,10 @@ std::string Desktop::ShortDate() const {
 std::string Desktop::TimeWithSeconds() const {
     const QLocale locale;
     return fromQt(locale.toString(QTime::currentTime(), timeFormatWithSeconds(locale)));
+}
+
+std::string Desktop::Timestamp() const {
+    return fromQt(QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss")));
 }
 
 QtTimer::QtTimer() {

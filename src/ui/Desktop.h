@@ -18,6 +18,7 @@ class Desktop final : public Programs, public Calendar {
     std::string KernelModulePath(const std::string& module) const override;
     std::string ShortDate() const override;
     std::string TimeWithSeconds() const override;
+    std::string Timestamp() const override;
 };
 
 /// `MsgTimer`.

@@ -26,6 +26,7 @@ struct Connections {
     mRegistry& registry;
     Platform& platform;
     bool simulated;
+    std::string backupFolder;
 };
 
 class FormMain final : public QMainWindow,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "archive/ImageArchive.h"
+#include "archive/ImageBackups.h"
 #include "archive/SettingsArchive.h"
 #include "core/HelpCommands.h"
 #include "core/RunEnds.h"
@@ -24,6 +25,7 @@ struct Surroundings {
     Programs& programs;
     mRegistry& registry;
     const Calendar& calendar;
+    std::string backupFolder;
 };
 
 class Program final : private BufferDisplays, private UnsavedWork {
@@ -53,6 +55,8 @@ class Program final : private BufferDisplays, private UnsavedWork {
     MemoryBuffer buffer{};
     StatusBar statusBar;
     mI2Ccode i2c;
+    ImageBackups backups;
+    WriteGuard writeGuard;
     DataGrid grid;
     PendingWrites pending;
     CellEditor cellEditor;

@@ -69,13 +69,5 @@ TEST_F(PersistentTelevisionTest, TellsWhatCannotBeSavedAndKeepsIt) {
     EXPECT_THAT(nowhere.Failure(), testing::HasSubstr("simulated.lock: Not a directory"));
 }
 
-TEST(DataFolder, FollowsTheDesktopsRule) {
-    setenv("HOME", "/h", 1);
-    for (const std::string given : {"", "relative", "/data"}) {
-        setenv("XDG_DATA_HOME", given.c_str(), 1);
-        EXPECT_EQ(DataFolder(), given == "/data" ? "/data/tarnwell" : "/h/.local/share/tarnwell");
-    }
-}
-
 }  // namespace
 }  // namespace tarnwell

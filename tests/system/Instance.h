@@ -20,7 +20,7 @@ struct Instance {
     std::string folder;
     LinuxSystemCalls system{};
     PersistentTelevision television{system, folder + "tarnwell"};
-    QuietProgram quiet{television, television};
+    QuietProgram quiet{television, television, folder + "backups"};
     Program& program = quiet.program;
 };
 

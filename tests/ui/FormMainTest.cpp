@@ -65,7 +65,8 @@ class FormMainTest : public ::testing::Test {
     SimulatedTelevision television{Simulation{.writeCycle = BusTime(20'000)}};
     MemoryRegistry registry;
     LinuxPlatform platform;
-    FormMain window{{television, television, registry, platform, true}};
+    TemporaryFolder folder;
+    FormMain window{{television, television, registry, platform, true, folder.Path("backups")}};
     ModalScript script;
     Program& program = window.program();
 

@@ -1,0 +1,14 @@
+// The folders of the program in the user's home (XDG Base Directory Specification).
+#pragma once
+
+#include <string>
+
+namespace tarnwell {
+
+/// For the program's data: `tarnwell` below $XDG_DATA_HOME or ~/.local/share.
+std::string DataFolder();
+
+/// For what is kept between runs: `tarnwell` below $XDG_STATE_HOME or ~/.local/state.
+std::string StateFolder();
+
+}  // namespace tarnwell

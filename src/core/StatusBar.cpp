@@ -6,7 +6,6 @@ namespace {
 
 constexpr std::string_view kWelcome = "Welcome to Tarnwell";
 constexpr std::string_view kAboutPointer = "Please read about Tarnwell 2 in Help --> About";
-constexpr int kDeviceBytes = 8192;
 
 }  // namespace
 
@@ -52,14 +51,14 @@ void StatusBar::ShowCrc(std::string_view text) {
     screen_.Changed(Shown::CrcPanel);
 }
 
-void StatusBar::ShowProgress(int bytesDone) {
-    const int percent = (bytesDone * 100 + kDeviceBytes / 2) / kDeviceBytes;
-    progress_ = std::to_string(percent) + "%";
+void StatusBar::ShowProgress(const Progress& progress) {
+    progress_ = progress;
+    percentage_ = std::to_string(progress.percent) + "%";
     screen_.Changed(Shown::EepPanel);
 }
 
 void StatusBar::EndProgress() {
-    progress_.clear();
+    progress_.reset();
     screen_.Changed(Shown::EepPanel);
 }
 
@@ -72,7 +71,7 @@ std::string_view StatusBar::Text(Panel panel) const {
         case Panel::Crc:
             return crc_;
         case Panel::Eep:
-            return progress_.empty() ? Word(state_.targetDevice) : std::string_view(progress_);
+            return progress_ ? std::string_view(percentage_) : Word(state_.targetDevice);
     }
     return {};
 }

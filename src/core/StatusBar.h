@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,12 @@ class Timer {
 };
 
 enum class Panel : std::uint8_t { Mode, Status, Crc, Eep };
+
+/// How far an operation on a whole device has come.
+struct Progress {
+    int percent;
+    int secondsLeft;
+};
 
 class StatusBar {
   public:
@@ -39,11 +46,14 @@ class StatusBar {
 
     void ShowCrc(std::string_view text);
 
-    /// Shows the part done in the device panel, as a percentage of a whole device.
-    void ShowProgress(int bytesDone);
+    /// Shows the percentage in the device panel.
+    void ShowProgress(const Progress& progress);
 
     /// Puts the target device back into its panel.
     void EndProgress();
+
+    /// Of the whole-device operation that runs, if one does.
+    const std::optional<Progress>& RunningProgress() const { return progress_; }
 
     std::string_view Text(Panel panel) const;
 
@@ -56,7 +66,8 @@ class StatusBar {
     Timer& msgTimer_;
     std::string status_;
     std::string crc_;
-    std::string progress_;
+    std::optional<Progress> progress_;
+    std::string percentage_;
     int commandsRunning_ = 0;
     bool timerDue_ = false;
 };

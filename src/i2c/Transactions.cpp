@@ -1,5 +1,5 @@
 // The two EEPROM transactions: block read and single-byte write.
-#include <algorithm>
+#include <optional>
 
 #include "i2c/mI2Ccode.h"
 
@@ -13,31 +13,6 @@ constexpr std::uint8_t kReadBit = 0x01;
 
 /// A 24C64 finishes its write cycle within 10 ms (data sheet, t_WR).
 constexpr BusTime kWriteCycleBound = std::chrono::milliseconds(50);
-
-/// Shows the progress of a whole-device read while it runs.
-class ReadProgress {
-  public:
-    ReadProgress(StatusBar& statusBar, User& user, int count)
-        : statusBar_(statusBar), user_(user), shown_(count == kEepromBytes) {}
-    ~ReadProgress() {
-        if (shown_)
-            statusBar_.EndProgress();
-    }
-    ReadProgress(const ReadProgress&) = delete;
-    ReadProgress& operator=(const ReadProgress&) = delete;
-
-    void Show(int bytesRead) {
-        if (!shown_ || bytesRead % kProgressStep != 0)
-            return;
-        statusBar_.ShowProgress(bytesRead);
-        user_.KeepPainting();
-    }
-
-  private:
-    StatusBar& statusBar_;
-    User& user_;
-    bool shown_;
-};
 
 }  // namespace
 
@@ -66,7 +41,9 @@ Transfer mI2Ccode::SendAddressed(std::uint8_t select, std::int16_t address) {
 }
 
 Transfer mI2Ccode::ReadBlock(std::int16_t address, std::int16_t count) {
-    ReadProgress progress(statusBar_, user_, count);
+    std::optional<DeviceProgress> progress;
+    if (count == kEepromBytes)
+        progress.emplace(statusBar_, user_, clock_);
     const std::uint8_t select = SelectByte();
     if (SendAddressed(select, address) == Transfer::Aborted)
         return Transfer::Aborted;
@@ -84,8 +61,8 @@ Transfer mI2Ccode::ReadBlock(std::int16_t address, std::int16_t count) {
             SendAck();
         if (BusFailed())
             return Transfer::Aborted;
-        if (index != last)
-            progress.Show(index + 1);
+        if (progress && index != last)
+            progress->Show(index + 1);
     }
     return ExpectIdleBus();
 }

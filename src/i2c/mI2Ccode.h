@@ -8,6 +8,7 @@
 #include "core/StatusBar.h"
 #include "core/User.h"
 #include "i2c/BusTiming.h"
+#include "i2c/DeviceProgress.h"
 #include "i2c/PinMapping.h"
 #include "i2c/Port.h"
 
@@ -15,9 +16,6 @@ namespace tarnwell {
 
 /// Bytes of one 24C64.
 inline constexpr int kEepromBytes = 8192;
-
-/// The progress of a whole device is shown each time so many bytes are done.
-inline constexpr int kProgressStep = 64;
 
 /// Samples of the acknowledge bit after which a device counts as silent.
 inline constexpr int kAckSamples = 5;
@@ -82,6 +80,9 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
 
     /// The bytes of the last block read.
     const EepromArray& ReadData() const { return readData_; }
+
+    /// For a command that works through a whole device by itself.
+    DeviceProgress TrackProgress() { return {statusBar_, user_, clock_}; }
 
     /// Ends a command whose transaction was aborted: frees the bus and tells the user.
     void AbortOperation();

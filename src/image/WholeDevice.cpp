@@ -135,7 +135,6 @@ void WholeDevice::WriteAndVerify(std::string_view waitLine, const Verification& 
         return;
     statusBar_.PutStatus(waitLine);
     const Transfer written = WriteAll(valueAt);
-    statusBar_.EndProgress();
     if (written == Transfer::Aborted) {
         i2c_.AbortOperation();
         return;
@@ -160,12 +159,12 @@ void WholeDevice::WriteAndVerify(std::string_view waitLine, const Verification& 
 
 template <typename ValueAt>
 Transfer WholeDevice::WriteAll(ValueAt valueAt) {
+    DeviceProgress progress = i2c_.TrackProgress();
     for (int address = 0; address < kEepromBytes; ++address) {
         const auto value = valueAt(static_cast<std::size_t>(address));
         if (i2c_.WriteByte(static_cast<std::int16_t>(address), value) == Transfer::Aborted)
             return Transfer::Aborted;
-        if (address % kProgressStep == 0 && address > 0)
-            statusBar_.ShowProgress(address);
+        progress.Show(address);
         user_.KeepPainting();
     }
     return Transfer::Done;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <QPalette>
 
 #include "settings/SettingCells.h"
 
@@ -14,6 +15,18 @@ inline constexpr QColor kValueText{0, 0, 192};
 inline constexpr QColor kText{0, 0, 0};
 inline constexpr QColor kLampOn{0, 255, 0};
 inline constexpr QColor kLampOff{255, 0, 0};
+
+/// A shade of the theme's highlight on which its ordinary text is still read.
+inline QColor progressBar(const QPalette& palette) {
+    constexpr double kShare = 0.35;
+    const QColor base = palette.color(QPalette::Window);
+    const QColor highlight = palette.color(QPalette::Highlight);
+    const auto mixed = [](int from, int to) {
+        return static_cast<int>(from + (to - from) * kShare);
+    };
+    return {mixed(base.red(), highlight.red()), mixed(base.green(), highlight.green()),
+            mixed(base.blue(), highlight.blue())};
+}
 
 constexpr QColor of(CellColour colour) {
     switch (colour) {

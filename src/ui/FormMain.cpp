@@ -34,6 +34,8 @@ FormMain::FormMain(const Connections& connections)
     : onProgramEnd([] { std::_Exit(EXIT_FAILURE); }),
       m_port(connections.port),
       m_platform(connections.platform),
+      m_caption(connections.simulated ? QStringLiteral(" Tarnwell 2 - Simulated Television")
+                                      : QStringLiteral(" Tarnwell 2")),
       m_program({connections.port, connections.clock, *this, m_msgTimer, m_user, *this, *this,
                  *this, connections.platform, m_desktop, connections.registry, m_desktop,
                  connections.backupFolder}),
@@ -60,8 +62,7 @@ FormMain::FormMain(const Connections& connections)
     initPictures();
     m_user.setWindow(this);
     setObjectName(QStringLiteral("formMain"));
-    setWindowTitle(connections.simulated ? QStringLiteral(" Tarnwell 2 - Simulated Television")
-                                         : QStringLiteral(" Tarnwell 2"));
+    setWindowTitle(m_caption);
     setWindowIcon(QIcon(QStringLiteral(":/pictures/tarnwell.svg")));
     setCentralWidget(&m_body);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
@@ -237,7 +238,8 @@ void FormMain::Changed(Shown what) {
         case Shown::CrcPanel:
             return panel(Panel::Crc);
         case Shown::EepPanel:
-            return panel(Panel::Eep);
+            panel(Panel::Eep);
+            return showProgress();
         case Shown::Menus:
             return m_menu.sync(m_program.state);
         case Shown::Layout:
@@ -250,6 +252,16 @@ void FormMain::Changed(Shown what) {
                                                                : Info(Page::Editor).caption));
             return;
     }
+}
+
+void FormMain::showProgress() {
+    const std::optional<Progress>& progress = m_program.statusBar.RunningProgress();
+    m_statusArea.showProgress(progress);
+    setWindowTitle(!progress ? m_caption
+                             : QStringLiteral("%1 - %2%, %3 s left")
+                                   .arg(m_caption)
+                                   .arg(progress->percent)
+                                   .arg(progress->secondsLeft));
 }
 
 void FormMain::SetLayout() {

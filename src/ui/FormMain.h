@@ -71,6 +71,7 @@ class FormMain final : public QMainWindow,
     void showAbout();
 
     void Changed(Shown what) override;
+    void showProgress();
 
     void GridRefilled() override;
     void GridCellChanged(GridCell cell) override;
@@ -101,6 +102,7 @@ class FormMain final : public QMainWindow,
 
     Port& m_port;
     Platform& m_platform;
+    const QString m_caption;
     Desktop m_desktop;
     QtTimer m_msgTimer;
     QtUser m_user;

@@ -1,6 +1,7 @@
 #include "ui/StatusArea.h"
 
 #include <QEvent>
+#include <QPainter>
 
 #include "ui/Colours.h"
 #include "ui/Measures.h"
@@ -33,6 +34,20 @@ const Arrangement& arrangementOf(SizeMode mode) {
 
 }  // namespace
 
+void ProgressPanel::setPercent(std::optional<int> percent) {
+    m_percent = percent;
+    update();
+}
+
+void ProgressPanel::paintEvent(QPaintEvent* event) {
+    if (m_percent) {
+        QRect bar = contentsRect();
+        bar.setWidth(bar.width() * *m_percent / 100);
+        QPainter(this).fillRect(bar, colours::progressBar(palette()));
+    }
+    FittedLabel::paintEvent(event);
+}
+
 StatusArea::StatusArea(QWidget* parent) : QWidget(parent), m_strip(this) {
     for (std::size_t index = 0; index < kPanels; ++index) {
         const int number = static_cast<int>(index);
@@ -42,7 +57,10 @@ StatusArea::StatusArea(QWidget* parent) : QWidget(parent), m_strip(this) {
         caption->installEventFilter(this);
         m_captions[index] = caption;
 
-        auto* panel = new FittedLabel(this);
+        const bool showsProgress = index == static_cast<std::size_t>(Panel::Eep);
+        if (showsProgress)
+            m_progress = new ProgressPanel(this);
+        FittedLabel* panel = showsProgress ? m_progress : new FittedLabel(this);
         panel->setObjectName(elementName("statusPanel", number + 1));
         panel->setFrameStyle(QFrame::Panel | QFrame::Sunken);
         panel->setMargin(scaled(30));
@@ -78,6 +96,10 @@ void StatusArea::refresh(const StatusBar& statusBar, Panel panel) {
     m_panels[index]->setText(toQt(statusBar.Text(panel)));
     m_panels[index]->setAccessibleName(QLatin1String(kCaptions[index]) + QStringLiteral(": ") +
                                        m_panels[index]->text());
+}
+
+void StatusArea::showProgress(const std::optional<Progress>& progress) {
+    m_progress->setPercent(progress ? std::optional(progress->percent) : std::nullopt);
 }
 
 bool StatusArea::eventFilter(QObject* watched, QEvent* event) {

@@ -9,6 +9,22 @@
 
 namespace tarnwell {
 
+/// A panel behind whose text a bar fills.
+class ProgressPanel final : public FittedLabel {
+    Q_OBJECT
+  public:
+    using FittedLabel::FittedLabel;
+
+    /// No bar without a percentage.
+    void setPercent(std::optional<int> percent);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    std::optional<int> m_percent;
+};
+
 class StatusArea final : public QWidget {
     Q_OBJECT
   public:
@@ -20,6 +36,7 @@ class StatusArea final : public QWidget {
     void colourStrip();
     void setLayoutMode(SizeMode mode);
     void refresh(const StatusBar& statusBar, Panel panel);
+    void showProgress(const std::optional<Progress>& progress);
 
   Q_SIGNALS:
     void captionDoubleClicked();
@@ -32,6 +49,7 @@ class StatusArea final : public QWidget {
     QWidget m_strip;
     std::array<FittedLabel*, kPanels> m_captions{};
     std::array<FittedLabel*, kPanels> m_panels{};
+    ProgressPanel* m_progress = nullptr;
 };
 
 }  // namespace tarnwell

@@ -317,15 +317,25 @@ TEST_F(FormMainTest, AsksBeforeEditsInTheGridAreLost) {
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(FormMainTest, DropsInputDuringAWholeDeviceOperation) {
+TEST_F(FormMainTest, ShowsProgressAndDropsInputDuringAWholeDeviceOperation) {
     script.press(QMessageBox::Yes);
     std::vector<std::string> seen;
+    QObject::connect(&window, &QWidget::windowTitleChanged,
+                     [&](const QString& title) { seen.push_back(title.toStdString()); });
+    bool painted = false;
     QTimer watch;
     television.SetWriteCycle(BusTime(3'500'000));
     watch.callOnTimeout([&] {
         if (!status().startsWith("Please Wait,"))
             return;
-        seen.push_back(text("statusPanel_4").toStdString());
+        const QString panel = text("statusPanel_4");
+        if (panel.endsWith('%')) {
+            const QImage image = child("statusPanel_4").grab().toImage();
+            const int filled = image.width() * panel.chopped(1).toInt() / 100;
+            const auto colour = [&](int x) { return image.pixelColor(x, image.height() - 4); };
+            EXPECT_NE(colour(filled - 4), colour(filled + 4)) << panel.toStdString();
+            painted = true;
+        }
         QCoreApplication::postEvent(&child("cmdReadSettings"),
                                     new QKeyEvent(QEvent::KeyPress, Qt::Key_Space, {}, " "));
         QCoreApplication::postEvent(&child("cmdReadSettings"),
@@ -336,8 +346,10 @@ TEST_F(FormMainTest, DropsInputDuringAWholeDeviceOperation) {
     watch.stop();
     QCoreApplication::processEvents();
     EXPECT_EQ(status(), "EEP Verified OK; EEProm Write Successful");
-    EXPECT_TRUE(
-        std::ranges::any_of(seen, [](const std::string& panel) { return panel.ends_with('%'); }));
+    const std::string caption = " Tarnwell 2 - Simulated Television";
+    EXPECT_THAT(seen, testing::Contains(caption + " - 50%, 17 s left"));
+    EXPECT_EQ(window.windowTitle().toStdString(), caption);
+    EXPECT_TRUE(painted);
     EXPECT_EQ(text("statusPanel_4"), "Pri");
 }
 

@@ -1,0 +1,29 @@
+#include "i2c/DeviceProgress.h"
+
+#include "i2c/mI2Ccode.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr int kStep = 64;
+
+}  // namespace
+
+DeviceProgress::DeviceProgress(StatusBar& statusBar, User& user, Clock& clock)
+    : statusBar_(statusBar), user_(user), clock_(clock), begin_(clock.Now()) {}
+
+void DeviceProgress::Show(int bytesDone) {
+    if (bytesDone == 0 || bytesDone % kStep != 0)
+        return;
+    const int percent = (bytesDone * 100 + kEepromBytes / 2) / kEepromBytes;
+    statusBar_.ShowProgress({percent, SecondsLeft(bytesDone)});
+    user_.KeepPainting();
+}
+
+int DeviceProgress::SecondsLeft(int bytesDone) {
+    const BusTime left = (clock_.Now() - begin_) / bytesDone * (kEepromBytes - bytesDone);
+    return static_cast<int>(std::chrono::ceil<std::chrono::seconds>(left).count());
+}
+
+}  // namespace tarnwell

@@ -1,5 +1,6 @@
 #include "ui/FormMain.h"
 
+#include <QGuiApplication>
 #include <QIcon>
 #include <QLayout>
 #include <QShortcut>
@@ -70,6 +71,8 @@ FormMain::FormMain(const Connections& connections)
     buildPages();
     buildButtons();
     connectSignals();
+    SetLayout();
+    adjustSize();
 }
 
 void FormMain::buildPages() {
@@ -129,6 +132,9 @@ void FormMain::connectSignals() {
             [this] { runButton([this] { m_program.settings.WriteSettingsToEep(); }); });
     connect(&m_writePending, &QPushButton::clicked, this,
             [this] { runButton([this] { m_program.pending.WritePending(); }); });
+    connect(
+        qApp, &QGuiApplication::screenRemoved, this, [this] { m_place.bringBack(*this); },
+        Qt::QueuedConnection);
     auto* help = new QShortcut(QKeySequence::HelpContents, this);
     connect(help, &QShortcut::activated, this, [this] { runMenu(MenuCommand::HelpTopics); });
 }

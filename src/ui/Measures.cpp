@@ -15,13 +15,29 @@ constexpr double kTwipsPerPixel = 15.0;
 constexpr double kDesignLineHeight = 13.0;
 constexpr double kPixelsPerPoint = 96.0 / 72.0;
 
-constexpr WindowPlace kDefaultPlace{144, 144};
+/// The title bar, as far as it matters: its height, and how much of it must show.
+constexpr int kTitleHeight = 300;
+constexpr int kTitleShown = 1320;
 
-bool isOnScreen(QPoint corner) {
-    const QList<QScreen*> screens = QGuiApplication::screens();
-    return std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
-        return screen->availableGeometry().intersects({corner, QSize(scaled(1320), scaled(300))});
-    });
+QList<QRect> screenAreas() {
+    QList<QRect> areas;
+    for (const QScreen* screen : QGuiApplication::screens())
+        areas.append(screen->availableGeometry());
+    return areas;
+}
+
+bool showsTitle(const QRect& frame, const QRect& screen) {
+    const QRect title(frame.topLeft(), QSize(frame.width(), scaled(kTitleHeight)));
+    const QRect shown = title & screen;
+    return shown.width() >= qMin(title.width(), scaled(kTitleShown)) &&
+           shown.height() >= title.height() / 2;
+}
+
+/// The corner at which the frame is inside the screen, its upper left part if it is too large.
+QPoint inside(const QRect& frame, const QRect& screen) {
+    const auto kept = [](int from, int first, int last) { return qMax(first, qMin(from, last)); };
+    return {kept(frame.left(), screen.left(), screen.right() + 1 - frame.width()),
+            kept(frame.top(), screen.top(), screen.bottom() + 1 - frame.height())};
 }
 
 double fontScale() {
@@ -53,14 +69,34 @@ int screenPixels(int twips) {
     return static_cast<int>(std::lround(twips / kTwipsPerPixel));
 }
 
+QPoint broughtBack(const QRect& frame, const QList<QRect>& screens) {
+    const auto shows = [&](const QRect& screen) { return showsTitle(frame, screen); };
+    if (screens.isEmpty() || std::ranges::any_of(screens, shows))
+        return frame.topLeft();
+    QList<QPoint> corners;
+    for (const QRect& screen : screens)
+        corners.append(inside(frame, screen));
+    return *std::ranges::min_element(
+        corners, {}, [&](QPoint corner) { return (corner - frame.topLeft()).manhattanLength(); });
+}
+
 void ScreenPlace::place(QWidget& window, WindowPlace place) {
     m_place = place;
     m_pixels = {screenPixels(place.left), screenPixels(place.top)};
-    if (!isOnScreen(m_pixels)) {
-        m_place = kDefaultPlace;
-        m_pixels = {screenPixels(m_place.left), screenPixels(m_place.top)};
-    }
     window.move(m_pixels);
+    bringBack(window);
+}
+
+void ScreenPlace::bringBack(QWidget& window) {
+    QRect frame(window.pos(), window.frameSize());
+    if (frame.height() == window.height())  // not shown yet: it has no title bar
+        frame.setHeight(frame.height() + scaled(kTitleHeight));
+    const QPoint corner = broughtBack(frame, screenAreas());
+    if (corner == window.pos())
+        return;
+    m_pixels = corner;
+    m_place = {screenTwips(corner.y()), screenTwips(corner.x())};
+    window.move(corner);
 }
 
 WindowPlace ScreenPlace::of(const QWidget& window) const {

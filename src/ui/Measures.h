@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QFont>
+#include <QList>
 #include <QPoint>
 #include <QRect>
 
@@ -27,12 +28,20 @@ QFont scaledFont(double points, Weight weight);
 int screenTwips(int pixels);
 int screenPixels(int twips);
 
+/// Where a window's frame has to be so that it can be grasped by its title: where it is if enough
+/// of the title shows on one of the screens, else inside the screen that is nearest.
+QPoint broughtBack(const QRect& frame, const QList<QRect>& screens);
+
 /// A window's place on the screen in twips. It reads back as it was set while the window has not
-/// been moved, though a pixel is many twips. A place off every screen becomes the default one.
+/// been moved, though a pixel is many twips. It is always on a screen that exists.
 class ScreenPlace {
   public:
+    /// The window has its size.
     void place(QWidget& window, WindowPlace place);
     WindowPlace of(const QWidget& window) const;
+
+    /// For a window that was left behind by its screen.
+    void bringBack(QWidget& window);
 
   private:
     WindowPlace m_place{};

@@ -1,0 +1,268 @@
+#include "support/Gallery.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QScrollBar>
+#include <QSettings>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <deque>
+#include <utility>
+
+#include "port/FactoryImage.h"
+#include "port/SimulatedTelevision.h"
+#include "ui/FormCnP.h"
+#include "ui/FormMain.h"
+#include "ui/IniStore.h"
+#include "ui/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+using Visit = std::function<void(const std::string&, QWidget&)>;
+using Action = std::function<void(QWidget&)>;
+
+constexpr const char* kDriver = "/lib/modules/6.1.0-28-amd64/kernel/drivers/char/ppdev.ko";
+constexpr std::uint16_t kFlippedAddress = 2363;
+
+template <typename T>
+T& Child(const QWidget& window, const QString& name) {
+    auto* found = window.findChild<T*>(name);
+    if (found == nullptr)
+        qFatal("there is no %s", qUtf8Printable(name));
+    return *found;
+}
+
+void Settle(QWidget& window) {
+    if (!QTest::qWaitForWindowExposed(&window))
+        qFatal("%s was not shown", qUtf8Printable(window.windowTitle()));
+    window.activateWindow();
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+}
+
+/// Acts on the modal windows that a command opens, in turn.
+class ModalWindows final : public QObject {
+  public:
+    ModalWindows() {
+        timer_.callOnTimeout(this, &ModalWindows::Look);
+        timer_.start(1);
+    }
+    void Expect(Action action) { actions_.push_back(std::move(action)); }
+    void EndOf(const char* command) const {
+        if (!actions_.empty())
+            qFatal("%s did not open its window", command);
+    }
+
+  private:
+    void Look() {
+        QWidget* window = QApplication::activeModalWidget();
+        if (window == nullptr || std::exchange(acting_, true))
+            return;
+        if (actions_.empty())
+            qFatal("unexpected window: %s", qUtf8Printable(window->windowTitle()));
+        const Action action = std::exchange(actions_.front(), {});
+        actions_.pop_front();
+        Settle(*window);
+        action(*window);
+        acting_ = false;
+    }
+
+    QTimer timer_;
+    std::deque<Action> actions_;
+    bool acting_ = false;
+};
+
+void Cancel(QWidget& window) {
+    static_cast<QDialog&>(window).reject();
+}
+
+Action Press(QMessageBox::StandardButton button) {
+    return [button](QWidget& box) { static_cast<QMessageBox&>(box).button(button)->click(); };
+}
+
+Action Click(const char* button) {
+    return [button](QWidget& dialog) { Child<QAbstractButton>(dialog, button).click(); };
+}
+
+/// The program with its window, on a television of its own.
+class Exhibition {
+  public:
+    Exhibition(const Visit& visit, Television connected)
+        : visit_(visit), television_({.television = connected}) {
+        for (const Chip chip : {Chip::Primary, Chip::Secondary})
+            television_.Memory(chip) = FactoryImage(chip);
+        window_.startUp();
+        window_.program().state.archiveFolder = pathFromQt(folder_.path());
+        window_.show();
+        Settle(window_);
+    }
+
+    void ShowSettings();
+    void ShowFiles();
+    void ShowOptions();
+    void ShowQuestions();
+    void ShowMenus();
+    void ShowEditor();
+    void ShowInterfaceTest();
+
+  private:
+    void Choose(const char* item) {
+        Child<QAction>(window_, item).trigger();
+        modal_.EndOf(item);
+    }
+    /// The next modal window is shown as `name`, then left by `end`.
+    void Expect(const char* name, const Action& end, const Action& prepare = {}) {
+        modal_.Expect([=, this](QWidget& window) {
+            if (prepare) {
+                prepare(window);
+                Settle(window);
+            }
+            visit_(name, window);
+            end(window);
+        });
+    }
+    void ShowMain(const std::string& name) {
+        Settle(window_);
+        visit_(name, window_);
+    }
+    QTabWidget& Tabs() { return Child<QTabWidget>(window_, "SSTab1"); }
+    void ChangeFirstValue(const QWidget& page, const char* name);
+    void Type(const char* keys) {
+        QTest::keyClicks(&Child<QLineEdit>(window_, "txtEditBox"), keys);
+    }
+
+    const Visit& visit_;
+    QTemporaryDir folder_;
+    SimulatedTelevision television_;
+    IniStore store_{folder_.filePath("Tarnwell.ini")};
+    LinuxPlatform platform_;
+    FormMain window_{{television_, television_, store_, platform_, true}};
+    ModalWindows modal_;
+};
+
+void Exhibition::ChangeFirstValue(const QWidget& page, const char* name) {
+    const auto stepUp = [](QWidget& editor) {
+        auto& bar = Child<QScrollBar>(editor, "VScroll1");
+        bar.setValue(bar.value() == bar.maximum() ? bar.value() - 1 : bar.value() + 1);
+    };
+    if (name != nullptr)
+        Expect(name, Click("cmdAccept"), stepUp);
+    else
+        modal_.Expect([=](QWidget& editor) {
+            stepUp(editor);
+            Click("cmdAccept")(editor);
+        });
+    page.findChild<SettingCell*>()->click();
+    modal_.EndOf("a setting");
+}
+
+void Exhibition::ShowSettings() {
+    Choose("mnuEEPRead");
+    const char* editor = "value-editor";
+    for (int page = 0; page < static_cast<int>(Page::Editor); ++page) {
+        Tabs().setCurrentIndex(page);
+        ChangeFirstValue(*Tabs().currentWidget(), std::exchange(editor, nullptr));
+        ShowMain(Tabs().tabText(page).toLower().toStdString());
+    }
+    Tabs().setCurrentIndex(0);
+}
+
+void Exhibition::ShowFiles() {
+    Expect("save-image", [](QWidget& dialog) { static_cast<QDialog&>(dialog).accept(); });
+    Choose("mnuFileSaveImage");
+    Expect("load-image", Cancel);
+    Choose("mnuFileLoadImage");
+}
+
+void Exhibition::ShowOptions() {
+    Expect("port-options", Cancel);
+    Choose("mnuPortOpts");
+    Expect("about", Cancel);
+    Choose("mnuHelpAbout");
+    Expect("driver-path", Cancel);
+    FormCnP(kDriver, &window_).exec();
+}
+
+void Exhibition::ShowQuestions() {
+    Expect("verify-question", Press(QMessageBox::No));
+    Choose("mnuEEPWrite");
+    Expect("secondary-question", Press(QMessageBox::Cancel));
+    Choose("mnuEEPsel_1");
+
+    auto& fill = Child<QAction>(window_, "mnuEEPFill");
+    fill.setVisible(true);
+    Expect("fill-value", Cancel);
+    Choose("mnuEEPFill");
+    fill.setVisible(false);
+
+    television_.Inject({.kind = FaultKind::FlippedBit, .address = kFlippedAddress});
+    modal_.Expect(Press(QMessageBox::Yes));
+    Expect("verify-failed", Press(QMessageBox::Ok), [](QWidget& box) {
+        for (QAbstractButton* button : static_cast<QMessageBox&>(box).buttons()) {
+            if (static_cast<QMessageBox&>(box).buttonRole(button) == QMessageBox::ActionRole)
+                button->click();
+        }
+    });
+    Choose("mnuEEPWrite");
+    television_.ClearFaults();
+}
+
+void Exhibition::ShowMenus() {
+    for (const auto& [name, item] : {std::pair("menu-file", "mnuFile"),
+                                     {"menu-eep", "mnuEEP"},
+                                     {"menu-options", "mnuOptions"},
+                                     {"menu-help", "mnuHelp"}}) {
+        QAction& action = *Child<QMenu>(window_, item).menuAction();
+        window_.menuBar()->setActiveAction(&action);
+        Settle(*action.menu());
+        visit_(name, *action.menu());
+        action.menu()->close();
+    }
+}
+
+void Exhibition::ShowEditor() {
+    Expect("editor-warning", Click("cmdAccept"));
+    Tabs().setCurrentIndex(static_cast<int>(Page::Editor));
+    modal_.EndOf("the editor");
+    ShowMain("editor-off");
+
+    Child<QAbstractButton>(window_, "EditorEnabled").click();
+    auto& grid = Child<QTableView>(window_, "DataGrid");
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {},
+                      grid.visualRect(grid.model()->index(2, 3)).center());
+    for (const char* value : {"200\t", "17\t", "255\t", "9"})
+        Type(value);
+    ShowMain("editor");
+}
+
+void Exhibition::ShowInterfaceTest() {
+    Expect("interface-test", Cancel, Click("ClockOut_0"));
+    Choose("mnuPortTest");
+}
+
+}  // namespace
+
+void WalkGallery(const Visit& visit) {
+    // The file dialog keeps its last folder there.
+    const QTemporaryDir configuration;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, configuration.path());
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    {
+        Exhibition exhibition(visit, Television::Connected);
+        exhibition.ShowSettings();
+        exhibition.ShowFiles();
+        exhibition.ShowOptions();
+        exhibition.ShowQuestions();
+        exhibition.ShowMenus();
+        exhibition.ShowEditor();
+    }
+    Exhibition(visit, Television::Absent).ShowInterfaceTest();
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,189 @@
+"""Drives a program through the accessibility interface (AT-SPI), as a screen reader does.
+
+Runs inside the desktop of the script `session`:
+
+    tests/desktop/session /usr/bin/python3 my_test.py
+
+    with driver.Program("build/tarnwell", "--port=simulated") as program:
+        program.menu("I2C Operations", "Read Entire EEP")
+        program.wait_for_status("Primary EEProm Data Read Into Memory")
+        program.menu("Help", "About Tarnwell 2")
+        program.window("About Tarnwell 2")
+        program.keys("Escape")
+        assert program.quit() == 0
+
+Things are found by their accessible names and roles ("push button", "page tab"); a name may be a
+compiled regular expression. Whatever is asked for is waited for, up to TIMEOUT seconds; what does
+not come raises Missing. `with` ends the program however the block is left.
+"""
+
+import os
+import subprocess
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+TIMEOUT = 20.0
+_ACTION_TIMEOUT = 150  # ms; an action that opens a dialog answers only when that is closed
+_CALL_TIMEOUT = 10000  # ms
+
+
+class Missing(AssertionError):
+    """Something that was waited for did not come."""
+
+
+def wait_for(what, condition, timeout=TIMEOUT):
+    """Returns the first true value of condition(); `what` is a text or makes one."""
+    end = time.monotonic() + timeout
+    while True:
+        try:
+            value = condition()
+        except GLib.Error:  # it went away while it was looked at
+            value = None
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise Missing(f"{what() if callable(what) else what} did not come in {timeout:g} s")
+        time.sleep(0.02)
+
+
+def has(node, state):
+    """Whether the node has the state, such as "focused"."""
+    return node.get_state_set().contains(getattr(Atspi.StateType, state.upper()))
+
+
+def children(node):
+    """The children that are there; none of a table's cells, which are made when asked for."""
+    if node.get_role() == Atspi.Role.TABLE:
+        return []
+    found = (node.get_child_at_index(index) for index in range(node.get_child_count()))
+    return [child for child in found if child is not None]
+
+
+def tree(node):
+    """The node and all below it."""
+    yield node
+    for child in children(node):
+        yield from tree(child)
+
+
+def act(node, action):
+    """Does an action of the node: "Press", "Toggle", "SetFocus", "ShowMenu"."""
+    names = [Atspi.Action.get_action_name(node, i) for i in range(Atspi.Action.get_n_actions(node))]
+    if action not in names:
+        raise Missing(f"{node.get_name()} has no {action}, only {names}")
+    Atspi.set_timeout(_ACTION_TIMEOUT, 0)
+    try:
+        Atspi.Action.do_action(node, names.index(action))
+    except GLib.Error as error:
+        if "reply" not in error.message:
+            raise
+    finally:
+        Atspi.set_timeout(_CALL_TIMEOUT, 0)
+
+
+class Program:
+    """A running program."""
+
+    def __init__(self, path, *arguments, **popen):
+        Atspi.set_timeout(_CALL_TIMEOUT, 0)
+        self.process = subprocess.Popen([path, *arguments], **popen)
+        try:
+            self.application = wait_for(f"{path} on the accessibility bus", self._find_application)
+        except BaseException:
+            self.end()
+            raise
+        self.application.set_cache_mask(Atspi.Cache.NONE)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.end()
+
+    def _find_application(self):
+        if self.process.poll() is not None:
+            raise Missing(f"the program has ended with status {self.process.returncode}")
+        return next((application for application in children(Atspi.get_desktop(0))
+                     if application.get_process_id() == self.process.pid
+                     and application.get_child_count() > 0), None)
+
+    def windows(self):
+        """The windows and dialogs that are shown, the newest last."""
+        return [window for window in children(self.application) if has(window, "showing")]
+
+    def window(self, title):
+        """The window whose title contains this text."""
+        return wait_for(f"window {title!r}", lambda: next(
+            (window for window in reversed(self.windows()) if title in window.get_name()), None))
+
+    def wait_until_closed(self, title):
+        wait_for(f"the end of window {title!r}",
+                 lambda: not any(title in window.get_name() for window in self.windows()))
+
+    def find(self, name, role=None, within=None, shown=True):
+        """The node of this name and role, in the newest window that has one."""
+
+        def fits(node):
+            named = name.search(node.get_name()) if hasattr(name, "search") else name == node.get_name()
+            return named and role in (None, node.get_role_name()) and (not shown or has(node, "showing"))
+
+        def look():
+            roots = [within] if within else reversed(self.windows())
+            return next((node for root in roots for node in tree(root) if fits(node)), None)
+
+        return wait_for(f"{role or 'something'} named {name!r}", look)
+
+    def press(self, name, role="push button"):
+        """Presses a button or chooses a page tab; toggles a check box."""
+        act(self.find(name, role), "Toggle" if role == "check box" else "Press")
+
+    def menu(self, *names):
+        """Chooses a menu item, found by its way through the menus."""
+        node = self.find(names[0], "menu item", shown=False)
+        for name in names[1:]:
+            node = self.find(name, "menu item", within=node, shown=False)
+        act(node, "Press")
+
+    def focused(self):
+        """The innermost node that has the focus, or None."""
+        found = None
+        for window in self.windows():
+            for node in tree(window):
+                if has(node, "focused"):
+                    found = node
+        return found
+
+    def panel(self, caption):
+        """The text of a status panel: that of "Mode", "Status", "CRC32" or "EEP"."""
+        start = caption + ": "
+        main = self.application.get_child_at_index(0)
+        return next((node.get_name()[len(start):] for node in tree(main)
+                     if node.get_name().startswith(start)), None)
+
+    def wait_for_status(self, text):
+        """Waits until the status panel contains the text."""
+        return wait_for(lambda: f"status {text!r} (it is {self.panel('Status')!r})",
+                        lambda: text in (self.panel("Status") or ""))
+
+    def keys(self, *names):
+        """Types keys into the focused window: "Tab", "ctrl+Tab", "5" (names of X keysyms)."""
+        for name in names:
+            subprocess.run(["xdotool", "key", "--clearmodifiers", name], check=True)
+
+    def quit(self):
+        """Leaves by the menu and returns the exit status."""
+        self.menu("Archive File", "Exit")
+        return self.process.wait(TIMEOUT)
+
+    def end(self):
+        if self.process.poll() is None:
+            self.process.terminate()
+            try:
+                self.process.wait(5)
+            except subprocess.TimeoutExpired:
+                self.process.kill()
+                self.process.wait()

@@ -128,8 +128,10 @@ class Program:
         """The node of this name and role, in the newest window that has one."""
 
         def fits(node):
-            named = name.search(node.get_name()) if hasattr(name, "search") else name == node.get_name()
-            return named and role in (None, node.get_role_name()) and (not shown or has(node, "showing"))
+            text = node.get_name()
+            named = name.search(text) if hasattr(name, "search") else name == text
+            return (named and role in (None, node.get_role_name())
+                    and (not shown or has(node, "showing")))
 
         def look():
             roots = [within] if within else reversed(self.windows())

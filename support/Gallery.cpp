@@ -142,7 +142,8 @@ class Exhibition {
     SimulatedTelevision television_;
     IniStore store_{folder_.filePath("Tarnwell.ini")};
     LinuxPlatform platform_;
-    FormMain window_{{television_, television_, store_, platform_, true}};
+    FormMain window_{{television_, television_, store_, platform_, true,
+                      pathFromQt(folder_.filePath("backups"))}};
     ModalWindows modal_;
 };
 

@@ -15,8 +15,9 @@ Box CannotStart(const Programs& programs, const std::string& path) {
                                         : "The file is missing.");
 }
 
-void HelpCommands::HelpTopics() {
-    Open("Tarnwell.html", Opening::InViewer);
+void HelpCommands::ShowTopic(Topic topic) {
+    const std::string name(Info(topic).name);
+    Open("help/" + name + ".html", Opening::InViewer);
 }
 
 void HelpCommands::ReleaseHistory() {

@@ -1,6 +1,7 @@
 // The Help menu's commands that open files, and the extra program behind the status captions.
 #pragma once
 
+#include "core/HelpTopics.h"
 #include "core/Programs.h"
 #include "core/User.h"
 
@@ -10,7 +11,9 @@ class HelpCommands {
   public:
     HelpCommands(Programs& programs, User& user) : programs_(programs), user_(user) {}
 
-    void HelpTopics();
+    /// Opens the topic's page of the manual.
+    void ShowTopic(Topic topic);
+    void HelpTopics() { ShowTopic(Topic::Contents); }
     void ReleaseHistory();
 
     /// A double-click on a status caption.

@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "core/HelpTopics.h"
 #include "core/ProgramState.h"
 
 namespace tarnwell {
@@ -12,15 +13,16 @@ struct PageInfo {
     Page page;
     std::string_view caption;
     std::string_view status;  ///< posted when the page is entered
+    Topic topic;
 };
 
 inline constexpr std::array kPages{
-    PageInfo{Page::Chroma, "Chroma", "Chroma Settings"},
-    PageInfo{Page::Edges, "Edges", "Edge Enhancement Settings"},
-    PageInfo{Page::Global, "Global", "Global Settings"},
-    PageInfo{Page::Iris, "Iris", "Iris Settings"},
-    PageInfo{Page::Picture, "Picture", "Picture Settings"},
-    PageInfo{Page::Editor, "Editor", "EEProm Data Editor"},
+    PageInfo{Page::Chroma, "Chroma", "Chroma Settings", Topic::Chroma},
+    PageInfo{Page::Edges, "Edges", "Edge Enhancement Settings", Topic::Edges},
+    PageInfo{Page::Global, "Global", "Global Settings", Topic::Global},
+    PageInfo{Page::Iris, "Iris", "Iris Settings", Topic::Iris},
+    PageInfo{Page::Picture, "Picture", "Picture Settings", Topic::Picture},
+    PageInfo{Page::Editor, "Editor", "EEProm Data Editor", Topic::DataEditor},
 };
 
 /// The editor page's caption while the grid holds edits that the buffer does not.

@@ -3,7 +3,6 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QLayout>
-#include <QShortcut>
 #include <QTabBar>
 #include <cstdlib>
 
@@ -40,6 +39,8 @@ FormMain::FormMain(const Connections& connections)
       m_program({connections.port, connections.clock, *this, m_msgTimer, m_user, *this, *this,
                  *this, connections.platform, m_desktop, connections.registry, m_desktop,
                  connections.backupFolder}),
+      m_helpKey(m_program.state,
+                [this](Topic topic) { run([&] { m_program.helpCommands.ShowTopic(topic); }); }),
       m_menu(*new MainMenu(*menuBar())),
       m_body(*new QWidget(this)),
       m_tabs(*new QTabWidget(&m_body)),
@@ -135,8 +136,6 @@ void FormMain::connectSignals() {
     connect(
         qApp, &QGuiApplication::screenRemoved, this, [this] { m_place.bringBack(*this); },
         Qt::QueuedConnection);
-    auto* help = new QShortcut(QKeySequence::HelpContents, this);
-    connect(help, &QShortcut::activated, this, [this] { runMenu(MenuCommand::HelpTopics); });
 }
 
 void FormMain::startUp() {

@@ -10,6 +10,7 @@
 #include "core/DriverLoader.h"
 #include "ui/Desktop.h"
 #include "ui/EditorWidgets.h"
+#include "ui/HelpKey.h"
 #include "ui/MainMenu.h"
 #include "ui/Measures.h"
 #include "ui/Program.h"
@@ -108,6 +109,7 @@ class FormMain final : public QMainWindow,
     QtUser m_user;
     ScreenPlace m_place;
     Program m_program;
+    HelpKey m_helpKey;
 
     MainMenu& m_menu;
     QWidget& m_body;

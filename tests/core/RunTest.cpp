@@ -174,10 +174,12 @@ TEST(Help, SaysWhatIsMissingOrCannotBeStarted) {
     test.program.helpCommands.HelpTopics();
     EXPECT_THAT(test.outside.started, IsEmpty());
     EXPECT_THAT(test.user.TakeBoxes(),
-                ElementsAre("E R R O R|Could not start\r\n/program/Tarnwell.html\r\n"
+                ElementsAre("E R R O R|Could not start\r\n/program/help/Tarnwell.html\r\n"
                             "The file is missing."));
-    test.outside.existing = {"/program/Tarnwell.html", "/program/history.txt", "/program/pemvora"};
+    test.outside.existing = {"/program/help/Tarnwell.html", "/program/help/iris.html",
+                             "/program/history.txt", "/program/pemvora"};
     test.program.helpCommands.HelpTopics();
+    test.program.helpCommands.ShowTopic(Topic::Iris);
     test.program.helpCommands.ReleaseHistory();
     test.program.helpCommands.StartExtraProgram();
     EXPECT_EQ(test.outside.started, test.outside.existing);

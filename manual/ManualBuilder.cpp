@@ -149,6 +149,8 @@ class Manual {
             return toQt(GroupsTable());
         if (word == QLatin1String("wiring"))
             return toQt(WiringTable());
+        if (word == QLatin1String("connector"))
+            return toQt(ConnectorDrawing());
         if (word == QLatin1String("pins"))
             return toQt(PinsTable());
         if (word == QLatin1String("topics"))
@@ -218,6 +220,7 @@ int main(int argc, char** argv) {
     const QTemporaryDir folder;
     fixSurroundings(QDir(folder.filePath(QStringLiteral("owner"))));
     QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("tarnwell"));
     fixLook();
     try {
         Manual manual(QDir(QFile::decodeName(argv[1])), QDir(QFile::decodeName(argv[2])));

@@ -89,6 +89,37 @@ std::string WiringRow(std::string_view signal, PinPosition pin, PinPosition pola
                 {Escaped(DefaultOf(Group(polarity)).caption)}});
 }
 
+int DefaultPin(PinPosition position) {
+    return DefaultOf(Group(position)).pin;
+}
+
+/// The colour class of a pin: that of the line it carries, if it carries one.
+std::string_view LineOf(int pin) {
+    using enum PinPosition;
+    if (pin == DefaultPin(ClockOut) || pin == DefaultPin(ClockIn))
+        return "scl";
+    return pin == DefaultPin(DataOut) || pin == DefaultPin(DataIn) ? "sda" : "";
+}
+
+/// Pins 1 to 13 stand in the upper row and 14 to 25 in the lower one, from the right.
+std::string PinDrawing(int pin) {
+    constexpr int kUpperPins = 13;
+    const bool upper = pin <= kUpperPins;
+    const std::string x = std::to_string(upper ? 363 - 25 * pin : 676 - 25 * pin);
+    return "<circle cx=\"" + x + "\" cy=\"" + (upper ? "38" : "72") + "\" r=\"7\" class=\"pin " +
+           std::string(LineOf(pin)) + "\"/><text x=\"" + x + "\" y=\"" + (upper ? "26" : "90") +
+           "\">" + std::to_string(pin) + "</text>\n";
+}
+
+std::string LegendEntry(int x, std::string_view line, std::string_view name, PinPosition out,
+                        PinPosition in) {
+    return "<circle cx=\"" + std::to_string(x) + "\" cy=\"111\" r=\"5\" class=\"pin " +
+           std::string(line) + "\"/><text x=\"" + std::to_string(x + 10) +
+           "\" y=\"115\" class=\"legend\">" + std::string(name) + " (" +
+           std::to_string(DefaultPin(out)) + " out, " + std::to_string(DefaultPin(in)) +
+           " in)</text>\n";
+}
+
 std::string Captions(std::span<const PinOption> options) {
     std::string captions;
     for (const PinOption& option : options)
@@ -166,10 +197,24 @@ std::string GroupsTable() {
 std::string WiringTable() {
     using enum PinPosition;
     return Table(
-        {"Signal", "Pin", "Port bit (pin)", "Polarity"},
+        {"Signal", "Pin", "In Advanced Setup", "Polarity"},
         WiringRow("SCL out", ClockOut, ClockOutPol) + WiringRow("SDA out", DataOut, DataOutPol) +
             WiringRow("SCL in", ClockIn, ClockInPol) + WiringRow("SDA in", DataIn, DataInPol) +
             Row({{"Ground", CellKind::Heading}, {"18 to 25", CellKind::Number}, {}, {}}));
+}
+
+std::string ConnectorDrawing() {
+    using enum PinPosition;
+    constexpr int kPins = 25;
+    std::string drawing =
+        "<svg class=\"connector\" viewBox=\"0 0 380 120\" role=\"img\" aria-label=\"The 25-pin "
+        "socket "
+        "with the pins of the table above marked\">\n<path d=\"M22 12 H358 Q370 12 367 24 L353 86 "
+        "Q350 96 340 96 H40 Q30 96 27 86 L13 24 Q10 12 22 12 Z\"/>\n";
+    for (int pin = 1; pin <= kPins; ++pin)
+        drawing += PinDrawing(pin);
+    return drawing + LegendEntry(60, "scl", "SCL", ClockOut, ClockIn) +
+           LegendEntry(210, "sda", "SDA", DataOut, DataIn) + "</svg>";
 }
 
 std::string PinsTable() {

@@ -18,6 +18,9 @@ std::string GroupsTable();
 /// The pins and polarities of the default wiring.
 std::string WiringTable();
 
+/// A drawing of the port's socket that shows the default wiring.
+std::string ConnectorDrawing();
+
 /// The pins that Advanced Setup offers.
 std::string PinsTable();
 

@@ -101,13 +101,17 @@ class Manual {
 
     void takePictures() {
         m_target.mkpath(QStringLiteral("pictures"));
-        WalkGallery([this](const std::string& name, QWidget& window) {
+        QString unwritten;
+        WalkGallery([&](const std::string& name, QWidget& window) {
             const QPixmap picture = window.grab();
             const QString file = QStringLiteral("pictures/%1.png").arg(toQt(name));
-            if (!picture.save(m_target.filePath(file)))
-                throw BuildError(m_target.filePath(file) + QStringLiteral(" cannot be written"));
-            m_pictures.insert(toQt(name), picture.deviceIndependentSize().toSize());
+            if (picture.save(m_target.filePath(file)))
+                m_pictures.insert(toQt(name), picture.deviceIndependentSize().toSize());
+            else  // no exception may leave an event of Qt's
+                unwritten = m_target.filePath(file);
         });
+        if (!unwritten.isEmpty())
+            throw BuildError(unwritten + QStringLiteral(" cannot be written"));
     }
 
     void writePages() const {

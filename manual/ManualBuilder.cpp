@@ -1,15 +1,19 @@
 // Composes the manual's pages and takes the pictures of the program for them.
 // Usage: manual_builder SOURCE-FOLDER TARGET-FOLDER
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QHash>
+#include <QLineEdit>
 #include <QPixmap>
 #include <QRegularExpression>
 #include <QSaveFile>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTemporaryDir>
+#include <QTreeView>
 #include <cstdio>
 #include <stdexcept>
 
@@ -95,6 +99,22 @@ QString filled(const QString& text, Replace replace) {
     return result + text.mid(done);
 }
 
+/// A file dialog shows an example's folder and time, so that each build makes the same picture.
+void steady(const QFileDialog& dialog) {
+    auto* folder = dialog.findChild<QComboBox*>(QStringLiteral("lookInCombo"));
+    auto* files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    constexpr int kDateColumn = 3;
+    if (files != nullptr)
+        files->hideColumn(kDateColumn);
+    if (folder != nullptr)
+        folder->setItemText(folder->currentIndex(), QStringLiteral("/home/owner/Documents"));
+    if (name != nullptr && dialog.acceptMode() == QFileDialog::AcceptSave) {
+        name->setText(QStringLiteral("Tarnwell-24 Nov 2026-195230"));
+        name->selectAll();
+    }
+}
+
 class Manual {
   public:
     Manual(QDir source, QDir target) : m_source(std::move(source)), m_target(std::move(target)) {}
@@ -103,6 +123,8 @@ class Manual {
         m_target.mkpath(QStringLiteral("pictures"));
         QString unwritten;
         WalkGallery([&](const std::string& name, QWidget& window) {
+            if (const auto* dialog = qobject_cast<QFileDialog*>(&window))
+                steady(*dialog);
             const QPixmap picture = window.grab();
             const QString file = QStringLiteral("pictures/%1.png").arg(toQt(name));
             if (picture.save(m_target.filePath(file)))

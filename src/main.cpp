@@ -1,64 +1,67 @@
 // Joins the window with the port that it drives.
 #include <QApplication>
-#include <QCommandLineParser>
+#include <QTimer>
 
 #include "core/UserFolders.h"
 #include "port/LinuxSystemCalls.h"
 #include "port/PortChoice.h"
+#include "port/VcdTrace.h"
+#include "ui/CommandLine.h"
 #include "ui/FormMain.h"
 #include "ui/IniStore.h"
-#include "ui/Text.h"
 
 namespace {
 
-struct Arguments {
-    tarnwell::PortKind port;
-    tarnwell::Television television;
-};
+using namespace tarnwell;
 
-Arguments parse(const QCoreApplication& application) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Reads, archives, edits and writes the EEPROMs of an HDTV."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption port(
-        QStringLiteral("port"),
-        QStringLiteral("How to reach the adapter: auto, ppdev, devport or simulated."),
-        QStringLiteral("kind"), QStringLiteral("auto"));
-    const QCommandLineOption noTelevision(
-        QStringLiteral("no-television"),
-        QStringLiteral("With the simulated port: the adapter alone, nothing on its bus."));
-    parser.addOption(port);
-    parser.addOption(noTelevision);
-    parser.process(application);
-
-    const auto kind = tarnwell::ParsePortKind(parser.value(port).toStdString());
-    if (!kind || !parser.positionalArguments().isEmpty())
-        parser.showHelp(EXIT_FAILURE);
-    return {*kind, parser.isSet(noTelevision) ? tarnwell::Television::Absent
-                                              : tarnwell::Television::Connected};
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    QApplication application(argc, argv);
+void nameApplication() {
     QApplication::setApplicationName(QStringLiteral("tarnwell"));
     QApplication::setApplicationVersion(QStringLiteral("%1.%2.%3")
                                             .arg(TARNWELL_VERSION_MAJOR)
                                             .arg(TARNWELL_VERSION_MINOR)
                                             .arg(TARNWELL_VERSION_REVISION));
-    const Arguments arguments = parse(application);
+    QApplication::setDesktopFileName(QStringLiteral("tarnwell"));
+}
 
-    tarnwell::LinuxSystemCalls system;
-    const auto port =
-        tarnwell::ChoosePort(arguments.port, arguments.television, system, tarnwell::DataFolder());
-    tarnwell::IniStore store(tarnwell::IniStore::defaultFileName());
-    tarnwell::LinuxPlatform platform;
-    tarnwell::FormMain window({port->ThePort(), port->TheClock(), store, platform,
-                               port->IsSimulated(), tarnwell::StateFolder() + "/backups"});
+std::unique_ptr<ChosenPort> choosePort(const CommandLine& line, SystemCalls& system) {
+    const auto kind = ParsePortKind(line.portKind);
+    if (!kind)
+        refuseArgument("There is no port '" + line.portKind + "'.");
+    const bool real = *kind == PortKind::Ppdev || *kind == PortKind::DevPort;
+    if (real && (line.noTelevision || line.realTime))
+        refuseArgument("--no-television and --real-time need the simulated port.");
+    return ChoosePort(*kind,
+                      {.television = line.noTelevision ? Television::Absent : Television::Connected,
+                       .pace = line.realTime ? Pace::Real : Pace::Virtual},
+                      system, DataFolder());
+}
+
+std::unique_ptr<VcdTrace> openTrace(const CommandLine& line, ChosenPort& port) {
+    if (!line.traceFile)
+        return nullptr;
+    auto made = VcdTrace::Create(*line.traceFile, port.ThePort(), port.TheClock());
+    if (const auto* const reason = std::get_if<std::string>(&made))
+        refuse(*reason);
+    return std::move(std::get<std::unique_ptr<VcdTrace>>(made));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    nameApplication();
+    const CommandLine line = readCommandLine(argc, argv);
+    LinuxSystemCalls system;
+    const auto port = choosePort(line, system);
+    const auto trace = openTrace(line, *port);
+
+    QApplication application(argc, argv);
+    IniStore store(IniStore::defaultFileName());
+    LinuxPlatform platform;
+    FormMain window({port->ThePort(), port->TheClock(), store, platform, port->IsSimulated(),
+                     StateFolder() + "/backups", trace ? *trace : NoBusTrace()});
     window.startUp();
     window.show();
+    if (line.imageFile)
+        QTimer::singleShot(0, &window, [&] { window.openImage(*line.imageFile); });
     return QApplication::exec();
 }

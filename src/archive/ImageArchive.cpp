@@ -77,16 +77,32 @@ bool ImageArchive::SaveTo(const std::string& path) {
 
 void ImageArchive::LoadImage() {
     const CommandScope scope(statusBar_);
-    if (!editorPage_.MayRefillGrid())
+    if (!MayReplaceBuffer())
         return;
-    if (state_.eepRead && user_.ShowBox(kAskDiscard) != Answer::Yes)
-        return Post(kDiscardRefused);
-
     const auto path = AskArchive(user_, state_, FileRequest::Kind::Open, "Load EEProm Image", "");
     if (!path)
         return Post(kLoadCancelled);
-    SetArchiveFolder(state_, *path);
-    ArchiveReader archive(*path);
+    LoadFrom(*path);
+}
+
+void ImageArchive::LoadImageFile(const std::string& path) {
+    const CommandScope scope(statusBar_);
+    if (MayReplaceBuffer())
+        LoadFrom(path);
+}
+
+bool ImageArchive::MayReplaceBuffer() {
+    if (!editorPage_.MayRefillGrid())
+        return false;
+    if (!state_.eepRead || user_.ShowBox(kAskDiscard) == Answer::Yes)
+        return true;
+    Post(kDiscardRefused);
+    return false;
+}
+
+void ImageArchive::LoadFrom(const std::string& path) {
+    SetArchiveFolder(state_, path);
+    ArchiveReader archive(path);
     switch (CheckHeader(archive)) {
         case Header::Unreadable:
             return Post(kLoadCancelled);

@@ -17,12 +17,17 @@ class ImageArchive {
     void SaveImage();
     void LoadImage();
 
+    /// The same with the file `path`, a full path, which nobody is asked for.
+    void LoadImageFile(const std::string& path);
+
   private:
     enum class Header : std::uint8_t { Accepted, Refused, Unreadable };
     enum class Records : std::uint8_t { Complete, Corrupt, Unusable };
 
     std::string ProposedName() const;
     [[nodiscard]] bool SaveTo(const std::string& path);
+    bool MayReplaceBuffer();
+    void LoadFrom(const std::string& path);
     Header CheckHeader(ArchiveReader& archive);
     void LoadBuffer(ArchiveReader& archive);
     Records StoreRecords(ArchiveReader& archive);

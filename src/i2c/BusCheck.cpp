@@ -73,15 +73,10 @@ AckBit mI2Ccode::ProbeDevice() {
     return ack;
 }
 
-bool mI2Ccode::SdaIsHigh(std::uint8_t status) const {
-    const bool set = (status & pins_.DataInMask) != 0;
-    return set != (pins_.DataInInverted != (pins_.DataInMask == kComplementedStatusBit));
-}
-
 void mI2Ccode::FreeBus() {
     SetSDA(1);
     SetSCL(1);
-    for (int clock = 0; clock < kClocksToFreeSda && !SdaIsHigh(Sense()); ++clock) {
+    for (int clock = 0; clock < kClocksToFreeSda && SdaLevel(Sense()) == Level::Low; ++clock) {
         SetSCL(0);
         SetSCL(1);
     }

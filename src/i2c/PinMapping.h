@@ -17,7 +17,7 @@ struct PinSetup {
     bool DataOutInverted;
     bool ClockOutInverted;
     bool DataInInverted;
-    bool ClockInInverted;  ///< decoded like the others; nothing consults it
+    bool ClockInInverted;  ///< the bus check reads SCL raw; a trace consults it
 
     bool operator==(const PinSetup&) const = default;
 };

@@ -2,13 +2,24 @@
 
 namespace tarnwell {
 
+namespace {
+
+Level LevelOf(std::uint8_t status, std::uint16_t mask, bool inverted) {
+    const bool set = (status & mask) != 0;
+    const bool high = set != (inverted != (mask == kComplementedStatusBit));
+    return high ? Level::High : Level::Low;
+}
+
+}  // namespace
+
 mI2Ccode::mI2Ccode(Port& port, Clock& clock, const ProgramState& state, StatusBar& statusBar,
-                   User& user)
+                   User& user, BusTrace& trace)
     : port_(port),
       clock_(clock),
       state_(state),
       statusBar_(statusBar),
       user_(user),
+      trace_(trace),
       timing_(clock) {}
 
 void mI2Ccode::ApplyPortOptions() {
@@ -27,8 +38,10 @@ void mI2Ccode::Claim() {
 }
 
 void mI2Ccode::Release() {
-    if (--claims_ == 0)
-        port_.Release();
+    if (--claims_ > 0)
+        return;
+    port_.Release();
+    trace_.Released();
 }
 
 std::uint8_t mI2Ccode::TimedRead(std::uint16_t address) {
@@ -52,6 +65,7 @@ void mI2Ccode::Drive(BusLine line, std::int16_t level) {
     timing_.WaitToDrive(line, target);
     port_.DlPortWritePortUchar(baseAddress_, value);
     timing_.Driven(line, target);
+    trace_.Driven(line, target);
 }
 
 void mI2Ccode::SetSCL(std::int16_t level) {
@@ -63,7 +77,18 @@ void mI2Ccode::SetSDA(std::int16_t level) {
 }
 
 std::uint8_t mI2Ccode::Sense() {
-    return port_.DlPortReadPortUchar(static_cast<std::uint16_t>(baseAddress_ + 1));
+    const std::uint8_t status =
+        port_.DlPortReadPortUchar(static_cast<std::uint16_t>(baseAddress_ + 1));
+    trace_.Sensed(SclLevel(status), SdaLevel(status));
+    return status;
+}
+
+Level mI2Ccode::SclLevel(std::uint8_t status) const {
+    return LevelOf(status, pins_.ClockInMask, pins_.ClockInInverted);
+}
+
+Level mI2Ccode::SdaLevel(std::uint8_t status) const {
+    return LevelOf(status, pins_.DataInMask, pins_.DataInInverted);
 }
 
 void mI2Ccode::ReleaseBus() {

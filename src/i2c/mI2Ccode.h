@@ -8,6 +8,7 @@
 #include "core/StatusBar.h"
 #include "core/User.h"
 #include "i2c/BusTiming.h"
+#include "i2c/BusTrace.h"
 #include "i2c/DeviceProgress.h"
 #include "i2c/PinMapping.h"
 #include "i2c/Port.h"
@@ -41,7 +42,8 @@ enum class Transfer : std::uint8_t { Done, Aborted };
 /// The program as the only master on the bus. Claim the bus (BusClaim) before any operation.
 class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-down name
   public:
-    mI2Ccode(Port& port, Clock& clock, const ProgramState& state, StatusBar& statusBar, User& user);
+    mI2Ccode(Port& port, Clock& clock, const ProgramState& state, StatusBar& statusBar, User& user,
+             BusTrace& trace);
 
     /// Decodes the program state's pin options for all further operations.
     void ApplyPortOptions();
@@ -94,7 +96,8 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
 
     void Drive(BusLine line, std::int16_t level);
     std::uint8_t TimedRead(std::uint16_t address);
-    bool SdaIsHigh(std::uint8_t status) const;
+    Level SclLevel(std::uint8_t status) const;
+    Level SdaLevel(std::uint8_t status) const;
     std::uint8_t SelectByte() const;
 
     BusCheck ProbeBus();
@@ -116,6 +119,7 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     const ProgramState& state_;
     StatusBar& statusBar_;
     User& user_;
+    BusTrace& trace_;
     BusTiming timing_;
     PinSetup pins_ = DecodePinOptions(kDefaultPinOptions);
     EepromArray readData_{};

@@ -40,8 +40,8 @@ class RealChoice final : public ChosenPort {
 
 class SimulatedChoice final : public ChosenPort {
   public:
-    SimulatedChoice(SystemCalls& system, const std::string& folder, Television television)
-        : television_(system, folder, Simulation{.television = television}) {}
+    SimulatedChoice(SystemCalls& system, const std::string& folder, const Simulation& simulation)
+        : television_(system, folder, simulation) {}
 
     Port& ThePort() override { return television_; }
     Clock& TheClock() override { return television_; }
@@ -68,8 +68,8 @@ std::optional<PortKind> ParsePortKind(std::string_view word) {
     return found == kPortKinds.end() ? std::nullopt : std::optional(found->second);
 }
 
-std::unique_ptr<ChosenPort> ChoosePort(PortKind kind, Television television, SystemCalls& system,
-                                       const std::string& dataFolder) {
+std::unique_ptr<ChosenPort> ChoosePort(PortKind kind, const Simulation& simulation,
+                                       SystemCalls& system, const std::string& dataFolder) {
     if (kind == PortKind::Auto)
         kind = FindPortKind(system);
     switch (kind) {
@@ -82,7 +82,7 @@ std::unique_ptr<ChosenPort> ChoosePort(PortKind kind, Television television, Sys
         case PortKind::Simulated:
             break;
     }
-    return std::make_unique<SimulatedChoice>(system, dataFolder, television);
+    return std::make_unique<SimulatedChoice>(system, dataFolder, simulation);
 }
 
 }  // namespace tarnwell

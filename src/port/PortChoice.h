@@ -28,9 +28,9 @@ class ChosenPort {
 
 /// Auto is ppdev if the kernel lists a parallel port, else /dev/port if it can be opened and
 /// /proc/ioports shows a parallel port at one of the three addresses, else the simulation.
-/// `television` and `dataFolder` matter to the simulation only.
+/// `simulation` and `dataFolder` matter to the simulation only.
 /// `system` must outlive the result.
-std::unique_ptr<ChosenPort> ChoosePort(PortKind kind, Television television, SystemCalls& system,
-                                       const std::string& dataFolder);
+std::unique_ptr<ChosenPort> ChoosePort(PortKind kind, const Simulation& simulation,
+                                       SystemCalls& system, const std::string& dataFolder);
 
 }  // namespace tarnwell

@@ -1,6 +1,7 @@
 // A parallel port with the adapter and a television's two EEPROMs on it, all in memory.
 #include "port/SimulatedTelevision.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "port/FactoryImage.h"
@@ -44,6 +45,18 @@ void SimulatedTelevision::Release() {
     dataRegister_ = kNoRegister;
 }
 
+BusTime SimulatedTelevision::Now() {
+    if (simulation_.pace == Pace::Real)
+        now_ = steadyClock_.Now();
+    return now_;
+}
+
+void SimulatedTelevision::WaitUntil(BusTime time) {
+    now_ = std::max(now_, time);
+    if (simulation_.pace == Pace::Real)
+        steadyClock_.WaitUntil(time);
+}
+
 std::uint8_t SimulatedTelevision::DlPortReadPortUchar(std::uint16_t address) {
     BeginAccess();
     if (address == dataRegister_)
@@ -66,7 +79,7 @@ void SimulatedTelevision::Fail(std::string line) {
 }
 
 void SimulatedTelevision::BeginAccess() {
-    now_ += simulation_.accessCost;
+    WaitUntil(Now() + simulation_.accessCost);
     CountEvent(WireEvent::Access);
 }
 

@@ -10,23 +10,30 @@
 #include "port/BusMonitor.h"
 #include "port/Eeprom24C64.h"
 #include "port/Fault.h"
+#include "port/SteadyClock.h"
 
 namespace tarnwell {
 
 /// What is on the adapter's bus.
 enum class Television { Connected, Absent };
 
+enum class Pace {
+    Virtual,  ///< only accesses and waits move the time, and they do so at once
+    Real,     ///< the time is the system's steady time; accesses and waits last
+};
+
 struct Simulation {
     BusTime accessCost{1'000};      ///< what each port access adds to the time
     BusTime writeCycle{3'500'000};  ///< from a stop until the device answers again
     Television television = Television::Connected;
+    Pace pace = Pace::Virtual;
 };
 
 /// The adapter with its default wiring (SCL driven low by data bit 0, SDA by data bit 1; SCL
 /// sensed on status bit 4, SDA on status bit 5) and an open-drain bus with two 24C64s at 0xA0
 /// and 0xA2. It sits at the address that was claimed.
 ///
-/// Time is virtual: an access takes `accessCost` and takes effect at its end, a wait moves it.
+/// An access takes `accessCost` of the time and takes effect at its end.
 /// Lines change at once, devices answer at the edge, and no device stretches the clock.
 class SimulatedTelevision : public Port, public Clock {
   public:
@@ -38,8 +45,8 @@ class SimulatedTelevision : public Port, public Clock {
     std::uint8_t DlPortReadPortUchar(std::uint16_t address) final;
     void DlPortWritePortUchar(std::uint16_t address, std::uint8_t value) final;
 
-    BusTime Now() final { return now_; }
-    void WaitUntil(BusTime time) final { now_ = time > now_ ? time : now_; }
+    BusTime Now() final;
+    void WaitUntil(BusTime time) final;
 
     EepromImage& Memory(Chip chip) { return Device(chip).Memory(); }
     void SetWriteCycle(BusTime writeCycle) { simulation_.writeCycle = writeCycle; }
@@ -104,6 +111,7 @@ class SimulatedTelevision : public Port, public Clock {
     void Begin(const Fault& fault);
 
     Simulation simulation_;
+    SteadyClock steadyClock_;
     BusTime now_{0};
     std::uint32_t dataRegister_ = kNoRegister;
     std::uint8_t data_ = 0;

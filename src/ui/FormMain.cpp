@@ -38,7 +38,7 @@ FormMain::FormMain(const Connections& connections)
                                       : QStringLiteral(" Tarnwell 2")),
       m_program({connections.port, connections.clock, *this, m_msgTimer, m_user, *this, *this,
                  *this, connections.platform, m_desktop, connections.registry, m_desktop,
-                 connections.backupFolder}),
+                 connections.backupFolder, connections.trace}),
       m_helpKey(m_program.state,
                 [this](Topic topic) { run([&] { m_program.helpCommands.ShowTopic(topic); }); }),
       m_menu(*new MainMenu(*menuBar())),
@@ -144,6 +144,10 @@ void FormMain::startUp() {
     ensurePolished();
     layout()->activate();
     adjustSize();
+}
+
+void FormMain::openImage(const std::string& path) {
+    run([&] { m_program.imageArchive.LoadImageFile(path); });
 }
 
 void FormMain::guard(const std::function<void()>& action) {

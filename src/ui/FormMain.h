@@ -28,6 +28,7 @@ struct Connections {
     Platform& platform;
     bool simulated;
     std::string backupFolder;
+    BusTrace& trace = NoBusTrace();
 };
 
 class FormMain final : public QMainWindow,
@@ -43,6 +44,10 @@ class FormMain final : public QMainWindow,
 
     /// Brings the window into a usable state; show it afterwards.
     void startUp();
+
+    /// Loads the image archive at `path`, a full path, as the command of the menu does with the
+    /// file that is picked. Call it once the window is shown.
+    void openImage(const std::string& path);
 
     Program& program() { return m_program; }
 

@@ -5,7 +5,7 @@ namespace tarnwell {
 Program::Program(const Surroundings& outside)
     : outside_(outside),
       statusBar(state, outside.screen, outside.msgTimer),
-      i2c(outside.port, outside.clock, state, statusBar, outside.user),
+      i2c(outside.port, outside.clock, state, statusBar, outside.user, outside.trace),
       backups(outside.backupFolder, outside.calendar),
       writeGuard(state, statusBar, outside.user, backups),
       grid(state, statusBar, outside.screen, buffer, outside.editorView),

@@ -26,6 +26,7 @@ struct Surroundings {
     mRegistry& registry;
     const Calendar& calendar;
     std::string backupFolder;
+    BusTrace& trace = NoBusTrace();
 };
 
 class Program final : private BufferDisplays, private UnsavedWork {

@@ -44,8 +44,7 @@ TEST(PortChoice, AutoTakesWhatTheKernelListsAndWhatIsAskedForIsNeverReplaced) {
             system.List("parport0", machine.listedBase);
         system.folder.Write("proc/ioports", machine.ioPorts);
         system.errors[machine.call] = machine.error;
-        const auto chosen =
-            ChoosePort(*ParsePortKind(machine.asked), Television::Absent, system, "");
+        const auto chosen = ChoosePort(*ParsePortKind(machine.asked), Simulation{}, system, "");
         std::string inUse = "simulated";
         if (!chosen->IsSimulated()) {
             chosen->ThePort().Claim(0x378);

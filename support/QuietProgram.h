@@ -31,10 +31,13 @@ struct QuietProgram {
     MemoryRegistry registry;
     Program program;
 
+    static constexpr const char* kNoFolder = "/dev/null/none";
+
     /// Without a folder that can be made, it writes without backups.
-    QuietProgram(Port& port, Clock& clock, const std::string& backupFolder = "/dev/null/none")
+    QuietProgram(Port& port, Clock& clock, const std::string& backupFolder = kNoFolder,
+                 BusTrace& trace = NoBusTrace())
         : program({port, clock, outside, timer, user, outside, outside, outside, outside, outside,
-                   registry, outside, backupFolder}) {
+                   registry, outside, backupFolder, trace}) {
         program.StartUp(outside);
         program.i2c.ApplyPortOptions();
     }

@@ -135,19 +135,28 @@ void VcdTrace::Change(BusLine line, Level level, BusTime time) {
     if (wire == level || descriptor_ < 0)
         return;
     wire = level;
-    origin_ = origin_.value_or(time);
-    lastTick_ = std::max<std::int64_t>(lastTick_ + 1, (time - *origin_) / kTick);
-    unwritten_ += '#';
-    unwritten_ += std::to_string(lastTick_);
-    unwritten_ += level == Level::High ? "\n1" : "\n0";
+    AddTime(time);
+    unwritten_ += level == Level::High ? '1' : '0';
     unwritten_ += kIdentifier[Index(line)];
     unwritten_ += '\n';
     if (unwritten_.size() >= kPiece)
         Write();
 }
 
+void VcdTrace::AddTime(BusTime time) {
+    origin_ = origin_.value_or(time);
+    lastTick_ = std::max<std::int64_t>(lastTick_ + 1, (time - *origin_) / kTick);
+    unwritten_ += '#';
+    unwritten_ += std::to_string(lastTick_);
+    unwritten_ += '\n';
+}
+
 void VcdTrace::Released() {
     DecideSda(Level::High);
+    if (unwritten_.empty())
+        return;
+    // Readers take a level as lasting until the next time.
+    AddTime(clock_.Now());
     Write();
 }
 

@@ -46,6 +46,7 @@ class VcdTrace final : public BusTrace {
     void DriveSda(Level level, BusTime now);
     void DecideSda(Level level);
     void Change(BusLine line, Level level, BusTime time);
+    void AddTime(BusTime time);
     void Write();
 
     std::string path_;

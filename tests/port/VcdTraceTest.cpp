@@ -1,0 +1,227 @@
+// The VCD of the bus: beside the wire of the simulated television, and as sigrok decodes it.
+#include "port/VcdTrace.h"
+
+#include <sys/resource.h>
+
+#include <csignal>
+#include <cstdio>
+#include <sstream>
+
+#include "support/QuietProgram.h"
+#include "support/TemporaryFolder.h"
+
+namespace tarnwell {
+namespace {
+
+using ::testing::HasSubstr;
+
+/// Changes in turn: 'C' and 'c' are SCL's rise and fall, 'D' and 'd' those of SDA.
+struct Changes {
+    std::string lines;
+    std::vector<std::int64_t> times;  ///< in ns
+
+    void Add(bool scl, bool high, std::int64_t time) {
+        const char line = scl ? 'C' : 'D';
+        lines += static_cast<char>(high ? line : line + 'a' - 'A');
+        times.push_back(time);
+    }
+};
+
+Changes InVcd(const std::string& vcd) {
+    Changes changes;
+    std::istringstream body(vcd.substr(vcd.rfind("$end") + 4));
+    std::int64_t tick = -1;
+    for (std::string word; body >> word;) {
+        if (word[0] != '#') {
+            changes.Add(word[1] == '!', word[0] == '1', tick * 100);
+            continue;
+        }
+        EXPECT_LT(tick, std::stoll(word.substr(1)));
+        tick = std::stoll(word.substr(1));
+    }
+    return changes;
+}
+
+Changes OnWire(const std::vector<WireSample>& samples) {
+    Changes changes;
+    for (const WireSample& sample : samples) {
+        const bool scl = sample.cause == WireSample::Cause::Scl;
+        if (sample.cause != WireSample::Cause::Sensed)
+            changes.Add(scl, scl ? sample.scl : sample.sda, sample.time.count());
+    }
+    return changes;
+}
+
+class VcdTraceTest : public testing::Test {
+  protected:
+    VcdTraceTest() {
+        television.Record();
+        const BusClaim claim(i2c);
+        i2c.ReleaseBus();
+    }
+
+    std::unique_ptr<VcdTrace> Make(const std::string& name = "bus.vcd") {
+        auto made = VcdTrace::Create(folder.Path(name), television, television);
+        return std::move(std::get<std::unique_ptr<VcdTrace>>(made));
+    }
+
+    Transfer Read(int address, int count) {
+        const BusClaim claim(i2c);
+        return i2c.CheckBus(Quiet::No) == BusCheck::Ok
+                   ? i2c.ReadBlock(static_cast<std::int16_t>(address),
+                                   static_cast<std::int16_t>(count))
+                   : Transfer::Aborted;
+    }
+
+    Transfer Write(int address, int value) {
+        const BusClaim claim(i2c);
+        const auto place = static_cast<std::int16_t>(address);
+        return i2c.CheckBus(Quiet::No) == BusCheck::Ok &&
+                       i2c.WriteByte(place, static_cast<std::uint8_t>(value)) == Transfer::Done
+                   ? i2c.ReadBlock(place, 1)
+                   : Transfer::Aborted;
+    }
+
+    std::string Vcd() const { return folder.Read("bus.vcd"); }
+
+    const TemporaryFolder folder;
+    SimulatedTelevision television;
+    std::unique_ptr<VcdTrace> trace = Make();
+    QuietProgram quiet{television, television, QuietProgram::kNoFolder, *trace};
+    mI2Ccode& i2c = quiet.program.i2c;
+};
+
+TEST_F(VcdTraceTest, HoldsTheChangesOnTheWire) {
+    const auto expectTheWire = [&] {
+        const Changes wire = OnWire(television.Samples());
+        const Changes traced = InVcd(Vcd());
+        ASSERT_EQ(traced.lines, "CD" + wire.lines);  // from unknown levels to idle lines
+        const std::int64_t shift = wire.times[0] - traced.times[2];
+        for (std::size_t index = 0; index < wire.times.size(); ++index)
+            ASSERT_LE(std::abs(traced.times[index + 2] + shift - wire.times[index]), 200) << index;
+    };
+    ASSERT_EQ(Read(0, 300), Transfer::Done);
+    expectTheWire();
+    ASSERT_EQ(Write(0x1FFF, 0x5A), Transfer::Done);
+    expectTheWire();
+    television.Inject({.kind = FaultKind::DeviceSilent});
+    ASSERT_EQ(Write(0, 1), Transfer::Aborted);
+    expectTheWire();
+    EXPECT_EQ(InVcd(Vcd()).times[0], 0);
+}
+
+/// Steps a microsecond apart: lines driven as in Changes, and digits for the levels that are seen,
+/// SCL's in the tens.
+TEST_F(VcdTraceTest, DecidesALevelThatOnlyTheWireKnows) {
+    struct Row {
+        std::vector<std::string> steps;
+        std::string lines;
+        std::vector<int> microseconds;
+    };
+    for (const Row& row : {
+             Row{{"C", "D", "d", "c", "D", "C", "c"}, "CDdcDCc", {0, 1, 2, 3, 4, 5, 6}},
+             Row{{"C", "d", "c", "D", "C", "11"}, "CdcDC", {0, 1, 2, 3, 4}},
+             Row{{"C", "d", "c", "D", "C", "10", "c"}, "CdcCcD", {0, 1, 2, 4, 6, 6}},
+             Row{{"C", "d", "c", "D", "C", "10", "c", "C", "11"}, "CdcCcDC", {0, 1, 2, 4, 6, 6, 7}},
+             Row{{"C", "d", "c", "D", "C", "10", "c", "C", "d"},
+                 "CdcCcDCd",
+                 {0, 1, 2, 4, 6, 6, 7, 8}},
+             Row{{"11", "d", "c", "D", "C", "11", "c", "C", "10"},
+                 "DCdcDCcdC",
+                 {0, 0, 1, 2, 3, 4, 6, 6, 7}},
+             Row{{"C", "d", "c", "C", "00", "c", "C", "10"}, "CdcCcC", {0, 1, 2, 3, 4, 6}},
+             Row{{"C", "d", "D", "10", "11"}, "CdD", {0, 1, 4}},
+             Row{{"C", "D", "10"}, "Cd", {0, 1}},
+         }) {
+        const auto own = Make("own.vcd");
+        for (const std::string& step : row.steps) {
+            const auto level = [](bool high) { return high ? Level::High : Level::Low; };
+            if (step.size() == 2)
+                own->Sensed(level(step[0] == '1'), level(step[1] == '1'));
+            else
+                own->Driven(std::toupper(step[0]) == 'C' ? BusLine::Scl : BusLine::Sda,
+                            level(std::isupper(step[0]) != 0));
+            television.WaitUntil(television.Now() + std::chrono::microseconds(1));
+        }
+        own->Released();
+        const Changes traced = InVcd(folder.Read("own.vcd"));
+        EXPECT_EQ(traced.lines, row.lines);
+        std::vector<int> times;
+        for (const std::int64_t time : traced.times)
+            times.push_back(static_cast<int>(time / 1000));
+        EXPECT_EQ(times, row.microseconds) << row.lines;
+    }
+}
+
+TEST_F(VcdTraceTest, IsNoTraceOfAPortThatFails) {
+    television.Inject({.kind = FaultKind::PortFails, .begins = {WireEvent::Clock, 20}});
+    ASSERT_EQ(Read(0, 300), Transfer::Aborted);
+    // The edge that came with the failure is not known to have reached the wire.
+    EXPECT_EQ(InVcd(Vcd()).lines + "C", "CD" + OnWire(television.Samples()).lines);
+}
+
+TEST_F(VcdTraceTest, EndsWithOneLineWhereTheDiskIsFull) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{10'000, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    testing::internal::CaptureStderr();
+    const Transfer first = Read(0, 300);
+    const Transfer second = Read(0, 300);
+    const std::string told = testing::internal::GetCapturedStderr();
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(first, Transfer::Done);
+    EXPECT_EQ(second, Transfer::Done);
+    EXPECT_EQ(told,
+              "tarnwell: " + folder.Path("bus.vcd") + ": File too large; the trace ends here.\n");
+}
+
+TEST_F(VcdTraceTest, ReplacesOnlyWhatIsEmptyOrAVcd) {
+    for (const auto& [content, replaced] : {std::pair{"", true}, {"$date", true}, {"S0", false}}) {
+        folder.Write("other", content);
+        auto made = VcdTrace::Create(folder.Path("other"), television, television);
+        EXPECT_EQ(made.index() == 0, replaced) << content;
+        made = "";
+        EXPECT_EQ(folder.Read("other").starts_with("$date 20"), replaced) << content;
+        EXPECT_EQ(folder.Read("other") == content, !replaced) << content;
+    }
+    for (const char* name : {"", "missing/file"})
+        EXPECT_EQ(VcdTrace::Create(folder.Path(name), television, television).index(), 1U) << name;
+}
+
+/// What sigrok's decoder makes of the file, written as BusMonitor writes it.
+std::string Decoded(const std::string& path) {
+    const std::string command = "sigrok-cli -I vcd -i " + path +
+                                " -P i2c:scl=SCL:sda=SDA:address_format=unshifted -A i2c | "
+                                "sed -n 's/^i2c-1: //; s/Start repeat/Sr/p; s/^Start/S/p; "
+                                "s/Stop/P/p; s/NACK/-/p; s/ACK/+/p; s/Data read: /</p; "
+                                "s/.* \\(..\\)$/\\1/p'";
+    std::string text;
+    std::FILE* const output = popen(command.c_str(), "r");
+    for (int character = std::fgetc(output); character != EOF; character = std::fgetc(output))
+        text += static_cast<char>(character == '\n' ? ' ' : character);
+    EXPECT_EQ(pclose(output), 0) << text;
+    return text;
+}
+
+TEST_F(VcdTraceTest, IsDecodedBySigrok) {
+    std::string expected = "S A0 + P S A0 + 12 + 34 + Sr A1 + ";
+    for (std::size_t address = 0x1234; address < 0x1234 + 100; ++address) {
+        const auto value = static_cast<std::uint8_t>(37 * address);
+        television.Memory(Chip::Primary)[address] = value;
+        char text[8];
+        std::snprintf(text, sizeof text, "<%02X + ", value);
+        expected += text;
+    }
+    television.SetWriteCycle(std::chrono::microseconds(300));
+    ASSERT_EQ(Read(0x1234, 100), Transfer::Done);
+    ASSERT_EQ(Write(0x1FFF, 0x5A), Transfer::Done);
+    expected +=
+        "P S A0 + P S A0 + 1F + FF + 5A + P S A0 - Sr A0 - Sr A0 - Sr A0 + Sr A0 + 1F + FF + Sr A1 + <5A + "
+        "P ";
+    EXPECT_EQ(Decoded(folder.Path("bus.vcd")), expected);
+}
+
+}  // namespace
+}  // namespace tarnwell

@@ -87,10 +87,12 @@ Transfer mI2Ccode::PollUntilWritten(std::uint8_t select) {
     const BusTime bound = clock_.Now() + kWriteCycleBound;
     SendStart();
     while (!BusFailed()) {
+        // The processor may leave the program for longer than the bound within a poll.
+        const bool last = clock_.Now() >= bound;
         SendByte(select);
         if (ReadAck() == AckBit::Acknowledged)
             return BusFailed() ? Transfer::Aborted : Transfer::Done;
-        if (clock_.Now() >= bound)
+        if (last)
             break;
         SendStart();
     }

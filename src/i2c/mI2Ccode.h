@@ -43,7 +43,7 @@ enum class Transfer : std::uint8_t { Done, Aborted };
 class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-down name
   public:
     mI2Ccode(Port& port, Clock& clock, const ProgramState& state, StatusBar& statusBar, User& user,
-             BusTrace& trace);
+             BusTrace& trace = NoBusTrace());
 
     /// Decodes the program state's pin options for all further operations.
     void ApplyPortOptions();

@@ -1,7 +1,7 @@
 // The bus on the wire: driving, event sequences, the bus check, bus times, bounds.
 #include <algorithm>
 
-#include "support/TestProgram.h"
+#include "support/QuietProgram.h"
 
 namespace tarnwell {
 namespace {
@@ -46,6 +46,33 @@ TEST(Transactions, PutTheirEventsOnTheWire) {
     test.television.Record();
     ASSERT_EQ(i2c.WriteByte(0, 1), Transfer::Done);
     EXPECT_THAT(ToText(test.television.Events()), ::testing::StartsWith("Sr A2+ 00+ 00+ 01+ P"));
+}
+
+/// Lets the processor do something else for long after one of the accesses.
+struct LongPause final : BusTrace {
+    SimulatedTelevision television;
+    int accesses = 0;
+    int pauseAfter = 0;
+
+    void Driven(BusLine, Level) override {
+        if (++accesses == pauseAfter)
+            television.WaitUntil(television.Now() + std::chrono::milliseconds(200));
+    }
+};
+
+TEST(Transactions, DoNotTakeAPauseOfTheProgramForASilentDevice) {
+    LongPause pause;
+    QuietProgram quiet(pause.television, pause.television, QuietProgram::kNoFolder, pause);
+    const BusClaim claim(quiet.program.i2c);
+    pause.television.SetWriteCycle(std::chrono::microseconds(300));
+    int paused = 0;
+    for (bool within = true; within; ++paused) {
+        pause.accesses = 0;
+        pause.pauseAfter = paused;
+        ASSERT_EQ(quiet.program.i2c.WriteByte(7, 1), Transfer::Done) << paused;
+        within = pause.accesses >= paused;
+    }
+    EXPECT_GT(paused, 200);
 }
 
 TEST(Transactions, ShowTheProgressOfAWholeDeviceOnly) {

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <sstream>
+#include <thread>
 
 #include "core/Number.h"
 #include "port/FactoryImage.h"
@@ -133,6 +134,21 @@ TEST(FactoryImage, HoldsEverySettingInItsRange) {
         }
     }
     EXPECT_NE(image, FactoryImage(Chip::Secondary));
+}
+
+TEST(SimulatedTelevisionPace, RealAccessesAndWaitsLast) {
+    SimulatedTelevision tv({.accessCost = 100us, .pace = Pace::Real});
+    tv.Claim(kBase);
+    const auto begin = std::chrono::steady_clock::now();
+    const BusTime virtualBegin = tv.Now();
+    for (int access = 0; access < 50; ++access)
+        tv.DlPortReadPortUchar(kBase);
+    tv.WaitUntil(tv.Now() + 5ms);
+    const auto lasted = std::chrono::steady_clock::now() - begin;
+    EXPECT_GE(lasted, 10ms);
+    EXPECT_LE(tv.Now() - virtualBegin, std::chrono::steady_clock::now() - begin);
+    std::this_thread::sleep_for(5ms);
+    EXPECT_GE(tv.Now() - virtualBegin, lasted);
 }
 
 }  // namespace

@@ -218,7 +218,8 @@ TEST_F(VcdTraceTest, IsDecodedBySigrok) {
     ASSERT_EQ(Read(0x1234, 100), Transfer::Done);
     ASSERT_EQ(Write(0x1FFF, 0x5A), Transfer::Done);
     expected +=
-        "P S A0 + P S A0 + 1F + FF + 5A + P S A0 - Sr A0 - Sr A0 - Sr A0 + Sr A0 + 1F + FF + Sr A1 + <5A + "
+        "P S A0 + P S A0 + 1F + FF + 5A + P S A0 - Sr A0 - Sr A0 - Sr A0 + Sr A0 + 1F + FF + Sr A1 "
+        "+ <5A + "
         "P ";
     EXPECT_EQ(Decoded(folder.Path("bus.vcd")), expected);
 }

@@ -8,6 +8,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "support/TemporaryFolder.h"
 #include "support/TestProgram.h"
 #include "ui/FormEdit.h"
 #include "ui/FormMain.h"
@@ -375,6 +376,25 @@ TEST(IniStoreTest, KeepsValuesAndTakesADamagedFileForAnEmptyOne) {
         file.close();
         EXPECT_EQ(IniStore(name).QueryRegValue(kKey, "InitDir"), "") << damage;
     }
+}
+
+TEST_F(FormMainTest, OpensAGivenImageWithTheChecksOfTheMenu) {
+    const TemporaryFolder folder;
+    const std::string name = "im\xE4ge.mot";
+    folder.Write(name, "S0030000FC\r\nS1040012AB3E\r\nS9030000FC\r\n");
+    choose("mnuEEPRead");
+    script.press(QMessageBox::No);
+    window.openImage(folder.Path(name));
+    EXPECT_EQ(status(), "EEProm Image Load Canceled");
+    script.press(QMessageBox::Yes);
+    script.then([this](QWidget& box) {
+        EXPECT_EQ(box.parentWidget(), &window);
+        dynamic_cast<QMessageBox&>(box).button(QMessageBox::Yes)->click();
+    });
+    window.openImage(folder.Path(name));
+    EXPECT_EQ(status(), "Record Checksums OK; EEP Image Loaded into Buffer");
+    EXPECT_EQ(program.buffer[0x12], 0xAB);
+    EXPECT_EQ(program.state.archiveFolder + "/", folder.Path());
 }
 
 }  // namespace

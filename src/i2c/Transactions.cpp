@@ -85,16 +85,13 @@ Transfer mI2Ccode::WriteByte(std::int16_t address, std::uint8_t value) {
 
 Transfer mI2Ccode::PollUntilWritten(std::uint8_t select) {
     const BusTime bound = clock_.Now() + kWriteCycleBound;
-    SendStart();
-    while (!BusFailed()) {
-        // The processor may leave the program for longer than the bound within a poll.
-        const bool last = clock_.Now() >= bound;
+    // The processor may leave the program for longer than that within a poll.
+    for (bool last = false; !last && !BusFailed();) {
+        last = clock_.Now() >= bound;
+        SendStart();
         SendByte(select);
         if (ReadAck() == AckBit::Acknowledged)
             return BusFailed() ? Transfer::Aborted : Transfer::Done;
-        if (last)
-            break;
-        SendStart();
     }
     return Transfer::Aborted;
 }

@@ -5,8 +5,10 @@
 #include <QCommandLineParser>
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string_view>
 
@@ -100,15 +102,12 @@ struct Options {
 }
 
 std::string readableFile(const std::string& name) {
+    if (access(name.c_str(), R_OK) != 0)
+        refuse(name + ": " + std::strerror(errno) + ".");
     std::error_code error;
-    const std::filesystem::path path = std::filesystem::absolute(name, error);
-    const bool regular = !error && std::filesystem::is_regular_file(path, error);
-    if (error || access(path.c_str(), R_OK) != 0)
-        refuse(name + ": " +
-               (error ? error : std::error_code(errno, std::generic_category())).message() + ".");
-    if (!regular)
+    if (!std::filesystem::is_regular_file(name, error))
         refuse(name + ": this is no regular file.");
-    return path.string();
+    return std::filesystem::absolute(name, error).string();
 }
 
 }  // namespace
@@ -138,6 +137,8 @@ CommandLine readCommandLine(int argc, char** argv) {
                      .imageFile = {}};
     if (parser.isSet(options.trace))
         line.traceFile = toBytes(parser.value(options.trace));
+    if (line.traceFile == "")
+        refuseArgument("Missing value after '--trace'.");
     if (!files.isEmpty())
         line.imageFile = readableFile(toBytes(files.first()));
     return line;

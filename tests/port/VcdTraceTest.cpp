@@ -153,6 +153,21 @@ TEST_F(VcdTraceTest, DecidesALevelThatOnlyTheWireKnows) {
     }
 }
 
+TEST_F(VcdTraceTest, TakesLevelsAsThePinOptionsSay) {
+    television.Inject({.kind = FaultKind::InputsInverted});
+    quiet.program.state.pinOptions = "11012111";
+    i2c.ApplyPortOptions();
+    {
+        const BusClaim claim(i2c);
+        // A command never gets here: it takes SCL for low, whatever its polarity.
+        ASSERT_EQ(i2c.ReadBlock(0, 1), Transfer::Aborted);
+        i2c.ReleaseBus();
+    }
+    const std::string wire = OnWire(television.Samples()).lines;
+    EXPECT_GT(wire.size(), 20U);
+    EXPECT_EQ(InVcd(Vcd()).lines, "CD" + wire);
+}
+
 TEST_F(VcdTraceTest, IsNoTraceOfAPortThatFails) {
     television.Inject({.kind = FaultKind::PortFails, .begins = {WireEvent::Clock, 20}});
     ASSERT_EQ(Read(0, 300), Transfer::Aborted);

@@ -379,7 +379,6 @@ TEST(IniStoreTest, KeepsValuesAndTakesADamagedFileForAnEmptyOne) {
 }
 
 TEST_F(FormMainTest, OpensAGivenImageWithTheChecksOfTheMenu) {
-    const TemporaryFolder folder;
     const std::string name = "im\xE4ge.mot";
     folder.Write(name, "S0030000FC\r\nS1040012AB3E\r\nS9030000FC\r\n");
     choose("mnuEEPRead");

@@ -132,6 +132,7 @@ TEST_F(VcdTraceTest, DecidesALevelThatOnlyTheWireKnows) {
              Row{{"C", "d", "c", "C", "00", "c", "C", "10"}, "CdcCcC", {0, 1, 2, 3, 4, 6}},
              Row{{"C", "d", "D", "10", "11"}, "CdD", {0, 1, 4}},
              Row{{"C", "D", "10"}, "Cd", {0, 1}},
+             Row{{"C", "D", "11", "00"}, "CDcd", {0, 1, 3, 3}},
          }) {
         const auto own = Make("own.vcd");
         for (const std::string& step : row.steps) {

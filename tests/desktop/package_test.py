@@ -1,0 +1,183 @@
+#!/usr/bin/python3
+"""Makes the Debian package of a finished build, checks it, installs it in folders of its own,
+drives what it installed, and removes it.
+
+    tests/desktop/session /usr/bin/python3 package_test.py BUILD-FOLDER
+"""
+
+import configparser
+import filecmp
+import gzip
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+from urllib.parse import unquote, urlparse
+from xml.etree import ElementTree
+
+import driver
+
+BUILD = Path(sys.argv.pop(1)).resolve()
+SOURCES = Path(__file__).resolve().parents[2]
+IMAGE_HEADER = "S021000048616C7620446F726E205461726E77656C6C203202024461746146696C65E7"
+SYSTEM_FOLDERS = "/usr/local/sbin:/usr/sbin:/sbin"  # dpkg wants them on the path
+
+
+def run(*command, **environment):
+    """What the command says, which must succeed."""
+    result = subprocess.run([str(word) for word in command], text=True, stdout=subprocess.PIPE,
+                            stderr=subprocess.STDOUT, env={**os.environ, **environment})
+    assert result.returncode == 0, f"{command} ended with {result.returncode}:\n{result.stdout}"
+    return result.stdout.strip()
+
+
+def make_package(folder):
+    run("cpack", "--config", BUILD / "CPackConfig.cmake", "-B", folder,
+        SOURCE_DATE_EPOCH="1700000000")
+    [package] = folder.glob("*.deb")
+    return package
+
+
+def files_below(folder):
+    """All files, links and folders below the folder, but not dpkg's own."""
+    paths = {str(path.relative_to(folder)) for path in folder.rglob("*")}
+    return {path for path in paths if not path.startswith("var/lib/dpkg")}
+
+
+def dpkg(root, *arguments):
+    for folder in ("info", "updates", "triggers"):
+        (root / "var/lib/dpkg" / folder).mkdir(parents=True, exist_ok=True)
+    (root / "var/lib/dpkg/status").touch()
+    return run("fakeroot", "dpkg", f"--root={root}", "--force-depends",
+               "--force-script-chrootless", "--log=/dev/null", *arguments,
+               PATH=f"{os.environ['PATH']}:{SYSTEM_FOLDERS}")
+
+
+class PackageTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        scratch = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(scratch.cleanup)
+        cls.scratch = Path(scratch.name)
+        cls.package = make_package(cls.scratch / "first")
+        cls.root = cls.scratch / "unpacked"
+        run("dpkg-deb", "-x", cls.package, cls.root)
+        cls.share = cls.root / "usr/share"
+
+    def field(self, name):
+        return run("dpkg-deb", "-f", self.package, name)
+
+    def test_is_named_as_debian_wants_it(self):
+        architecture = run("dpkg", "--print-architecture")
+        self.assertEqual(self.package.name, f"tarnwell_{self.field('Version')}_{architecture}.deb")
+
+    def test_lintian_finds_no_fault(self):
+        run("lintian", "--no-cfg", "--fail-on", "error,warning", self.package)
+
+    def test_is_the_same_when_made_again(self):
+        again = make_package(self.scratch / "second")
+        self.assertTrue(filecmp.cmp(self.package, again, shallow=False))
+
+    def test_desktop_finds_the_program(self):
+        entry = self.share / "applications/tarnwell.desktop"
+        self.assertEqual(run("desktop-file-validate", entry), "")
+        run("appstreamcli", "validate", "--no-net", *self.share.glob("metainfo/*"))
+        parser = configparser.ConfigParser(interpolation=None)
+        parser.read(entry)
+        values = parser["Desktop Entry"]
+        self.assertTrue((self.root / "usr/bin" / values["Exec"].split()[0]).is_file())
+        icon = self.share / f"icons/hicolor/scalable/apps/{values['Icon']}.svg"
+        self.assertEqual(ElementTree.parse(icon).getroot().tag, "{http://www.w3.org/2000/svg}svg")
+
+    def test_archives_are_known_and_opened(self):
+        root = self.scratch / "desktop"
+        run("dpkg-deb", "-x", self.package, root)
+        share = root / "usr/share"
+        run("update-mime-database", share / "mime")
+        run("update-desktop-database", share / "applications")
+        folders = {"XDG_DATA_DIRS": f"{share}:/usr/share",
+                   "PATH": f"{root}/usr/bin:{os.environ['PATH']}"}
+        for name, content in (("by-name.mot", "S1"), ("by-content", IMAGE_HEADER)):
+            file = self.scratch / name
+            file.write_text(content)
+            self.assertIn("text/x-srecord",
+                          run("gio", "info", "-a", "standard::content-type", file, **folders), name)
+        self.assertIn("tarnwell.desktop", run("gio", "mime", "text/x-srecord", **folders))
+
+    def test_manual_page_is_well_formed(self):
+        page = self.share / "man/man1/tarnwell.1.gz"
+        self.assertEqual(run("sh", "-c", 'man --warnings -l -Tutf8 -Z "$0" >/dev/null', page), "")
+        described = run("man", "-l", page, MANWIDTH="200")
+        offered = re.findall(r"^ .*?(--[a-z-]+)", run(self.root / "usr/bin/tarnwell", "--help"),
+                             re.MULTILINE)
+        self.assertIn("--port", offered)
+        self.assertEqual([option for option in offered if option not in described], [])
+
+    def test_versions_agree(self):
+        version = self.field("Version")
+        with gzip.open(self.share / "doc/tarnwell/changelog.gz", "rt") as changelog:
+            self.assertIn(f"tarnwell ({version})", changelog.readline())
+        [metainfo] = self.share.glob("metainfo/*")
+        self.assertEqual(ElementTree.parse(metainfo).find("releases/release").get("version"),
+                         version)
+        self.assertIn(version, run(self.root / "usr/bin/tarnwell", "--version"))
+
+    def test_installs_below_any_prefix(self):
+        run("cmake", "--install", BUILD, "--prefix", "/opt/tv", DESTDIR=str(self.scratch / "dest"))
+        installed = self.scratch / "dest/opt/tv"
+        self.assertEqual(files_below(installed), files_below(self.root / "usr"))
+        run(installed / "bin/tarnwell", "--version")
+
+    def test_is_driven_and_leaves_nothing(self):
+        root = self.scratch / "installed"
+        root.mkdir()
+        dpkg(root, "--install", self.package)
+        self.assertLess({"usr", "usr/bin/tarnwell"}, files_below(root))
+        self.drive(root / "usr/bin/tarnwell")
+        dpkg(root, "--purge", "tarnwell")
+        self.assertLessEqual(files_below(root), {"var", "var/lib"})
+
+    def test_is_driven_where_it_is_unpacked(self):
+        self.drive(self.root / "usr/bin/tarnwell")
+
+    def drive(self, path):
+        """Reads the EEPROM, opens the help, and opens the same bytes as an archive."""
+        device = Path(os.environ["XDG_DATA_HOME"]) / "tarnwell/simulated-primary.bin"
+        device.parent.mkdir(exist_ok=True)
+        device.write_bytes(bytes(address % 251 for address in range(8192)))
+        with driver.Program(path, "--port=simulated", env=self.with_viewer()) as program:
+            program.menu("I2C Operations", "Read Entire EEP")
+            program.wait_for_status("Primary EEProm Data Read Into Memory")
+            crc = program.panel("CRC32")
+            for item in ("Help Topics", "Release History"):
+                program.menu("Help", item)
+                driver.wait_for(f"the viewer for {item}", self.opened.exists)
+                file = Path(unquote(urlparse(self.opened.read_text().strip()).path))
+                self.opened.unlink()
+                self.assertTrue(file.is_file(), file)
+                self.assertEqual(file.parent, path.resolve().parent)
+            self.assertEqual(program.quit(), 0)
+
+        archive = self.scratch / "read.mot"
+        records = run("srec_cat", device, "-binary", "-o", "-", "-motorola",
+                      "-address-length=2", "-disable=header", "-disable=data-count")
+        archive.write_text(f"{IMAGE_HEADER}\n{records}\n")
+        with driver.Program(path, "--port=simulated", archive) as program:
+            driver.wait_for(f"CRC32 {crc}", lambda: program.panel("CRC32") == crc)
+
+    def with_viewer(self):
+        """The environment with a viewer that tells which file it was given."""
+        self.opened = self.scratch / "opened"
+        viewer = self.scratch / "bin/xdg-open"
+        viewer.parent.mkdir(exist_ok=True)
+        viewer.write_text(f'#!/bin/sh\necho "$1" >"{self.opened}.part"\n'
+                          f'mv "{self.opened}.part" "{self.opened}"\n')
+        viewer.chmod(0o755)
+        return {**os.environ, "PATH": f"{viewer.parent}:{os.environ['PATH']}"}
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

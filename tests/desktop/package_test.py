@@ -111,8 +111,8 @@ class PackageTest(unittest.TestCase):
         page = self.share / "man/man1/tarnwell.1.gz"
         self.assertEqual(run("sh", "-c", 'man --warnings -l -Tutf8 -Z "$0" >/dev/null', page), "")
         described = run("man", "-l", page, MANWIDTH="200")
-        offered = re.findall(r"^ .*?(--[a-z-]+)", run(self.root / "usr/bin/tarnwell", "--help"),
-                             re.MULTILINE)
+        help_text = run(self.root / "usr/bin/tarnwell", "--help", DISPLAY="")
+        offered = re.findall(r"^ .*?(--[a-z-]+)", help_text, re.MULTILINE)
         self.assertIn("--port", offered)
         self.assertEqual([option for option in offered if option not in described], [])
 
@@ -123,7 +123,7 @@ class PackageTest(unittest.TestCase):
         [metainfo] = self.share.glob("metainfo/*")
         self.assertEqual(ElementTree.parse(metainfo).find("releases/release").get("version"),
                          version)
-        self.assertIn(version, run(self.root / "usr/bin/tarnwell", "--version"))
+        self.assertIn(version, run(self.root / "usr/bin/tarnwell", "--version", DISPLAY=""))
 
     def test_installs_below_any_prefix(self):
         run("cmake", "--install", BUILD, "--prefix", "/opt/tv", DESTDIR=str(self.scratch / "dest"))

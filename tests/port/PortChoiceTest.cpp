@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "FakeSystem.h"
+#include "support/FakeSystem.h"
 
 namespace tarnwell {
 namespace {

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 #include <sys/file.h>
 
-#include "FakeSystem.h"
 #include "port/DevPort.h"
 #include "port/LinuxSystemCalls.h"
 #include "port/PpdevPort.h"
+#include "support/FakeSystem.h"
 
 namespace tarnwell {
 namespace {

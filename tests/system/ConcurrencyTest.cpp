@@ -1,6 +1,6 @@
 // Two instances of the program on one port.
 #include "port/DevPort.h"
-#include "system/Instance.h"
+#include "support/Instance.h"
 
 namespace tarnwell {
 namespace {

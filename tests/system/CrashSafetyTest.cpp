@@ -1,7 +1,7 @@
 // Kills the program in the middle of what it writes, and looks at what is left.
 #include <random>
 
-#include "system/Instance.h"
+#include "support/Instance.h"
 #include "ui/IniStore.h"
 
 namespace tarnwell {

@@ -6,7 +6,6 @@
 #include <optional>
 
 #include "core/Number.h"
-#include "ui/Colours.h"
 #include "ui/Fitted.h"
 #include "ui/Text.h"
 
@@ -54,10 +53,9 @@ CellEditBox::CellEditBox(DataGrid& grid, CellEditor& editor, const ProgramState&
     setFrame(false);
     setAlignment(Qt::AlignCenter);
     setContextMenuPolicy(Qt::DefaultContextMenu);
-    QPalette colour = palette();
-    colour.setColor(QPalette::Base, Qt::white);
-    colour.setColor(QPalette::Text, colours::kText);
-    setPalette(colour);
+    setStyleSheet(QStringLiteral("background: white; color: black; border: none; padding: 0px;"
+                                 "selection-background-color: #003399;"
+                                 "selection-color: white;"));
     hide();
     connect(this, &QLineEdit::textEdited, this, &CellEditBox::takeEditedText);
 }

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 
+#include "ui/Accessible.h"
 #include "ui/Colours.h"
 #include "ui/Measures.h"
 #include "ui/Text.h"
@@ -39,6 +40,7 @@ QRect rowPlace(const Column& column, int row) {
 }  // namespace
 
 Lamp::Lamp(QWidget* parent) : QWidget(parent) {
+    setAccessibleRole(*this, QAccessible::Graphic);
     setObjectName(QStringLiteral("EditorLamp"));
 }
 
@@ -70,7 +72,6 @@ EditorPageWidget::EditorPageWidget(DataGrid& grid, CellEditor& editor, const Pro
                                           "QCheckBox::indicator { width: %1px; height: %1px; }")
                                .arg(scaled(kIndicatorSide)));
     m_lamp.setGeometry(place(6700, 340, 225, 195));
-    m_lamp.setAccessibleName(QStringLiteral("Data Editor lamp"));
     for (int offset = 0; offset < kBytesPerRow; ++offset) {
         auto* heading = new FittedLabel(this);
         heading->setObjectName(elementName("lblRow", offset));
@@ -86,7 +87,7 @@ EditorPageWidget::EditorPageWidget(DataGrid& grid, CellEditor& editor, const Pro
 
 void EditorPageWidget::colourHeadings() {
     for (FittedLabel* heading : m_headings)
-        setColours(*heading, colours::kHeading, colours::kText);
+        heading->setColours(colours::kHeading, colours::kText);
 }
 
 void EditorPageWidget::refill() {
@@ -100,6 +101,8 @@ void EditorPageWidget::showSwitch(EditorSwitch editor) {
     m_switch.setChecked(on);
     m_switch.setText(toQt(Word(editor)));
     fitCaption(m_switch, kIndicatorSide + 60);
+    m_lamp.setAccessibleName(on ? QStringLiteral("The Data Editor is on")
+                                : QStringLiteral("The Data Editor is off"));
     m_lamp.setColour(on ? colours::kLampOn : colours::kLampOff);
 }
 
@@ -121,6 +124,7 @@ PendingFrame::PendingFrame(const PendingWrites& pending, QWidget* parent)
             addLabel(elementName("lblOldData", row), rowPlace(kColumns[1], row)),
             addLabel(elementName("lblNewData", row), rowPlace(kColumns[2], row))};
     }
+    refresh();
 }
 
 FittedLabel* PendingFrame::addLabel(const QString& name, const QRect& place) {
@@ -133,9 +137,9 @@ FittedLabel* PendingFrame::addLabel(const QString& name, const QRect& place) {
 
 void PendingFrame::colourRows() {
     for (const Row& row : m_rows) {
-        setColours(*row.address, colours::kHeading, colours::kText);
-        setColours(*row.oldValue, colours::kCell, colours::kText);
-        setColours(*row.newValue, colours::kCell, colours::kText);
+        row.address->setColours(colours::kHeading, colours::kText);
+        row.oldValue->setColours(colours::kCell, colours::kText);
+        row.newValue->setColours(colours::kCell, colours::kText);
         for (FittedLabel* label : {row.address, row.oldValue, row.newValue})
             label->setFrameStyle(QFrame::Panel | QFrame::Sunken);
     }
@@ -145,9 +149,16 @@ void PendingFrame::refresh() {
     for (int row = 0; row < kPendingRows; ++row) {
         const EditRecord& record = m_pending.Row(row);
         const Row& labels = m_rows[static_cast<std::size_t>(row)];
-        labels.address->setText(toQt(record.EditAddress));
-        labels.oldValue->setText(toQt(record.EditOldValue));
-        labels.newValue->setText(toQt(record.EditNewValue));
+        const auto show = [row](FittedLabel& label, const char* what, const std::string& text) {
+            label.setText(toQt(text));
+            label.setAccessibleName(QStringLiteral("Pending write %1, %2: %3")
+                                        .arg(row + 1)
+                                        .arg(QLatin1String(what),
+                                             text.empty() ? QStringLiteral("none") : toQt(text)));
+        };
+        show(*labels.address, "address", record.EditAddress);
+        show(*labels.oldValue, "old value", record.EditOldValue);
+        show(*labels.newValue, "new value", record.EditNewValue);
     }
 }
 

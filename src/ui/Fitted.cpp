@@ -5,6 +5,7 @@
 #include <QStyle>
 
 #include "ui/Measures.h"
+#include "ui/ReadableStyle.h"
 
 namespace tarnwell {
 
@@ -12,7 +13,16 @@ FittedLabel::FittedLabel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
 }
 
+void FittedLabel::setColours(const QColor& background, const QColor& text) {
+    m_colours = {background, text};
+    update();
+}
+
 void FittedLabel::paintEvent(QPaintEvent* event) {
+    if (m_colours) {
+        QPainter painter(this);
+        return paintColoured(painter);
+    }
     if (fontMetrics().horizontalAdvance(text()) <= contentsRect().width()) {
         QLabel::paintEvent(event);
         return;
@@ -22,6 +32,15 @@ void FittedLabel::paintEvent(QPaintEvent* event) {
     painter.setPen(
         palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
     drawFitted(painter, contentsRect(), alignment(), text());
+}
+
+void FittedLabel::paintColoured(QPainter& painter) {
+    drawFrame(&painter);
+    painter.fillRect(contentsRect(), m_colours->background);
+    painter.setPen(m_colours->text);
+    drawFitted(painter, contentsRect(), alignment(), text());
+    if (hasFocus())
+        drawFocusFrame(painter, rect(), m_colours->text);
 }
 
 void drawFitted(QPainter& painter, const QRect& room, Qt::Alignment alignment,
@@ -50,14 +69,6 @@ void fitCaption(QAbstractButton& button, int besides) {
     QFont font = button.font();
     font.setPixelSize(qMax(1, button.fontInfo().pixelSize() * room / width));
     button.setFont(font);
-}
-
-void setColours(QWidget& widget, const QColor& background, const QColor& text) {
-    QPalette palette = widget.palette();
-    palette.setColor(widget.backgroundRole(), background);
-    palette.setColor(widget.foregroundRole(), text);
-    widget.setPalette(palette);
-    widget.setAutoFillBackground(true);
 }
 
 }  // namespace tarnwell

@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <optional>
 
 namespace tarnwell {
 
@@ -14,8 +15,20 @@ class FittedLabel : public QLabel {
 
     QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
 
+    /// Colours of the label's own, whatever the desktop's theme or a style sheet say.
+    void setColours(const QColor& background, const QColor& text);
+
   protected:
     void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void paintColoured(QPainter& painter);
+
+    struct Colours {
+        QColor background;
+        QColor text;
+    };
+    std::optional<Colours> m_colours;
 };
 
 /// Draws one line of text within `room`, condensed if it is too wide.
@@ -24,8 +37,5 @@ void drawFitted(QPainter& painter, const QRect& room, Qt::Alignment alignment, c
 /// Makes the font of a button so small that its caption fits beside what else the button shows,
 /// `besides` twips wide.
 void fitCaption(QAbstractButton& button, int besides = 120);
-
-/// Gives a widget colours of its own, whatever the desktop's theme.
-void setColours(QWidget& widget, const QColor& background, const QColor& text);
 
 }  // namespace tarnwell

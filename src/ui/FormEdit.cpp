@@ -25,7 +25,7 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, QWidget* parent)
     m_readout.setFrameStyle(QFrame::Panel | QFrame::Sunken);
     m_readout.setFont(scaledFont(18, Weight::Bold));
     m_readout.setToolTip(QStringLiteral(" Current value "));
-    setColours(m_readout, colours::kCell, colours::kValueText);
+    m_readout.setColours(colours::kCell, colours::kValueText);
 
     m_upDown.setObjectName(QStringLiteral("VScroll1"));
     m_upDown.setGeometry(scaledRect(792, 75, 465, 465));

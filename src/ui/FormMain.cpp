@@ -10,6 +10,8 @@
 #include "ui/FormAbout.h"
 #include "ui/FormEdit.h"
 #include "ui/FormWarning.h"
+#include "ui/ReadableStyle.h"
+#include "ui/ScreenArea.h"
 #include "ui/Text.h"
 
 static void initPictures() {
@@ -66,7 +68,8 @@ FormMain::FormMain(const Connections& connections)
     setObjectName(QStringLiteral("formMain"));
     setWindowTitle(m_caption);
     setWindowIcon(QIcon(QStringLiteral(":/pictures/tarnwell.svg")));
-    setCentralWidget(&m_body);
+    ReadableStyle::use();
+    setCentralWidget(new ScreenArea(m_body, *menuBar(), this));
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     setContextMenuPolicy(Qt::NoContextMenu);
     buildPages();
@@ -79,6 +82,8 @@ FormMain::FormMain(const Connections& connections)
 void FormMain::buildPages() {
     m_tabs.setObjectName(QStringLiteral("SSTab1"));
     m_tabs.setAccessibleName(QStringLiteral("Pages"));
+    m_tabs.setFocusProxy(nullptr);  // the tabs themselves take the focus
+    m_tabs.setFocusPolicy(Qt::NoFocus);
     m_tabs.setGeometry(scaledRect(75, 0, 7065, 3075));
     m_tabs.setUsesScrollButtons(false);
     m_tabs.setElideMode(Qt::ElideNone);
@@ -104,7 +109,7 @@ QPushButton& FormMain::addButton(const char* name, const char* caption, const ch
 void FormMain::buildButtons() {
     for (QPushButton* button : {&m_readSettings, &m_mergeSettings, &m_writeSettings})
         button->setEnabled(false);
-    setTabOrder(&m_tabs, &m_readSettings);
+    setTabOrder(&m_editorPage.grid(), &m_readSettings);
     setTabOrder(&m_readSettings, &m_mergeSettings);
     setTabOrder(&m_mergeSettings, &m_writeSettings);
     setTabOrder(&m_writeSettings, &m_writePending);
@@ -136,6 +141,14 @@ void FormMain::connectSignals() {
     connect(
         qApp, &QGuiApplication::screenRemoved, this, [this] { m_place.bringBack(*this); },
         Qt::QueuedConnection);
+    const int pages = m_tabs.count();
+    for (const auto& [keys, step] : {std::pair(QKeySequence::NextChild, 1),
+                                     std::pair(QKeySequence::PreviousChild, pages - 1)}) {
+        auto* turn = new QShortcut(keys, this);
+        connect(turn, &QShortcut::activated, this, [this, pages, step = step] {
+            m_tabs.setCurrentIndex((m_tabs.currentIndex() + step) % pages);
+        });
+    }
 }
 
 void FormMain::startUp() {

@@ -7,6 +7,7 @@
 
 #include "ui/Heading.h"
 #include "ui/Measures.h"
+#include "ui/ScreenArea.h"
 #include "ui/StripSystemMenu.h"
 #include "ui/Text.h"
 
@@ -35,7 +36,6 @@ constexpr std::array<Place, kPinPositions> kPlaces{{
 constexpr int kGapColumn = 2;
 constexpr int kColumns = 5;
 constexpr int kConnectorRow = 4;
-constexpr int kButtonRow = 6;
 
 constexpr const Place& placeOf(PinPosition position) {
     return *std::ranges::find(kPlaces, position, &Place::position);
@@ -61,7 +61,8 @@ FormPortOpts::FormPortOpts(PortOptions& options, QWidget* parent)
     : QDialog(parent), m_options(options), m_connector(this) {
     setObjectName(QStringLiteral("formPortOpts"));
     setWindowTitle(QStringLiteral("Advanced Port Setup"));
-    auto* layout = new QGridLayout(this);
+    auto* content = new QWidget;
+    auto* layout = new QGridLayout(content);
     layout->setContentsMargins(scaled(180), scaled(120), scaled(180), scaled(180));
     layout->setHorizontalSpacing(scaled(90));
     layout->setVerticalSpacing(scaled(90));
@@ -71,8 +72,17 @@ FormPortOpts::FormPortOpts(PortOptions& options, QWidget* parent)
     layout->addWidget(headingLabel(QStringLiteral("Connector Pins")), kConnectorRow, 0, 1,
                       kColumns);
     layout->addWidget(&m_connector, kConnectorRow + 1, 0, 1, kColumns, Qt::AlignCenter);
-    addButtons(*layout);
     layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->activate();
+    auto* buttons = new QWidget(this);
+    auto* parts = new QVBoxLayout(this);
+    parts->setContentsMargins(0, 0, 0, 0);
+    parts->setSpacing(0);
+    auto* area = new ScreenArea(*content, *buttons, this);
+    addButtons(*buttons);
+    parts->addWidget(area);
+    parts->addWidget(buttons);
+    parts->setSizeConstraint(QLayout::SetFixedSize);
 
     m_options.Load();
     showSelections();
@@ -81,7 +91,7 @@ FormPortOpts::FormPortOpts(PortOptions& options, QWidget* parent)
 
 void FormPortOpts::addGroup(QGridLayout& layout, const PinGroup& group) {
     const Place& place = placeOf(group.position);
-    auto* frame = new QGroupBox(toQt(group.caption), this);
+    auto* frame = new QGroupBox(toQt(group.caption), layout.parentWidget());
     frame->setObjectName(QStringLiteral("frame") + toQt(group.array));
     frame->setToolTip(toQt(group.toolTip));
     const QString name = toQt(group.heading) + QStringLiteral(", ") + toQt(group.caption);
@@ -107,7 +117,7 @@ void FormPortOpts::addGroup(QGridLayout& layout, const PinGroup& group) {
             [this, position = group.position](int index) { select(position, index); });
 }
 
-void FormPortOpts::addButtons(QGridLayout& layout) {
+void FormPortOpts::addButtons(QWidget& widget) {
     struct Command {
         const char* name;
         const char* caption;
@@ -122,18 +132,17 @@ void FormPortOpts::addButtons(QGridLayout& layout) {
          &FormPortOpts::defaultsClicked},
         {"HelpButton", "Help", " Click if you have no clue! ", &FormPortOpts::helpClicked},
     }};
-    auto* row = new QHBoxLayout;
+    auto* row = new QHBoxLayout(&widget);
+    row->setContentsMargins(scaled(180), scaled(60), scaled(180), scaled(180));
     row->setSpacing(scaled(120));
     for (const Command& command : commands) {
-        auto* button = new QPushButton(QLatin1String(command.caption), this);
+        auto* button = new QPushButton(QLatin1String(command.caption), &widget);
         button->setObjectName(QLatin1String(command.name));
         button->setAccessibleName(button->text());
         button->setToolTip(QLatin1String(command.toolTip));
         row->addWidget(button);
         connect(button, &QPushButton::clicked, this, command.run);
     }
-    layout.addLayout(row, kButtonRow, 0, 1, kColumns);
-    layout.setRowMinimumHeight(kButtonRow, scaled(480));
 }
 
 void FormPortOpts::select(PinPosition position, int index) {

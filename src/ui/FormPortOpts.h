@@ -21,7 +21,7 @@ class FormPortOpts final : public QDialog {
 
   private:
     void addGroup(QGridLayout& layout, const PinGroup& group);
-    void addButtons(QGridLayout& layout);
+    void addButtons(QWidget& widget);
     void select(PinPosition position, int index);
     void showSelections();
     void acceptClicked();

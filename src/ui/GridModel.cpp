@@ -1,5 +1,6 @@
 #include "ui/GridModel.h"
 
+#include "core/Number.h"
 #include "ui/Colours.h"
 #include "ui/Measures.h"
 #include "ui/Text.h"
@@ -34,8 +35,9 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
     const bool isAddress = index.column() == kAddressColumn;
     switch (role) {
         case Qt::DisplayRole:
-        case Qt::AccessibleTextRole:
             return text(index);
+        case Qt::AccessibleTextRole:
+            return isAddress ? text(index) : spokenText(index);
         case Qt::TextAlignmentRole:
             return static_cast<int>(isAddress ? Qt::AlignRight | Qt::AlignVCenter
                                               : Qt::AlignCenter);
@@ -47,6 +49,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
             return !isAddress && m_grid.IsChanged(cellOf(index)) ? QVariant(m_changedFont)
                                                                  : QVariant();
         case Qt::ToolTipRole:
+        case Qt::AccessibleDescriptionRole:
             return isAddress ? QVariant() : QVariant(toolTip(cellOf(index)));
         default:
             return {};
@@ -57,6 +60,24 @@ QString GridModel::text(const QModelIndex& index) const {
     if (index.column() == kAddressColumn)
         return toQt(m_grid.RowAddressText(index.row()));
     return toQt(m_grid.Text(cellOf(index)));
+}
+
+QString GridModel::spokenText(const QModelIndex& index) const {
+    const GridCell cell = cellOf(index);
+    const std::string address =
+        NumberText(static_cast<std::uint32_t>(cell.Address()), m_state.numberMode);
+    return QStringLiteral("Address %1: %2%3")
+        .arg(toQt(address), text(index).isEmpty() ? QStringLiteral("empty") : text(index),
+             m_grid.IsChanged(cell) ? QStringLiteral(", changed") : QString());
+}
+
+QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role != Qt::DisplayRole)
+        return {};
+    if (orientation == Qt::Vertical)
+        return toQt(m_grid.RowAddressText(section));
+    return section == kAddressColumn ? QStringLiteral("Address")
+                                     : toQt(m_grid.HeadingText(section - 1));
 }
 
 QString GridModel::toolTip(GridCell cell) const {

@@ -18,6 +18,9 @@ class GridModel final : public QAbstractTableModel {
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+
+    /// The hidden headers' texts, which a screen reader says.
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
     QModelIndex indexOf(GridCell cell) const { return index(cell.row, cell.column); }
@@ -27,6 +30,7 @@ class GridModel final : public QAbstractTableModel {
 
   private:
     QString text(const QModelIndex& index) const;
+    QString spokenText(const QModelIndex& index) const;
     QString toolTip(GridCell cell) const;
 
     const DataGrid& m_grid;

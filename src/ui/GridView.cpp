@@ -14,6 +14,7 @@
 #include "ui/Colours.h"
 #include "ui/Fitted.h"
 #include "ui/Measures.h"
+#include "ui/ReadableStyle.h"
 #include "ui/Text.h"
 
 namespace tarnwell {
@@ -43,7 +44,9 @@ class CellDelegate final : public QStyledItemDelegate {
                    index.data().toString());
         if (GridCell{index.row(), index.column()} != m_grid.Current())
             return;
-        painter->setPen(QPen(colours::kText, 1, m_view.hasFocus() ? Qt::SolidLine : Qt::DotLine));
+        if (m_view.hasFocus())
+            return drawFocusFrame(*painter, option.rect, colours::kText);
+        painter->setPen(QPen(colours::kText, 1, Qt::DotLine));
         painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
     }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/Accessible.h"
 #include "ui/Measures.h"
 
 namespace tarnwell {
@@ -33,6 +34,7 @@ constexpr double kShellMargin = 0.45;  // of the pitch, around the pins
 
 PortConnector::PortConnector(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("PortConnector"));
+    setAccessibleRole(*this, QAccessible::Graphic);
     setAccessibleName(QStringLiteral("Pins of the 25-pin connector"));
     setToolTip(QStringLiteral(" The computer's connector, seen from outside "));
 }

@@ -5,13 +5,18 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStandardPaths>
 
+#include "ui/Measures.h"
 #include "ui/Text.h"
 
 namespace tarnwell {
 
 namespace {
+
+/// Leaves room for the window manager's frame.
+constexpr double kShareOfScreen = 0.9;
 
 struct StyleParts {
     QMessageBox::Icon icon;
@@ -121,6 +126,8 @@ std::optional<std::string> QtUser::AskFile(const FileRequest& request) {
     dialog.setDefaultSuffix(toQt(kArchiveExtension.substr(1)));
     dialog.setDirectory(startFolder(request.folder));
     dialog.selectFile(proposedName(request));
+    const QSize screen = dialog.screen()->availableGeometry().size();
+    dialog.resize(scaledRect(0, 0, 8700, 5600).size().boundedTo(screen * kShareOfScreen));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     return pathFromQt(dialog.selectedFiles().constFirst());

@@ -7,6 +7,7 @@
 #include "ui/Colours.h"
 #include "ui/Fitted.h"
 #include "ui/Measures.h"
+#include "ui/ReadableStyle.h"
 #include "ui/Text.h"
 
 namespace tarnwell {
@@ -22,24 +23,30 @@ void SettingCell::show(const QString& caption, CellColour colour) {
     setText(caption);
     m_background = colours::of(colour);
     setAccessibleName(toQt(CellTitle(m_cell)) + QLatin1Char(' ') + caption);
+    const Setting& setting = *Cell(m_cell).setting;
+    QString description = toQt(setting.description);
+    if (!description.isEmpty())
+        description += QStringLiteral(", ");
+    description += QStringLiteral("from 0 to %1").arg(setting.maximum);
+    if (colour == CellColour::Changed)
+        description += QStringLiteral(", changed and not yet written");
+    setAccessibleDescription(description);
     update();
 }
 
 void SettingCell::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    painter.fillRect(rect(), m_background);
     QStyleOptionFrame frame;
     frame.initFrom(this);
     frame.frameShape = QFrame::Panel;
     frame.lineWidth = 1;
     frame.state |= QStyle::State_Sunken;
     style()->drawControl(QStyle::CE_ShapedFrame, &frame, &painter, this);
+    painter.fillRect(rect().adjusted(1, 1, -1, -1), m_background);
     painter.setPen(colours::kValueText);
     drawFitted(painter, rect().adjusted(2, 1, -2, -1), Qt::AlignCenter, text());
-    if (!hasFocus())
-        return;
-    painter.setPen(QPen(colours::kText, 1, Qt::DotLine));
-    painter.drawRect(rect().adjusted(2, 2, -3, -3));
+    if (hasFocus())
+        drawFocusFrame(painter, rect().adjusted(1, 1, -1, -1), colours::kText);
 }
 
 void SettingCell::keyPressEvent(QKeyEvent* event) {

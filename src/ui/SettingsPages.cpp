@@ -147,10 +147,11 @@ void SettingsPages::addCells(QWidget& widget, const Setting& setting, int row) {
         setting.cells[0].Exists() && setting.cells[2].Exists() && !setting.cells[1].Exists();
     if (!hasGap)
         return;
-    addLabel(widget, elementName("lblControlDesc", kDeflJungLabel), kDeflJungCaption,
-             scaledRect(left + layout.cellLeft + layout.cellWidth, top,
-                        2 * kCellPitch - layout.cellWidth, kRowHeight),
-             Qt::AlignCenter);
+    auto* label = addLabel(widget, elementName("lblControlDesc", kDeflJungLabel), kDeflJungCaption,
+                           scaledRect(left + layout.cellLeft + layout.cellWidth, top,
+                                      2 * kCellPitch - layout.cellWidth, kRowHeight),
+                           Qt::AlignCenter);
+    label->setFont(scaledFont(7.5, Weight::Normal));
 }
 
 void SettingsPages::refresh(const SettingCells& cells, int cell) {

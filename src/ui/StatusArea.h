@@ -46,7 +46,7 @@ class StatusArea final : public QWidget {
 
   private:
     static constexpr std::size_t kPanels = 4;
-    QWidget m_strip;
+    FittedLabel m_strip;
     std::array<FittedLabel*, kPanels> m_captions{};
     std::array<FittedLabel*, kPanels> m_panels{};
     ProgressPanel* m_progress = nullptr;

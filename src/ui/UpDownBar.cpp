@@ -6,6 +6,8 @@
 #include <QStyleOptionButton>
 #include <QWheelEvent>
 
+#include "ui/ReadableStyle.h"
+
 namespace tarnwell {
 
 namespace {
@@ -28,6 +30,8 @@ void UpDownBar::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     drawArrow(painter, {0, 0, width(), height() / 2}, true);
     drawArrow(painter, {0, height() / 2, width(), height() - height() / 2}, false);
+    if (hasFocus())
+        drawFocusFrame(painter, rect(), palette().color(QPalette::WindowText));
 }
 
 void UpDownBar::drawArrow(QPainter& painter, const QRect& room, bool up) {
@@ -43,10 +47,6 @@ void UpDownBar::drawArrow(QPainter& painter, const QRect& room, bool up) {
     option.rect = QRect(room.center().x() - side / 2, room.center().y() - side / 2, side, side);
     style()->drawPrimitive(up ? QStyle::PE_IndicatorArrowUp : QStyle::PE_IndicatorArrowDown,
                            &option, &painter, this);
-    if (hasFocus()) {
-        painter.setPen(QPen(palette().color(QPalette::Highlight), 1));
-        painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    }
 }
 
 void UpDownBar::mousePressEvent(QMouseEvent* event) {

@@ -33,7 +33,8 @@ void expectLegible(QDialog& dialog) {
         QSize needed = widget->minimumSizeHint();
         if (widget->hasHeightForWidth())
             needed.setHeight(widget->heightForWidth(widget->width()));
-        EXPECT_TRUE(dialog.rect().contains({widget->mapTo(&dialog, QPoint()), widget->size()}));
+        EXPECT_TRUE(widget->parentWidget()->rect().contains(widget->geometry()) ||
+                    widget->parentWidget()->objectName() == "qt_scrollarea_viewport");
         EXPECT_EQ(widget->size().expandedTo(needed), widget->size());
         EXPECT_FALSE(widget->focusPolicy() != Qt::NoFocus && widget->accessibleName().isEmpty());
     }

@@ -53,9 +53,10 @@ CellEditBox::CellEditBox(DataGrid& grid, CellEditor& editor, const ProgramState&
     setFrame(false);
     setAlignment(Qt::AlignCenter);
     setContextMenuPolicy(Qt::DefaultContextMenu);
-    setStyleSheet(QStringLiteral("background: white; color: black; border: none; padding: 0px;"
-                                 "selection-background-color: #003399;"
-                                 "selection-color: white;"));
+    setStyleSheet(
+        QStringLiteral("background: white; color: black; border: none; padding: 0px;"
+                       "selection-background-color: #003399;"
+                       "selection-color: white;"));
     hide();
     connect(this, &QLineEdit::textEdited, this, &CellEditBox::takeEditedText);
 }

@@ -151,10 +151,10 @@ void PendingFrame::refresh() {
         const Row& labels = m_rows[static_cast<std::size_t>(row)];
         const auto show = [row](FittedLabel& label, const char* what, const std::string& text) {
             label.setText(toQt(text));
-            label.setAccessibleName(QStringLiteral("Pending write %1, %2: %3")
-                                        .arg(row + 1)
-                                        .arg(QLatin1String(what),
-                                             text.empty() ? QStringLiteral("none") : toQt(text)));
+            label.setAccessibleName(
+                QStringLiteral("Pending write %1, %2: %3")
+                    .arg(row + 1)
+                    .arg(QLatin1String(what), text.empty() ? QStringLiteral("none") : toQt(text)));
         };
         show(*labels.address, "address", record.EditAddress);
         show(*labels.oldValue, "old value", record.EditOldValue);

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QPainter>
 #include <QStyleOption>
+#include <algorithm>
+#include <cmath>
 
 namespace tarnwell {
 
@@ -10,10 +12,20 @@ namespace {
 
 constexpr int kFocusWidth = 2;
 constexpr double kCorner = 2;
-constexpr int kDarkest = 100;  // lightness up to which a window counts as dark
+constexpr double kReadableContrast = 4.5;  // WCAG 2.1, 1.4.3
+constexpr int kDarkest = 100;              // lightness up to which a window counts as dark
 
 bool isDark(const QStyleOption& option) {
     return option.palette.color(QPalette::Window).lightness() <= kDarkest;
+}
+
+/// Relative luminance as WCAG 2.1 defines it, 0 to 1.
+double luminance(const QColor& colour) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
 }
 
 /// Styles draw edges as shadows, which are not seen on a dark window.
@@ -30,6 +42,11 @@ void drawEdge(QPainter& painter, const QStyleOption& option, const QRect& rect, 
 
 }  // namespace
 
+double contrast(const QColor& one, const QColor& other) {
+    const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
+    return (light + 0.05) / (dark + 0.05);
+}
+
 void drawFocusFrame(QPainter& painter, const QRect& rect, const QColor& colour) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
@@ -43,6 +60,21 @@ void ReadableStyle::use() {
     static bool used = false;
     if (!std::exchange(used, true))
         QApplication::setStyle(new ReadableStyle);
+}
+
+/// Many a style's highlight is too light for the text selected on it.
+void ReadableStyle::polish(QPalette& palette) {
+    QProxyStyle::polish(palette);
+    const QColor text = palette.color(QPalette::HighlightedText);
+    const bool lightText = text.lightness() > palette.color(QPalette::Highlight).lightness();
+    constexpr int kSteps = 30;
+    for (int step = 0; step < kSteps; ++step) {
+        const QColor background = palette.color(QPalette::Highlight);
+        if (contrast(text, background) >= kReadableContrast)
+            return;
+        palette.setColor(QPalette::Highlight,
+                         lightText ? background.darker(105) : background.lighter(105));
+    }
 }
 
 /// Boxes and circles grow with the text beside them.
@@ -90,8 +122,7 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
 void ReadableStyle::drawControl(ControlElement element, const QStyleOption* option,
                                 QPainter* painter, const QWidget* widget) const {
     QProxyStyle::drawControl(element, option, painter, widget);
-    const bool selectedTab =
-        element == CE_TabBarTabShape && option->state.testFlag(State_Selected);
+    const bool selectedTab = element == CE_TabBarTabShape && option->state.testFlag(State_Selected);
     if (!selectedTab || !isDark(*option))
         return;
     QRect line = option->rect.adjusted(3, 0, -3, 0);

@@ -9,12 +9,17 @@ namespace tarnwell {
 /// seen on.
 void drawFocusFrame(QPainter& painter, const QRect& rect, const QColor& colour);
 
+/// The contrast ratio of WCAG 2.1, from 1 to 21.
+double contrast(const QColor& one, const QColor& other);
+
 class ReadableStyle final : public QProxyStyle {
     Q_OBJECT
   public:
     /// Gives the application this style, once.
     static void use();
 
+    using QProxyStyle::polish;
+    void polish(QPalette& palette) override;
     int pixelMetric(PixelMetric metric, const QStyleOption* option,
                     const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

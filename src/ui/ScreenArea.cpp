@@ -34,8 +34,7 @@ ScreenArea::ScreenArea(QWidget& content, const QWidget& beside, QWidget* parent)
 }
 
 QSize ScreenArea::room() const {
-    return screen()->availableGeometry().size() - kFrame -
-           QSize(0, m_beside.sizeHint().height());
+    return screen()->availableGeometry().size() - kFrame - QSize(0, m_beside.sizeHint().height());
 }
 
 bool ScreenArea::scrolls() const {

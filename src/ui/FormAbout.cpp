@@ -39,9 +39,8 @@ FormAbout::FormAbout(QWidget* parent) : QDialog(parent) {
     addLine(*layout, "lblHeading", QStringLiteral("Tarnwell!"), 24, Weight::Bold);
     addLine(*layout, "lblPurpose", QStringLiteral("HDTV EEP Value Editor"), 12, Weight::Bold);
     addLine(*layout, "lblVersion", versionLine(), 8.25, Weight::Normal);
-    QLabel* picture = pictureLabel(":/pictures/about.svg", kPictureSide, this);
-    picture->setAccessibleName(QStringLiteral("Picture of a television"));
-    layout->addWidget(picture);
+    layout->addWidget(
+        pictureLabel(":/pictures/about.svg", "Picture of a television", kPictureSide, this));
     addLine(*layout, "lblSupport", QStringLiteral("Support Quality Freeware!"), 9.75, Weight::Bold);
     addLine(*layout, "lblThanks", QStringLiteral("- Thanks for Your Support -"), 8.25,
             Weight::Normal);

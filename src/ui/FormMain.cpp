@@ -113,6 +113,7 @@ void FormMain::buildButtons() {
     setTabOrder(&m_readSettings, &m_mergeSettings);
     setTabOrder(&m_mergeSettings, &m_writeSettings);
     setTabOrder(&m_writeSettings, &m_writePending);
+    setTabOrder(&m_writePending, &m_statusArea.pressedCaption());
 }
 
 void FormMain::connectSignals() {
@@ -141,14 +142,23 @@ void FormMain::connectSignals() {
     connect(
         qApp, &QGuiApplication::screenRemoved, this, [this] { m_place.bringBack(*this); },
         Qt::QueuedConnection);
+    connectPageKeys();
+}
+
+void FormMain::connectPageKeys() {
     const int pages = m_tabs.count();
-    for (const auto& [keys, step] : {std::pair(QKeySequence::NextChild, 1),
-                                     std::pair(QKeySequence::PreviousChild, pages - 1)}) {
-        auto* turn = new QShortcut(keys, this);
-        connect(turn, &QShortcut::activated, this, [this, pages, step = step] {
+    const auto turn = [this, pages](const QList<QKeySequence>& keys, int step) {
+        auto* shortcut = new QShortcut(this);
+        shortcut->setKeys(keys);
+        connect(shortcut, &QShortcut::activated, this, [this, pages, step] {
             m_tabs.setCurrentIndex((m_tabs.currentIndex() + step) % pages);
         });
-    }
+    };
+    turn({Qt::CTRL | Qt::Key_Tab, Qt::CTRL | Qt::Key_PageDown}, 1);
+    // Shift turns Tab into Backtab on some platforms.
+    turn({Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, Qt::CTRL | Qt::SHIFT | Qt::Key_Tab,
+          Qt::CTRL | Qt::Key_PageUp},
+         pages - 1);
 }
 
 void FormMain::startUp() {

@@ -61,6 +61,7 @@ class FormMain final : public QMainWindow,
     void buildPages();
     void buildButtons();
     void connectSignals();
+    void connectPageKeys();
     QPushButton& addButton(const char* name, const char* caption, const char* toolTip,
                            const QRect& place);
 

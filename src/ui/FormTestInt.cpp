@@ -117,6 +117,7 @@ void FormTestInt::addLegend(QGridLayout& layout) {
         swatch->setObjectName(QStringLiteral("Swatch_%1").arg(row));
         swatch->setFixedSize(scaled(kSwatchSide), scaled(kSwatchSide));
         swatch->setColour(colourOf(entry.level));
+        swatch->setAccessibleName(QLatin1String(entry.colourName));
         legend->addWidget(swatch, row, 0);
         legend->addWidget(new QLabel(QLatin1String(entry.colourName)), row, 1);
         legend->addWidget(new QLabel(QLatin1String(entry.meaning)), row, 2);

@@ -34,8 +34,10 @@ FormWarning::FormWarning(QWidget* parent) : QDialog(parent) {
     auto* layout = new QGridLayout(this);
     layout->setContentsMargins(scaled(240), scaled(180), scaled(240), scaled(180));
     layout->setSpacing(scaled(150));
-    layout->addWidget(pictureLabel(":/pictures/warning.svg", kPictureSide, this), 0, 0);
-    layout->addWidget(pictureLabel(":/pictures/danger.svg", kPictureSide, this), 0, 2);
+    layout->addWidget(pictureLabel(":/pictures/warning.svg", "Warning sign", kPictureSide, this), 0,
+                      0);
+    layout->addWidget(
+        pictureLabel(":/pictures/danger.svg", "A flash in a television", kPictureSide, this), 0, 2);
     for (std::size_t line = 0; line < kTexts.size(); ++line) {
         auto* label = new QLabel(toQt(kTexts[line]), this);
         label->setObjectName(elementName("lblWarning", kOrder[line]));

@@ -6,8 +6,9 @@
 
 namespace tarnwell {
 
-QLabel* pictureLabel(const char* resource, int side, QWidget* parent) {
+QLabel* pictureLabel(const char* resource, const char* name, int side, QWidget* parent) {
     auto* label = new QLabel(parent);
+    label->setAccessibleName(QLatin1String(name));
     const QIcon picture{QLatin1String(resource)};
     label->setPixmap(
         picture.pixmap(QSize(scaled(side), scaled(side)), parent->devicePixelRatioF()));

@@ -6,6 +6,6 @@
 namespace tarnwell {
 
 /// A label with the picture of a resource, `side` twips square.
-QLabel* pictureLabel(const char* resource, int side, QWidget* parent);
+QLabel* pictureLabel(const char* resource, const char* name, int side, QWidget* parent);
 
 }  // namespace tarnwell

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QScreen>
 #include <QStandardPaths>
@@ -20,6 +21,7 @@ constexpr double kShareOfScreen = 0.9;
 
 struct StyleParts {
     QMessageBox::Icon icon;
+    const char* iconName;
     QMessageBox::StandardButtons buttons;
     QMessageBox::StandardButton defaultButton;
 };
@@ -28,19 +30,20 @@ StyleParts partsOf(BoxStyle style) {
     constexpr auto yesNo = QMessageBox::Yes | QMessageBox::No;
     switch (style) {
         case BoxStyle::Critical:
-            return {QMessageBox::Critical, QMessageBox::Ok, QMessageBox::Ok};
+            return {QMessageBox::Critical, "Error", QMessageBox::Ok, QMessageBox::Ok};
         case BoxStyle::Exclamation:
-            return {QMessageBox::Warning, QMessageBox::Ok, QMessageBox::Ok};
+            return {QMessageBox::Warning, "Warning", QMessageBox::Ok, QMessageBox::Ok};
         case BoxStyle::Information:
-            return {QMessageBox::Information, QMessageBox::Ok, QMessageBox::Ok};
+            return {QMessageBox::Information, "Information", QMessageBox::Ok, QMessageBox::Ok};
         case BoxStyle::YesNoQuestion:
-            return {QMessageBox::Question, yesNo, QMessageBox::Yes};
+            return {QMessageBox::Question, "Question", yesNo, QMessageBox::Yes};
         case BoxStyle::YesNoExclamation:
-            return {QMessageBox::Warning, yesNo, QMessageBox::Yes};
+            return {QMessageBox::Warning, "Warning", yesNo, QMessageBox::Yes};
         case BoxStyle::OkCancelExclamation:
             break;
     }
-    return {QMessageBox::Warning, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel};
+    return {QMessageBox::Warning, "Warning", QMessageBox::Ok | QMessageBox::Cancel,
+            QMessageBox::Cancel};
 }
 
 Answer answerOf(int button) {
@@ -98,6 +101,8 @@ Answer QtUser::ShowBox(const Box& box) {
                            parent());
     messageBox.setTextFormat(Qt::PlainText);
     messageBox.setDefaultButton(parts.defaultButton);
+    if (auto* icon = messageBox.findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label")))
+        icon->setAccessibleName(QLatin1String(parts.iconName));
     if (!box.details.empty())
         messageBox.setDetailedText(linesToQt(box.details));
     return answerOf(messageBox.exec());

@@ -61,6 +61,8 @@ StatusArea::StatusArea(QWidget* parent) : QWidget(parent), m_strip(this) {
     for (std::size_t index = 0; index < kPanels; ++index) {
         const int number = static_cast<int>(index);
         auto* caption = new FittedLabel(&m_strip);
+        setAccessibleRole(*caption, index == 0 ? QAccessible::Button : QAccessible::StaticText);
+        caption->setAccessibleName(QLatin1String(kCaptions[index]));
         caption->setObjectName(elementName("lblSBinfo", number));
         caption->setText(QLatin1String(kCaptions[index]));
         caption->installEventFilter(this);
@@ -77,8 +79,6 @@ StatusArea::StatusArea(QWidget* parent) : QWidget(parent), m_strip(this) {
     }
     m_captions[0]->setToolTip(QStringLiteral(" Easter Egg! "));
     m_captions[0]->setFocusPolicy(Qt::TabFocus);
-    m_captions[0]->setAccessibleName(m_captions[0]->text());
-    setAccessibleRole(*m_captions[0], QAccessible::Button);
     m_strip.setObjectName(QStringLiteral("StatusStrip"));
 }
 

@@ -33,6 +33,9 @@ class StatusArea final : public QWidget {
     /// Height in twips.
     static constexpr int kHeight = 555;
 
+    /// The caption that takes the focus and is pressed by keyboard.
+    QWidget& pressedCaption() { return *m_captions[0]; }
+
     void colourStrip();
     void setLayoutMode(SizeMode mode);
     void refresh(const StatusBar& statusBar, Panel panel);

@@ -122,7 +122,8 @@ class Program:
 
     def wait_until_closed(self, title):
         wait_for(f"the end of window {title!r}",
-                 lambda: not any(title in window.get_name() for window in self.windows()))
+                 lambda: self.process.poll() is not None
+                 or not any(title in window.get_name() for window in self.windows()))
 
     def find(self, name, role=None, within=None, shown=True):
         """The node of this name and role, in the newest window that has one."""
@@ -151,13 +152,12 @@ class Program:
         act(node, "Press")
 
     def focused(self):
-        """The innermost node that has the focus, or None."""
-        found = None
-        for window in self.windows():
-            for node in tree(window):
-                if has(node, "focused"):
-                    found = node
-        return found
+        """What has the focus, or None; a table says so only of its cells.
+
+        A chosen page tab always says so, so its list is taken for it.
+        """
+        return next((node for window in reversed(self.windows()) for node in tree(window)
+                     if has(node, "focused") and node.get_role() != Atspi.Role.PAGE_TAB), None)
 
     def panel(self, caption):
         """The text of a status panel: that of "Mode", "Status", "CRC32" or "EEP"."""

@@ -28,6 +28,7 @@ using Visit = std::function<void(const std::string&, QWidget&)>;
 using Action = std::function<void(QWidget&)>;
 
 constexpr const char* kDriver = "/lib/modules/6.1.0-28-amd64/kernel/drivers/char/ppdev.ko";
+constexpr int kPatience = 30'000;  // ms
 constexpr std::uint16_t kFlippedAddress = 2363;
 
 template <typename T>
@@ -39,7 +40,7 @@ T& Child(const QWidget& window, const QString& name) {
 }
 
 void Settle(QWidget& window) {
-    if (!QTest::qWaitForWindowExposed(&window))
+    if (!QTest::qWaitForWindowExposed(&window, kPatience))
         qFatal("%s was not shown", qUtf8Printable(window.windowTitle()));
     window.activateWindow();
     QCoreApplication::sendPostedEvents();

@@ -63,11 +63,13 @@ def children(node):
     return [child for child in found if child is not None]
 
 
-def tree(node):
-    """The node and all below it."""
+def tree(node, shown=True):
+    """The node and all below it; what is not shown, and what is below that, only if asked for."""
+    if shown and not has(node, "showing"):
+        return
     yield node
     for child in children(node):
-        yield from tree(child)
+        yield from tree(child, shown)
 
 
 def act(node, action):
@@ -131,12 +133,12 @@ class Program:
         def fits(node):
             text = node.get_name()
             named = name.search(text) if hasattr(name, "search") else name == text
-            return (named and role in (None, node.get_role_name())
-                    and (not shown or has(node, "showing")))
+            return named and role in (None, node.get_role_name())
 
         def look():
             roots = [within] if within else reversed(self.windows())
-            return next((node for root in roots for node in tree(root) if fits(node)), None)
+            return next((node for root in roots for node in tree(root, shown)
+                         if fits(node)), None)
 
         return wait_for(f"{role or 'something'} named {name!r}", look)
 

@@ -36,11 +36,13 @@ void FittedLabel::paintEvent(QPaintEvent* event) {
 
 void FittedLabel::paintColoured(QPainter& painter) {
     drawFrame(&painter);
-    painter.fillRect(contentsRect(), m_colours->background);
+    painter.fillRect(
+        frameRect().marginsRemoved({frameWidth(), frameWidth(), frameWidth(), frameWidth()}),
+        m_colours->background);
     painter.setPen(m_colours->text);
     drawFitted(painter, contentsRect(), alignment(), text());
     if (hasFocus())
-        drawFocusFrame(painter, rect(), m_colours->text);
+        drawFocusFrame(painter, rect().adjusted(1, 1, -1, -1), m_colours->text);
 }
 
 void drawFitted(QPainter& painter, const QRect& room, Qt::Alignment alignment,

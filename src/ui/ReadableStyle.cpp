@@ -122,12 +122,16 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
 void ReadableStyle::drawControl(ControlElement element, const QStyleOption* option,
                                 QPainter* painter, const QWidget* widget) const {
     QProxyStyle::drawControl(element, option, painter, widget);
-    const bool selectedTab = element == CE_TabBarTabShape && option->state.testFlag(State_Selected);
-    if (!selectedTab || !isDark(*option))
+    if (element != CE_TabBarTabShape || !option->state.testFlag(State_Selected))
+        return;
+    const QColor text = option->palette.color(QPalette::WindowText);
+    if (option->state.testFlag(State_HasFocus))
+        return drawFocusFrame(*painter, option->rect.adjusted(3, 3, -3, -3), text);
+    if (!isDark(*option))
         return;
     QRect line = option->rect.adjusted(3, 0, -3, 0);
     line.setHeight(kFocusWidth);
-    painter->fillRect(line, option->palette.color(QPalette::WindowText));
+    painter->fillRect(line, text);
 }
 
 void ReadableStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,

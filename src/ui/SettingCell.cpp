@@ -46,7 +46,7 @@ void SettingCell::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(colours::kValueText);
     drawFitted(painter, rect().adjusted(2, 1, -2, -1), Qt::AlignCenter, text());
     if (hasFocus())
-        drawFocusFrame(painter, rect().adjusted(1, 1, -1, -1), colours::kText);
+        drawFocusFrame(painter, rect().adjusted(3, 3, -3, -3), colours::kText);
 }
 
 void SettingCell::keyPressEvent(QKeyEvent* event) {

@@ -79,6 +79,7 @@ StatusArea::StatusArea(QWidget* parent) : QWidget(parent), m_strip(this) {
     }
     m_captions[0]->setToolTip(QStringLiteral(" Easter Egg! "));
     m_captions[0]->setFocusPolicy(Qt::TabFocus);
+    m_captions[0]->setContentsMargins(scaled(60), 0, scaled(60), 0);  // for the focus
     m_strip.setObjectName(QStringLiteral("StatusStrip"));
 }
 

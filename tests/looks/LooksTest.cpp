@@ -23,8 +23,10 @@
 namespace tarnwell {
 namespace {
 
-constexpr double kNarrowest = 0.7;  // what a condensed text is still read at
-constexpr double kContrast = 4.5;   // WCAG 2.1, 1.4.3
+constexpr double kNarrowest = 0.7;   // what a condensed text is still read at
+constexpr double kSeenContrast = 3;  // of a focus frame
+constexpr int kSeenPixels = 40;
+constexpr double kContrast = 4.5;  // WCAG 2.1, 1.4.3
 
 struct Look {
     QLatin1String name;
@@ -158,9 +160,16 @@ class Inspector {
                window, "is larger than the screen");
         auto widgets = window.findChildren<QWidget*>();
         widgets.prepend(&window);
-        for (const QWidget* widget : widgets) {
-            if (widget->isVisible() && widget->window() == &window)
-                Inspect(*widget);
+        const auto isHidden = [&](const QWidget* widget) {
+            return !widget->isVisible() || widget->window() != &window;
+        };
+        widgets.erase(std::remove_if(widgets.begin(), widgets.end(), isHidden), widgets.end());
+        for (const QWidget* widget : widgets)
+            Inspect(*widget);
+        for (QWidget* widget : widgets) {
+            if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled() &&
+                isOurs(*widget))
+                InspectFocus(*widget);
         }
     }
     static inline int failures = 0;
@@ -201,6 +210,26 @@ class Inspector {
         const std::array given{colours::kCell, colours::kHeading, colours::kBeingEdited};
         Expect(!hasGivenBackground(widget) || std::ranges::count(given, background) == 1, widget,
                text.text + " is on " + background.name());
+    }
+
+    /// Qt's file dialog shows the focus on what it lists; the edit box would be closed.
+    bool isOurs(const QWidget& widget) const {
+        return !window_.inherits("QFileDialog") && exhibit_ != "editor" &&
+               !widget.inherits("QTextEdit");
+    }
+    void InspectFocus(QWidget& widget) const {
+        if (QWidget* before = QApplication::focusWidget())
+            before->clearFocus();
+        const QImage without = widget.grab().toImage();
+        widget.setFocus(Qt::TabFocusReason);
+        const QImage with = widget.grab().toImage();
+        int changed = 0;
+        for (int pixel = 0; pixel < with.width() * with.height(); ++pixel) {
+            const QPoint at(pixel % with.width(), pixel / with.width());
+            changed += contrast(with.pixel(at), without.pixel(at)) >= kSeenContrast ? 1 : 0;
+        }
+        Expect(changed >= kSeenPixels, widget,
+               QString("shows the focus by %1 pixels").arg(changed));
     }
 
     QString exhibit_;

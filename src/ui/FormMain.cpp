@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QLayout>
+#include <QShortcut>
 #include <QTabBar>
 #include <cstdlib>
 

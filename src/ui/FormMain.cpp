@@ -123,13 +123,17 @@ void FormMain::connectSignals() {
     connect(&m_menu, &MainMenu::bufferMenuOpening, this,
             [this] { run([this] { m_program.editorPage.SettleGridEdits(); }); });
     connect(&m_menu, &MainMenu::chosen, this, &FormMain::runMenu);
-    connect(&m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
-        run([&] { m_program.editorPage.SwitchPage(static_cast<Page>(index)); });
+    connect(&m_tabs, &QTabWidget::currentChanged, this,
+            [this](int index) { turnToPage(static_cast<Page>(index)); });
+    connect(&m_settingsPages, &SettingsPages::cellClicked, this, [this](int cell) {
+        if (!m_user.isBusy())
+            m_program.valueEditor.CellClicked(cell);
     });
-    connect(&m_settingsPages, &SettingsPages::cellClicked, this,
-            [this](int cell) { m_program.valueEditor.CellClicked(cell); });
-    connect(&m_editorPage, &EditorPageWidget::toggled, this,
-            [this] { m_program.editorPage.ToggleEditor(); });
+    connect(&m_editorPage, &EditorPageWidget::toggled, this, [this] {
+        if (!m_user.isBusy())
+            m_program.editorPage.ToggleEditor();
+        m_editorPage.showSwitch(m_program.state.editor);
+    });
     connect(&m_statusArea, &StatusArea::captionDoubleClicked, this,
             [this] { run([this] { m_program.helpCommands.StartExtraProgram(); }); });
     connect(&m_readSettings, &QPushButton::clicked, this,
@@ -182,7 +186,11 @@ void FormMain::guard(const std::function<void()>& action) {
     }
 }
 
+// A screen reader presses what neither keyboard nor mouse could reach: while a command is busy,
+// nothing else starts.
 void FormMain::run(const std::function<void()>& command) {
+    if (m_user.isBusy())
+        return;
     guard([&] {
         const CommandScope scope(m_program.statusBar);
         command();
@@ -197,7 +205,18 @@ void FormMain::runButton(const std::function<void()>& command) {
     });
 }
 
+void FormMain::turnToPage(Page page) {
+    if (m_user.isBusy()) {
+        const QSignalBlocker quiet(m_tabs);
+        m_tabs.setCurrentIndex(static_cast<int>(m_program.state.page));
+        return;
+    }
+    run([&] { m_program.editorPage.SwitchPage(page); });
+}
+
 void FormMain::runMenu(MenuCommand command) {
+    if (m_user.isBusy())
+        return;
     switch (command) {
         case MenuCommand::None:
             return;

@@ -72,6 +72,7 @@ class FormMain final : public QMainWindow,
     /// A button's command: an entry that is open in the grid is committed first.
     void runButton(const std::function<void()>& command);
     void runMenu(MenuCommand command);
+    void turnToPage(Page page);
     void showPortOptions();
     void showInterfaceTest();
     void startDriverLoader();

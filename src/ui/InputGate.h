@@ -14,6 +14,8 @@ class InputGate final : public QObject {
     /// Shuts the gate; lets pending events through every few hundredths of a second.
     void keepPainting();
 
+    bool isShut() const { return m_shut; }
+
     /// Opens the gate after the input that is still on its way was dropped.
     void open();
 

@@ -94,6 +94,10 @@ QWidget* QtUser::parent() const {
     return dialog != nullptr ? dialog : m_window;
 }
 
+bool QtUser::isBusy() const {
+    return m_gate.isShut() || QApplication::activeModalWidget() != nullptr;
+}
+
 Answer QtUser::ShowBox(const Box& box) {
     m_gate.open();
     const StyleParts parts = partsOf(box.style);

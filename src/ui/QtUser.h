@@ -19,6 +19,9 @@ class QtUser final : public User {
     /// The window that boxes belong to while no dialog is open.
     void setWindow(QWidget* window) { m_window = window; }
 
+    /// Whether a command works for long, or waits for the answer to a box.
+    bool isBusy() const;
+
     /// Takes input again after a long command.
     void endCommand() { m_gate.open(); }
 

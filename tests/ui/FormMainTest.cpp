@@ -333,6 +333,11 @@ TEST_F(FormMainTest, ShowsProgressAndDropsInputDuringAWholeDeviceOperation) {
             EXPECT_NE(colour(filled - 4), colour(filled + 4)) << panel.toStdString();
             painted = true;
         }
+        for (const char* pressed : {"cmdReadSettings", "lblSetting_0", "EditorEnabled"})
+            child<QAbstractButton>(pressed).click();  // as a screen reader does
+        choose("mnuHelpAbout");
+        child<QTabWidget>("SSTab1").setCurrentIndex(5);
+        EXPECT_EQ(child<QTabWidget>("SSTab1").currentIndex(), 0);
         QCoreApplication::postEvent(&child("cmdReadSettings"),
                                     new QKeyEvent(QEvent::KeyPress, Qt::Key_Space, {}, " "));
         QCoreApplication::postEvent(&child("cmdReadSettings"),

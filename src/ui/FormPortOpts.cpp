@@ -86,6 +86,9 @@ FormPortOpts::FormPortOpts(PortOptions& options, QWidget* parent)
 
     m_options.Load();
     showSelections();
+    const auto first = static_cast<std::size_t>(kPlaces.front().position);
+    if (QAbstractButton* selected = m_groups[first].checkedButton())
+        selected->setFocus();
     mGlobal::StripSystemMenu(*this);
 }
 

@@ -43,7 +43,7 @@ FormMain::FormMain(const Connections& connections)
                  *this, connections.platform, m_desktop, connections.registry, m_desktop,
                  connections.backupFolder, connections.trace}),
       m_helpKey(m_program.state,
-                [this](Topic topic) { run([&] { m_program.helpCommands.ShowTopic(topic); }); }),
+                [this](Topic topic) { guard([&] { m_program.helpCommands.ShowTopic(topic); }); }),
       m_menu(*new MainMenu(*menuBar())),
       m_body(*new QWidget(this)),
       m_tabs(*new QTabWidget(&m_body)),

@@ -3,18 +3,16 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
 #include <QScrollBar>
 #include <QSettings>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
-#include <deque>
 #include <utility>
 
 #include "port/FactoryImage.h"
 #include "port/SimulatedTelevision.h"
+#include "support/ModalWindows.h"
 #include "ui/FormCnP.h"
 #include "ui/FormMain.h"
 #include "ui/IniStore.h"
@@ -25,19 +23,11 @@ namespace tarnwell {
 namespace {
 
 using Visit = std::function<void(const std::string&, QWidget&)>;
-using Action = std::function<void(QWidget&)>;
+using Action = ModalWindows::Action;
 
 constexpr const char* kDriver = "/lib/modules/6.1.0-28-amd64/kernel/drivers/char/ppdev.ko";
 constexpr int kPatience = 30'000;  // ms
 constexpr std::uint16_t kFlippedAddress = 2363;
-
-template <typename T>
-T& Child(const QWidget& window, const QString& name) {
-    auto* found = window.findChild<T*>(name);
-    if (found == nullptr)
-        qFatal("there is no %s", qUtf8Printable(name));
-    return *found;
-}
 
 void Settle(QWidget& window) {
     if (!QTest::qWaitForWindowExposed(&window, kPatience))
@@ -47,44 +37,8 @@ void Settle(QWidget& window) {
     QCoreApplication::processEvents();
 }
 
-/// Acts on the modal windows that a command opens, in turn.
-class ModalWindows final : public QObject {
-  public:
-    ModalWindows() {
-        timer_.callOnTimeout(this, &ModalWindows::Look);
-        timer_.start(1);
-    }
-    void Expect(Action action) { actions_.push_back(std::move(action)); }
-    void EndOf(const char* command) const {
-        if (!actions_.empty())
-            qFatal("%s did not open its window", command);
-    }
-
-  private:
-    void Look() {
-        QWidget* window = QApplication::activeModalWidget();
-        if (window == nullptr || std::exchange(acting_, true))
-            return;
-        if (actions_.empty())
-            qFatal("unexpected window: %s", qUtf8Printable(window->windowTitle()));
-        const Action action = std::exchange(actions_.front(), {});
-        actions_.pop_front();
-        Settle(*window);
-        action(*window);
-        acting_ = false;
-    }
-
-    QTimer timer_;
-    std::deque<Action> actions_;
-    bool acting_ = false;
-};
-
 void Cancel(QWidget& window) {
     static_cast<QDialog&>(window).reject();
-}
-
-Action Press(QMessageBox::StandardButton button) {
-    return [button](QWidget& box) { static_cast<QMessageBox&>(box).button(button)->click(); };
 }
 
 Action Click(const char* button) {
@@ -115,11 +69,16 @@ class Exhibition {
   private:
     void Choose(const char* item) {
         Child<QAction>(window_, item).trigger();
-        modal_.EndOf(item);
+        EndOf(item);
+    }
+    void EndOf(const char* command) const {
+        if (!modal_.isDone())
+            qFatal("%s did not open its window", command);
     }
     /// The next modal window is shown as `name`, then left by `end`.
     void Expect(const char* name, const Action& end, const Action& prepare = {}) {
-        modal_.Expect([=, this](QWidget& window) {
+        modal_.then([=, this](QWidget& window) {
+            Settle(window);
             if (prepare) {
                 prepare(window);
                 Settle(window);
@@ -145,7 +104,8 @@ class Exhibition {
     LinuxPlatform platform_;
     FormMain window_{{television_, television_, store_, platform_, true,
                       pathFromQt(folder_.filePath("backups"))}};
-    ModalWindows modal_;
+    ModalWindows modal_{
+        [](const std::string& title) { qFatal("unexpected window: %s", title.c_str()); }};
 };
 
 void Exhibition::ChangeFirstValue(const QWidget& page, const char* name) {
@@ -156,12 +116,13 @@ void Exhibition::ChangeFirstValue(const QWidget& page, const char* name) {
     if (name != nullptr)
         Expect(name, Click("cmdAccept"), stepUp);
     else
-        modal_.Expect([=](QWidget& editor) {
+        modal_.then([=](QWidget& editor) {
+            Settle(editor);
             stepUp(editor);
             Click("cmdAccept")(editor);
         });
     page.findChild<SettingCell*>()->click();
-    modal_.EndOf("a setting");
+    EndOf("a setting");
 }
 
 void Exhibition::ShowSettings() {
@@ -192,9 +153,9 @@ void Exhibition::ShowOptions() {
 }
 
 void Exhibition::ShowQuestions() {
-    Expect("verify-question", Press(QMessageBox::No));
+    Expect("verify-question", ModalWindows::pressing(QMessageBox::No));
     Choose("mnuEEPWrite");
-    Expect("secondary-question", Press(QMessageBox::Cancel));
+    Expect("secondary-question", ModalWindows::pressing(QMessageBox::Cancel));
     Choose("mnuEEPsel_1");
 
     auto& fill = Child<QAction>(window_, "mnuEEPFill");
@@ -204,8 +165,8 @@ void Exhibition::ShowQuestions() {
     fill.setVisible(false);
 
     television_.Inject({.kind = FaultKind::FlippedBit, .address = kFlippedAddress});
-    modal_.Expect(Press(QMessageBox::Yes));
-    Expect("verify-failed", Press(QMessageBox::Ok), [](QWidget& box) {
+    modal_.then(ModalWindows::pressing(QMessageBox::Yes));
+    Expect("verify-failed", ModalWindows::pressing(QMessageBox::Ok), [](QWidget& box) {
         for (QAbstractButton* button : static_cast<QMessageBox&>(box).buttons()) {
             if (static_cast<QMessageBox&>(box).buttonRole(button) == QMessageBox::ActionRole)
                 button->click();
@@ -231,7 +192,7 @@ void Exhibition::ShowMenus() {
 void Exhibition::ShowEditor() {
     Expect("editor-warning", Click("cmdAccept"));
     Tabs().setCurrentIndex(static_cast<int>(Page::Editor));
-    modal_.EndOf("the editor");
+    EndOf("the editor");
     ShowMain("editor-off");
 
     Child<QAbstractButton>(window_, "EditorEnabled").click();

@@ -4,6 +4,7 @@
 #include <QRadioButton>
 #include <QTest>
 
+#include "support/ModalWindows.h"
 #include "support/TestProgram.h"
 #include "ui/FormCnP.h"
 #include "ui/FormPortOpts.h"
@@ -14,9 +15,7 @@ namespace {
 
 template <typename T = QRadioButton>
 T& child(const QWidget& dialog, const char* name) {
-    if (auto* found = dialog.findChild<T*>(QLatin1String(name)))
-        return *found;
-    throw std::runtime_error(name);
+    return Child<T>(dialog, QLatin1String(name));
 }
 
 void click(const QWidget& dialog, std::initializer_list<const char*> buttons) {

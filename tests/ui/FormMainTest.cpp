@@ -2,12 +2,12 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMenu>
-#include <QMessageBox>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
+#include "support/ModalWindows.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestProgram.h"
 #include "ui/FormEdit.h"
@@ -21,46 +21,6 @@ namespace {
 
 using ::testing::ElementsAre;
 
-/// Acts on each modal window that comes up, in turn.
-class ModalScript final : public QObject {
-  public:
-    using Action = std::function<void(QWidget&)>;
-
-    ModalScript() {
-        m_timer.callOnTimeout(this, &ModalScript::look);
-        m_timer.start(1);
-    }
-    ~ModalScript() override { EXPECT_TRUE(m_actions.empty()) << "a window did not come up"; }
-
-    void then(Action action) { m_actions.push_back(std::move(action)); }
-    void press(QMessageBox::StandardButton button) {
-        then([button](QWidget& window) {
-            dynamic_cast<QMessageBox&>(window).button(button)->click();
-        });
-    }
-    std::vector<std::string> takeTitles() { return std::exchange(m_titles, {}); }
-
-  private:
-    void look() {
-        QWidget* window = QApplication::activeModalWidget();
-        if (window == nullptr)
-            return;
-        m_titles.push_back(window->windowTitle().toStdString());
-        if (m_actions.empty()) {
-            ADD_FAILURE() << "unexpected window: " << m_titles.back();
-            static_cast<QDialog*>(window)->reject();
-            return;
-        }
-        const Action action = std::move(m_actions.front());
-        m_actions.pop_front();
-        action(*window);
-    }
-
-    QTimer m_timer;
-    std::deque<Action> m_actions;
-    std::vector<std::string> m_titles;
-};
-
 class FormMainTest : public ::testing::Test {
   protected:
     SimulatedTelevision television{Simulation{.writeCycle = BusTime(20'000)}};
@@ -68,7 +28,8 @@ class FormMainTest : public ::testing::Test {
     LinuxPlatform platform;
     TemporaryFolder folder;
     FormMain window{{television, television, registry, platform, true, folder.Path("backups")}};
-    ModalScript script;
+    ModalWindows script{
+        [](const std::string& title) { ADD_FAILURE() << "unexpected window: " << title; }};
     Program& program = window.program();
 
     void SetUp() override {
@@ -79,12 +40,11 @@ class FormMainTest : public ::testing::Test {
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     }
 
+    void TearDown() override { EXPECT_TRUE(script.isDone()) << "a window did not come up"; }
+
     template <typename T = QWidget>
     T& child(const char* name) {
-        auto* found = window.findChild<T*>(QLatin1String(name));
-        if (found == nullptr)
-            throw std::runtime_error(name);
-        return *found;
+        return Child<T>(window, QLatin1String(name));
     }
     void choose(const char* action) { child<QAction>(action).trigger(); }
     QString text(const char* label) { return child<QLabel>(label).text(); }

@@ -207,13 +207,14 @@ class Manual {
     QHash<QString, QSize> m_pictures;
 };
 
-/// The same look on every machine, and none of the owner's files in the pictures.
-void fixSurroundings(const QDir& home) {
+/// The same look on every machine, on a screen on which every window has its full size, and none of
+/// the owner's files in the pictures.
+void fixSurroundings(const QDir& home, const QByteArray& screen) {
     home.mkpath(QStringLiteral("Documents"));
     for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
         qputenv(variable, QFile::encodeName(home.path()));
     qputenv("LC_ALL", "C.UTF-8");
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screen);
     qputenv("QT_SCALE_FACTOR", "2");
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
 }
@@ -244,7 +245,8 @@ int main(int argc, char** argv) {
     }
     qInstallMessageHandler(showGraveMessagesOnly);
     const QTemporaryDir folder;
-    fixSurroundings(QDir(folder.filePath(QStringLiteral("owner"))));
+    fixSurroundings(QDir(folder.filePath(QStringLiteral("owner"))),
+                    QByteArray(argv[1]) + "/screen.json");
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tarnwell"));
     fixLook();

@@ -15,69 +15,105 @@ namespace tarnwell {
 
 namespace {
 
+using Texts = std::vector<Text>;
+
 constexpr double kNarrowest = 0.7;  // what a condensed text is still read at
+
+Text textOf(const QWidget& widget, const QString& text, const QRect& room, double narrowest = 1) {
+    return {text, room, widget.fontMetrics().size(Qt::TextShowMnemonic, text), narrowest};
+}
+
+Texts ofFittedLabel(const FittedLabel& label) {
+    return {textOf(label, label.text(), label.contentsRect(), kNarrowest)};
+}
+
+Texts ofLabel(const QLabel& label) {
+    Text text = textOf(label, label.text(), label.contentsRect());
+    text.needed =
+        label.wordWrap() ? QSize(0, label.heightForWidth(label.width())) : label.sizeHint();
+    return {text};
+}
+
+Texts ofSettingCell(const SettingCell& cell) {
+    return {textOf(cell, cell.text(), cell.rect().adjusted(2, 1, -2, -1), kNarrowest)};
+}
+
+Texts ofButton(const QAbstractButton& button) {
+    QStyleOptionButton option;
+    option.initFrom(&button);
+    const auto part = button.inherits("QCheckBox")      ? QStyle::SE_CheckBoxContents
+                      : button.inherits("QRadioButton") ? QStyle::SE_RadioButtonContents
+                                                        : QStyle::SE_PushButtonContents;
+    return {textOf(button, button.text(), button.style()->subElementRect(part, &option, &button))};
+}
+
+Texts ofGroupBox(const QGroupBox& box) {
+    QStyleOptionGroupBox option;
+    option.initFrom(&box);
+    option.text = box.title();
+    option.subControls = QStyle::SC_GroupBoxLabel;
+    const QRect room =
+        box.style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, &box);
+    return {textOf(box, box.title(), box.rect() & room)};
+}
+
+Texts ofLineEdit(const QLineEdit& edit) {
+    // The names of a file are as long as the user likes.
+    const bool bounded = edit.objectName() != QLatin1String("fileNameEdit");
+    return {textOf(edit, edit.text(), edit.rect(), bounded ? 1 : 0)};
+}
+
+Texts ofTabs(const QTabBar& tabs) {
+    Texts texts;
+    for (int tab = 0; tab < tabs.count(); ++tab)
+        texts.push_back(textOf(tabs, tabs.tabText(tab), tabs.tabRect(tab)));
+    return texts;
+}
+
+template <typename Menu>
+Texts ofMenu(const Menu& menu) {
+    Texts texts;
+    for (QAction* action : menu.actions()) {
+        if (action->isVisible() && action->isEnabled())
+            texts.push_back(textOf(menu, action->text(), menu.actionGeometry(action)));
+    }
+    return texts;
+}
+
+Texts ofGrid(const GridView& grid) {
+    Texts texts;
+    const int rows = grid.rowAt(grid.viewport()->height() - 4);
+    for (int cell = 0; cell < kGridColumns * rows; ++cell) {
+        const QModelIndex index = grid.model()->index(cell / kGridColumns, cell % kGridColumns);
+        const QRect room = grid.visualRect(index);
+        const bool covered = grid.viewport()->childAt(room.center()) != nullptr;
+        if (!covered)
+            texts.push_back(textOf(grid, index.data().toString(),
+                                   room.translated(grid.viewport()->pos()), kNarrowest));
+    }
+    return texts;
+}
+
+/// What `read` finds in a widget of its type, nothing in any other.
+template <typename Widget>
+Texts ifIs(const QWidget& widget, Texts (*read)(const Widget&)) {
+    const auto* typed = qobject_cast<const Widget*>(&widget);
+    return typed != nullptr ? read(*typed) : Texts();
+}
 
 }  // namespace
 
 std::vector<Text> textsOf(const QWidget& widget) {
-    std::vector<Text> texts;
-    const auto add = [&](const QString& text, const QRect& room, double narrowest = 1) {
-        texts.push_back(
-            {text, room, widget.fontMetrics().size(Qt::TextShowMnemonic, text), narrowest});
-    };
-    const auto addActions = [&](const auto& menu) {
-        for (QAction* action : menu.actions())
-            add(action->isVisible() && action->isEnabled() ? action->text() : QString(),
-                menu.actionGeometry(action));
-    };
-    if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
-        const bool fitted = qobject_cast<const FittedLabel*>(label) != nullptr;
-        add(label->text(), label->contentsRect(), fitted ? kNarrowest : 1);
-        if (!fitted && !label->text().isEmpty())
-            texts.back().needed = label->wordWrap()
-                                      ? QSize(0, label->heightForWidth(label->width()))
-                                      : label->sizeHint();
-    } else if (const auto* cell = qobject_cast<const SettingCell*>(&widget)) {
-        add(cell->text(), cell->rect().adjusted(2, 1, -2, -1), kNarrowest);
-    } else if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
-        QStyleOptionButton option;
-        option.initFrom(button);
-        const auto part = button->inherits("QCheckBox")      ? QStyle::SE_CheckBoxContents
-                          : button->inherits("QRadioButton") ? QStyle::SE_RadioButtonContents
-                                                             : QStyle::SE_PushButtonContents;
-        add(button->text(), button->style()->subElementRect(part, &option, button));
-    } else if (const auto* box = qobject_cast<const QGroupBox*>(&widget)) {
-        QStyleOptionGroupBox option;
-        option.initFrom(box);
-        option.text = box->title();
-        option.subControls = QStyle::SC_GroupBoxLabel;
-        add(box->title(),
-            box->rect() & box->style()->subControlRect(QStyle::CC_GroupBox, &option,
-                                                       QStyle::SC_GroupBoxLabel, box));
-    } else if (const auto* edit = qobject_cast<const QLineEdit*>(&widget)) {
-        // The names of a file are long as the user likes.
-        const bool bounded = edit->objectName() != QLatin1String("fileNameEdit");
-        add(edit->text(), edit->rect(), bounded ? 1 : 0);
-    } else if (const auto* tabs = qobject_cast<const QTabBar*>(&widget)) {
-        for (int tab = 0; tab < tabs->count(); ++tab)
-            add(tabs->tabText(tab), tabs->tabRect(tab));
-    } else if (const auto* menu = qobject_cast<const QMenu*>(&widget)) {
-        addActions(*menu);
-    } else if (const auto* bar = qobject_cast<const QMenuBar*>(&widget)) {
-        addActions(*bar);
-    } else if (const auto* grid = qobject_cast<const GridView*>(&widget)) {
-        for (int cellNumber = 0;
-             cellNumber < kGridColumns * grid->rowAt(grid->viewport()->height() - 4);
-             ++cellNumber) {
-            const QModelIndex index =
-                grid->model()->index(cellNumber / kGridColumns, cellNumber % kGridColumns);
-            const QRect room = grid->visualRect(index);
-            const bool covered = grid->viewport()->childAt(room.center()) != nullptr;
-            add(covered ? QString() : index.data().toString(),
-                room.translated(grid->viewport()->pos()), kNarrowest);
-        }
+    // The special ones stand before those that they are made of.
+    for (const Texts& texts :
+         {ifIs(widget, ofFittedLabel), ifIs(widget, ofLabel), ifIs(widget, ofSettingCell),
+          ifIs(widget, ofButton), ifIs(widget, ofGroupBox), ifIs(widget, ofLineEdit),
+          ifIs(widget, ofTabs), ifIs(widget, ofMenu<QMenu>), ifIs(widget, ofMenu<QMenuBar>),
+          ifIs(widget, ofGrid)}) {
+        if (!texts.empty())
+            return texts;
     }
-    return texts;
+    return {};
 }
 
 }  // namespace tarnwell

@@ -42,7 +42,8 @@ std::unique_ptr<VcdTrace> openTrace(const CommandLine& line, ChosenPort& port) {
     auto made = VcdTrace::Create(*line.traceFile, port.ThePort(), port.TheClock());
     if (const auto* const reason = std::get_if<std::string>(&made))
         refuse(*reason);
-    return std::move(std::get<std::unique_ptr<VcdTrace>>(made));
+    std::unique_ptr<VcdTrace> trace = std::get<std::unique_ptr<VcdTrace>>(std::move(made));
+    return trace;
 }
 
 }  // namespace

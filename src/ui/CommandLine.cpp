@@ -96,7 +96,7 @@ struct Options {
     const QString text =
         parser.isSet(options.help)
             ? parser.helpText()
-            : QStringLiteral("tarnwell %1\n").arg(application.applicationVersion());
+            : QStringLiteral("tarnwell %1\n").arg(QCoreApplication::applicationVersion());
     std::fputs(qPrintable(text), stdout);
     std::exit(std::fflush(stdout) == 0 ? EXIT_SUCCESS : EXIT_FAILURE);
 }

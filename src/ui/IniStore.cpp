@@ -1,6 +1,8 @@
 #include "ui/IniStore.h"
 
+#include <QFile>
 #include <QLockFile>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <algorithm>
 #include <chrono>
@@ -26,9 +28,20 @@ bool isDamaged(const QSettings& settings) {
     return settings.status() == QSettings::FormatError || std::ranges::any_of(keys, hasEmptyPart);
 }
 
+/// While it reads, QSettings makes any object that a value asks for, such as a picture. The options
+/// are texts: a file that asks for more counts as damaged before QSettings meets it.
+const QString& withoutObjects(const QString& fileName) {
+    static const QRegularExpression object(QStringLiteral("[=,][\\s\"]*@Variant\\("));
+    QFile file(fileName);
+    if (file.open(QIODevice::ReadOnly) && QString::fromLatin1(file.readAll()).contains(object))
+        file.remove();
+    return fileName;
+}
+
 }  // namespace
 
-IniStore::IniStore(const QString& fileName) : m_settings(fileName, QSettings::IniFormat) {
+IniStore::IniStore(const QString& fileName)
+    : m_settings(withoutObjects(fileName), QSettings::IniFormat) {
     removeDeadLock();
     m_settings.setFallbacksEnabled(false);
     if (isDamaged(m_settings))

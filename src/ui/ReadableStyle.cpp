@@ -57,9 +57,11 @@ void drawFocusFrame(QPainter& painter, const QRect& rect, const QColor& colour) 
 }
 
 void ReadableStyle::use() {
-    static bool used = false;
-    if (!std::exchange(used, true))
-        QApplication::setStyle(new ReadableStyle);
+    [[maybe_unused]] static const QStyle* const used = [] {
+        auto* style = new ReadableStyle;
+        QApplication::setStyle(style);
+        return style;
+    }();
 }
 
 /// Many a style's highlight is too light for the text selected on it.

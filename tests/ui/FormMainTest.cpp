@@ -330,7 +330,8 @@ TEST(IniStoreTest, KeepsValuesAndTakesADamagedFileForAnEmptyOne) {
     EXPECT_EQ(IniStore(name).QueryRegValue(kKey, "NumMode"), "");
     for (const char* damage :
          {"[ProgOpts\nInitDir", "\x01\xFF no line\n[ProgOpts]\nInitDir=x\n",
-          "[ProgOpts]\nInitDir=x\ny/=z\n", "[ProgOpts]\nInitDir=x\n[/y]\nz=0\n"}) {
+          "[ProgOpts]\nInitDir=x\ny/=z\n", "[ProgOpts]\nInitDir=x\n[/y]\nz=0\n",
+          "[ProgOpts]\nInitDir=x\nNumMode=@Variant(\\0\\0\\0\\x41\\0)\n"}) {
         QFile file(name);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(damage);

@@ -1,4 +1,4 @@
-// The folders of the program in the user's home (XDG Base Directory Specification).
+// The folders of the program in the user's home, by the XDG base directories.
 #pragma once
 
 #include <string>

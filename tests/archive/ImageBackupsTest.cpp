@@ -1,7 +1,7 @@
 // The images kept before the first write to a device: when, what, how many, and what if not.
 #include <algorithm>
 
-#include "support/TestProgram.h"
+#include "support/BusCommands.h"
 
 namespace tarnwell {
 namespace {
@@ -11,45 +11,23 @@ using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
 using ::testing::SizeIs;
 
-struct Command {
-    const char* name;
-    void (*run)(TestProgram& test);
-};
-
-/// Each writes 0x5A somewhere.
-const Command kCommands[] = {
-    {"whole write",
-     [](TestProgram& test) {
-         test.WillAnswer({Answer::Yes});
-         test.program.buffer.fill(0x5A);
-         test.program.wholeDevice.WriteEntireEep();
-     }},
-    {"fill",
-     [](TestProgram& test) {
-         test.user.texts = {"90"};
-         test.program.wholeDevice.FillEntireEep();
-     }},
-    {"settings",
-     [](TestProgram& test) {
-         test.WillAnswer({Answer::Yes});
-         test.program.cells.ShowValue(0, 0x5A);
-         test.program.cells.SetMark(0, Mark::Save);
-         test.program.settings.WriteSettingsToEep();
-     }},
-    {"pending",
-     [](TestProgram& test) {
-         test.WillAnswer({Answer::Yes});
-         test.program.pending.AddPendingWrite({"5", "0", "90"});
-         test.program.pending.WritePending();
-     }},
-};
-
 /// A program on a primary device full of 0x11, with what it keeps.
 struct Session : TestProgram {
     EepromImage& primary = television.Memory(Chip::Primary);
     const std::string backups = folder.Path("backups");
 
     Session() : TestProgram({.writeCycle = BusTime(20'000)}) { primary.fill(0x11); }
+
+    /// Runs it with a setting and a byte that wait to be written.
+    void Run(const BusCommand& command) {
+        program.buffer.fill(0x5A);
+        program.cells.ShowValue(0, 0x5A);
+        program.cells.SetMark(0, Mark::Save);
+        program.pending.ClearPendingWrites();
+        program.pending.AddPendingWrite({"5", "0", "90"});
+        command.run(*this);
+    }
+    void Fill() { kBusCommands[2].run(*this); }
 
     std::vector<std::string> Names() const {
         std::vector<std::string> names;
@@ -59,17 +37,23 @@ struct Session : TestProgram {
         std::ranges::sort(names);
         return names;
     }
-    bool Written() const { return std::ranges::count(primary, 0x5A) > 0; }
+    bool Written() const { return std::ranges::count(primary, 0x11) < kEepromBytes; }
 };
 
+const std::vector<BusCommand> kWriting = [] {
+    std::vector<BusCommand> writing(kBusCommands.begin(), kBusCommands.end());
+    std::erase_if(writing, [](const BusCommand& command) { return !command.writes; });
+    return writing;
+}();
+
 TEST(ImageBackups, HoldWhatWasReadBeforeTheFirstWrite) {
-    for (const Command& command : kCommands) {
+    for (const BusCommand& command : kWriting) {
         Session run;
         run.program.wholeDevice.ReadEntireEep();
         const MemoryBuffer read = run.program.buffer;
         for (const char* time : {"20261117-212101", "20261117-212102"}) {
             run.outside.timestamp = time;
-            command.run(run);
+            run.Run(command);
             EXPECT_TRUE(run.Status().starts_with("EEP Verified OK")) << command.name;
             EXPECT_TRUE(run.Written()) << command.name;
             EXPECT_THAT(run.Names(), ElementsAre("Tarnwell-20261117-212101-Pri.mot"));
@@ -81,7 +65,7 @@ TEST(ImageBackups, HoldWhatWasReadBeforeTheFirstWrite) {
         later.program.imageArchive.LoadImage();
         EXPECT_EQ(later.Status(), "Record Checksums OK; EEP Image Loaded into Buffer");
         EXPECT_TRUE(std::equal(read.begin(), read.end() - 1, later.program.buffer.begin()));
-        command.run(later);
+        later.Run(command);
         EXPECT_TRUE(later.Written() && later.Names().empty()) << "nothing was read";
     }
 }
@@ -90,13 +74,13 @@ TEST(ImageBackups, AreKeptForEachDeviceUnderNamesOfTheirOwn) {
     Session run;
     run.folder.Write("backups/Tarnwell-20261117-212101-Pri.mot", "other run");
     run.program.wholeDevice.ReadEntireEep();
-    kCommands[1].run(run);
+    run.Fill();
     run.WillAnswer({Answer::Ok});
     run.program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
-    kCommands[1].run(run);
+    run.Fill();
     EXPECT_THAT(run.Names(), SizeIs(2)) << "the secondary device was not read";
     run.program.wholeDevice.ReadEntireEep();
-    kCommands[1].run(run);
+    run.Fill();
     EXPECT_THAT(run.Names(), ElementsAre("Tarnwell-20261117-212101-Pri-2.mot",
                                          "Tarnwell-20261117-212101-Pri.mot",
                                          "Tarnwell-20261117-212101-Sec.mot"));
@@ -111,7 +95,7 @@ TEST(ImageBackups, AreTheNewestTwenty) {
         run.folder.Write("backups/" + std::string(other), "");
     run.outside.timestamp = "20000101-000000";  // a clock without its battery
     run.program.wholeDevice.ReadEntireEep();
-    kCommands[1].run(run);
+    run.Fill();
     const auto names = run.Names();
     EXPECT_THAT(names, SizeIs(20 + 3));
     EXPECT_THAT(names, IsSupersetOf({"Tarnwell-20000101-000000-Pri.mot", "tv.mot",
@@ -120,7 +104,7 @@ TEST(ImageBackups, AreTheNewestTwenty) {
 }
 
 TEST(ImageBackups, ThatFailAreAskedAboutOnceBeforeTheFirstByte) {
-    for (const Command& command : kCommands) {
+    for (const BusCommand& command : kWriting) {
         Session run;
         run.folder.Write("backups", "no folder");
         run.program.wholeDevice.ReadEntireEep();
@@ -135,11 +119,11 @@ TEST(ImageBackups, ThatFailAreAskedAboutOnceBeforeTheFirstByte) {
             run.user.answers.push_front(answers.front());
             answers.pop_front();
         };
-        command.run(run);
+        run.Run(command);
         EXPECT_EQ(run.Status(), "EEProm Write Cancelled") << command.name;
         EXPECT_EQ(run.primary, before) << command.name;
         for (int times = 0; times < 2; ++times) {
-            command.run(run);
+            run.Run(command);
             EXPECT_TRUE(run.Status().starts_with("EEP Verified OK")) << command.name;
             EXPECT_TRUE(answers.empty() && run.Written()) << command.name;
         }

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "support/TestProgram.h"
+#include "support/BusCommands.h"
 
 namespace tarnwell {
 namespace {
@@ -46,47 +46,6 @@ std::vector<Moment> MomentsOf(bool writes, std::uint64_t lastRead) {
     return {{Access, 0}, {Clock, 14}, {Byte, 3}, {Read, lastRead}};
 }
 
-constexpr std::uint16_t kFirstCellAddress = 2363;
-
-struct Command {
-    const char* name;
-    bool writes;
-    std::uint16_t firstAddress;  ///< of the byte that it meets first
-    std::uint64_t reads;         ///< how many block reads it makes if it only reads
-    void (*run)(TestProgram&);
-};
-
-void PrintTo(const Command& command, std::ostream* stream) {
-    *stream << command.name;
-}
-
-constexpr std::array kCommands{
-    Command{"ReadEntireEep", false, 0, 1,
-            [](TestProgram& test) { test.program.wholeDevice.ReadEntireEep(); }},
-    Command{"WriteEntireEep", true, 0, 0,
-            [](TestProgram& test) {
-                test.user.answers = {Answer::Yes};
-                test.program.wholeDevice.WriteEntireEep();
-            }},
-    Command{"FillEntireEep", true, 0, 0,
-            [](TestProgram& test) {
-                test.user.texts = {"171"};
-                test.program.wholeDevice.FillEntireEep();
-            }},
-    Command{"ReadSettings", false, kFirstCellAddress, kCellCount,
-            [](TestProgram& test) { test.program.settings.ReadSettingsFromEep(); }},
-    Command{"WriteSettings", true, kFirstCellAddress, 0,
-            [](TestProgram& test) {
-                test.user.answers = {Answer::Yes};
-                test.program.settings.WriteSettingsToEep();
-            }},
-    Command{"WritePending", true, 16, 0,
-            [](TestProgram& test) {
-                test.user.answers = {Answer::Yes};
-                test.program.pending.WritePending();
-            }},
-};
-
 /// All that a command that was cut short must leave as it was.
 struct Snapshot {
     MemoryBuffer buffer;
@@ -127,7 +86,7 @@ void Prepare(TestProgram& test) {
     test.program.pending.AddPendingWrite({"16", "80", "201"});
 }
 
-char OutcomeOf(TestProgram& test, const Command& command) {
+char OutcomeOf(TestProgram& test, const BusCommand& command) {
     const auto boxes = test.user.TakeBoxes();
     const auto told = [&](std::string_view text) {
         return std::ranges::any_of(
@@ -164,15 +123,15 @@ void ExpectSettingsRemembered(const TestProgram& test) {
     }
 }
 
-class FaultMatrix : public ::testing::TestWithParam<Command> {
+class FaultMatrix : public ::testing::TestWithParam<BusCommand> {
   protected:
-    static BusTime TimeOf(TestProgram& test, const Command& command) {
+    static BusTime TimeOf(TestProgram& test, const BusCommand& command) {
         const BusTime begin = test.television.Now();
         command.run(test);
         return test.television.Now() - begin;
     }
 
-    static void Check(const Command& command, FaultKind fault, Moment begins, char expected,
+    static void Check(const BusCommand& command, FaultKind fault, Moment begins, char expected,
                       BusTime healthyTime) {
         TestProgram test({.writeCycle = 20us});
         Prepare(test);
@@ -198,7 +157,7 @@ class FaultMatrix : public ::testing::TestWithParam<Command> {
 };
 
 TEST_P(FaultMatrix, EndsAsTheTableSays) {
-    const Command& command = GetParam();
+    const BusCommand& command = GetParam();
     TestProgram healthy({.writeCycle = 20us});
     Prepare(healthy);
     const BusTime healthyTime = TimeOf(healthy, command);
@@ -213,7 +172,7 @@ TEST_P(FaultMatrix, EndsAsTheTableSays) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryCommand, FaultMatrix, ::testing::ValuesIn(kCommands),
+INSTANTIATE_TEST_SUITE_P(EveryCommand, FaultMatrix, ::testing::ValuesIn(kBusCommands),
                          [](const auto& command) { return std::string(command.param.name); });
 
 }  // namespace

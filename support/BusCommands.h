@@ -1,0 +1,53 @@
+// The commands that read or write an EEPROM, for tests that go through all of them.
+#pragma once
+
+#include <array>
+#include <ostream>
+
+#include "support/TestProgram.h"
+
+namespace tarnwell {
+
+inline constexpr std::uint16_t kFirstCellAddress = 2363;
+
+struct BusCommand {
+    const char* name;
+    bool writes;
+    std::uint16_t firstAddress;  ///< of the byte that it meets first
+    std::uint64_t reads;         ///< how many block reads it makes if it only reads
+    void (*run)(TestProgram&);
+};
+
+inline void PrintTo(const BusCommand& command, std::ostream* stream) {
+    *stream << command.name;
+}
+
+/// Whoever is asked agrees.
+inline constexpr std::array kBusCommands{
+    BusCommand{"ReadEntireEep", false, 0, 1,
+               [](TestProgram& test) { test.program.wholeDevice.ReadEntireEep(); }},
+    BusCommand{"WriteEntireEep", true, 0, 0,
+               [](TestProgram& test) {
+                   test.user.answers = {Answer::Yes};
+                   test.program.wholeDevice.WriteEntireEep();
+               }},
+    BusCommand{"FillEntireEep", true, 0, 0,
+               [](TestProgram& test) {
+                   test.user.texts = {"171"};
+                   test.program.wholeDevice.FillEntireEep();
+               }},
+    BusCommand{"ReadSettings", false, kFirstCellAddress, kCellCount,
+               [](TestProgram& test) { test.program.settings.ReadSettingsFromEep(); }},
+    BusCommand{"WriteSettings", true, kFirstCellAddress, 0,
+               [](TestProgram& test) {
+                   test.user.answers = {Answer::Yes};
+                   test.program.settings.WriteSettingsToEep();
+               }},
+    BusCommand{"WritePending", true, 16, 0,
+               [](TestProgram& test) {
+                   test.user.answers = {Answer::Yes};
+                   test.program.pending.WritePending();
+               }},
+};
+
+}  // namespace tarnwell

@@ -174,7 +174,9 @@ class Program:
                         lambda: text in (self.panel("Status") or ""))
 
     def keys(self, *names):
-        """Types keys into the focused window: "Tab", "ctrl+Tab", "5" (names of X keysyms)."""
+        """Types keys into the newest window, once it is active: "Tab", "ctrl+Tab", "5" (names of
+        X keysyms)."""
+        wait_for("an active window", lambda: has(self.windows()[-1], "active"))
         for name in names:
             subprocess.run(["xdotool", "key", "--clearmodifiers", name], check=True)
 

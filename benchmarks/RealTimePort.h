@@ -2,8 +2,8 @@
 #pragma once
 
 #include "WireTimes.h"
-#include "port/SimulatedTelevision.h"
-#include "port/SteadyClock.h"
+#include "port/simulated/SimulatedTelevision.h"
+#include "port/system/SteadyClock.h"
 
 namespace tarnwell::bench {
 

@@ -8,7 +8,7 @@
 #include "RealTimePort.h"
 #include "Rows.h"
 #include "support/TestProgram.h"
-#include "ui/FormMain.h"
+#include "ui/window/FormMain.h"
 
 namespace tarnwell::bench {
 
@@ -26,7 +26,7 @@ struct BenchWindow {
     RealTimePort port{BusTime(0)};
     MemoryRegistry registry;
     LinuxPlatform platform;
-    FormMain window{{port, port.TheClock(), registry, platform, true, "/dev/null/none"}};
+    FormMain window{{{port, port.TheClock()}, registry, platform, true, "/dev/null/none"}};
 
     BenchWindow() {
         window.startUp();

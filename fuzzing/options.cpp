@@ -4,7 +4,7 @@
 #include "Fuzzing.h"
 #include "core/Options.h"
 #include "i2c/PinMapping.h"
-#include "ui/IniStore.h"
+#include "ui/desktop/IniStore.h"
 
 namespace tarnwell::fuzzing {
 

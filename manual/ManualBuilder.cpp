@@ -20,7 +20,7 @@
 #include "core/HelpTopics.h"
 #include "manual/Tables.h"
 #include "support/Gallery.h"
-#include "ui/Text.h"
+#include "ui/looks/Text.h"
 
 namespace tarnwell::manual {
 

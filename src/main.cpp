@@ -3,12 +3,12 @@
 #include <QTimer>
 
 #include "core/UserFolders.h"
-#include "port/LinuxSystemCalls.h"
 #include "port/PortChoice.h"
 #include "port/VcdTrace.h"
-#include "ui/CommandLine.h"
-#include "ui/FormMain.h"
-#include "ui/IniStore.h"
+#include "port/system/LinuxSystemCalls.h"
+#include "ui/desktop/CommandLine.h"
+#include "ui/desktop/IniStore.h"
+#include "ui/window/FormMain.h"
 
 namespace {
 
@@ -58,8 +58,8 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     IniStore store(IniStore::defaultFileName());
     LinuxPlatform platform;
-    FormMain window({port->ThePort(), port->TheClock(), store, platform, port->IsSimulated(),
-                     StateFolder() + "/backups", trace ? *trace : NoBusTrace()});
+    const Wire wire{port->ThePort(), port->TheClock(), trace ? *trace : NoBusTrace()};
+    FormMain window({wire, store, platform, port->IsSimulated(), StateFolder() + "/backups"});
     window.startUp();
     window.show();
     if (line.imageFile)

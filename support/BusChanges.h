@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "port/BusMonitor.h"
+#include "port/simulated/BusMonitor.h"
 
 namespace tarnwell {
 

@@ -10,7 +10,7 @@
 #include <set>
 #include <string>
 
-#include "port/SystemCalls.h"
+#include "port/system/SystemCalls.h"
 #include "support/TemporaryFolder.h"
 
 namespace tarnwell {

@@ -10,13 +10,13 @@
 #include <QTest>
 #include <utility>
 
-#include "port/FactoryImage.h"
-#include "port/SimulatedTelevision.h"
+#include "port/simulated/FactoryImage.h"
+#include "port/simulated/SimulatedTelevision.h"
 #include "support/ModalWindows.h"
-#include "ui/FormCnP.h"
-#include "ui/FormMain.h"
-#include "ui/IniStore.h"
-#include "ui/Text.h"
+#include "ui/desktop/IniStore.h"
+#include "ui/dialogs/FormCnP.h"
+#include "ui/looks/Text.h"
+#include "ui/window/FormMain.h"
 
 namespace tarnwell {
 
@@ -102,7 +102,10 @@ class Exhibition {
     SimulatedTelevision television_;
     IniStore store_{folder_.filePath("Tarnwell.ini")};
     LinuxPlatform platform_;
-    FormMain window_{{television_, television_, store_, platform_, true,
+    FormMain window_{{{television_, television_},
+                      store_,
+                      platform_,
+                      true,
                       pathFromQt(folder_.filePath("backups"))}};
     ModalWindows modal_{
         [](const std::string& title) { qFatal("unexpected window: %s", title.c_str()); }};

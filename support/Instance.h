@@ -9,8 +9,8 @@
 #include <csignal>
 #include <new>
 
-#include "port/LinuxSystemCalls.h"
-#include "port/PersistentTelevision.h"
+#include "port/simulated/PersistentTelevision.h"
+#include "port/system/LinuxSystemCalls.h"
 #include "support/QuietProgram.h"
 #include "support/TemporaryFolder.h"
 

@@ -36,8 +36,18 @@ struct QuietProgram {
     /// Without a folder that can be made, it writes without backups.
     QuietProgram(Port& port, Clock& clock, const std::string& backupFolder = kNoFolder,
                  BusTrace& trace = NoBusTrace())
-        : program({port, clock, outside, timer, user, outside, outside, outside, outside, outside,
-                   registry, outside, backupFolder, trace}) {
+        : program({{port, clock, trace},
+                   outside,
+                   timer,
+                   user,
+                   outside,
+                   outside,
+                   outside,
+                   outside,
+                   outside,
+                   registry,
+                   outside,
+                   backupFolder}) {
         program.StartUp(outside);
         program.i2c.ApplyPortOptions();
     }

@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "port/SimulatedTelevision.h"
+#include "port/simulated/SimulatedTelevision.h"
+#include "program/Program.h"
 #include "support/TemporaryFolder.h"
-#include "ui/Program.h"
 
 namespace tarnwell {
 
@@ -199,8 +199,18 @@ struct TestProgram {
 
     explicit TestProgram(Simulation simulation = {})
         : television(simulation),
-          program({television, television, outside, timer, user, outside, outside, outside, outside,
-                   outside, registry, outside, folder.Path("backups")}) {
+          program({{television, television},
+                   outside,
+                   timer,
+                   user,
+                   outside,
+                   outside,
+                   outside,
+                   outside,
+                   outside,
+                   registry,
+                   outside,
+                   folder.Path("backups")}) {
         program.StartUp(outside);
         program.i2c.ApplyPortOptions();
         outside.steps.clear();

@@ -7,9 +7,9 @@
 #include <QStyleOptionGroupBox>
 #include <QTabBar>
 
-#include "ui/Fitted.h"
-#include "ui/GridView.h"
-#include "ui/SettingCell.h"
+#include "ui/looks/Fitted.h"
+#include "ui/widgets/GridView.h"
+#include "ui/widgets/SettingCell.h"
 
 namespace tarnwell {
 

@@ -38,17 +38,9 @@ std::string Without(std::string text, std::string_view characters) {
 
 }  // namespace
 
-ImageArchive::ImageArchive(ProgramState& state, StatusBar& statusBar, User& user,
-                           const Calendar& calendar, MemoryBuffer& buffer, DataGrid& grid,
-                           EditorPage& editorPage, SettingsEngine& settings)
-    : state_(state),
-      statusBar_(statusBar),
-      user_(user),
-      calendar_(calendar),
-      buffer_(buffer),
-      grid_(grid),
-      editorPage_(editorPage),
-      settings_(settings) {}
+ImageArchive::ImageArchive(const CommandContext& context, const Calendar& calendar,
+                           MemoryBuffer& buffer, BufferDisplays& displays)
+    : Command(context), calendar_(calendar), buffer_(buffer), displays_(displays) {}
 
 void ImageArchive::SaveImage() {
     const CommandScope scope(statusBar_);
@@ -92,7 +84,7 @@ void ImageArchive::LoadImageFile(const std::string& path) {
 }
 
 bool ImageArchive::MayReplaceBuffer() {
-    if (!editorPage_.MayRefillGrid())
+    if (!displays_.MayRefillGrid())
         return false;
     if (!state_.eepRead || user_.ShowBox(kAskDiscard) == Answer::Yes)
         return true;
@@ -162,8 +154,8 @@ ImageArchive::Records ImageArchive::StoreRecords(ArchiveReader& archive) {
 
 void ImageArchive::ShowBuffer() {
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
-    grid_.FillGrid();
-    settings_.ShowSettingsFromBuffer();
+    displays_.FillGrid();
+    displays_.ShowSettingsFromBuffer();
 }
 
 }  // namespace tarnwell

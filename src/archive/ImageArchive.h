@@ -4,15 +4,14 @@
 #include "archive/ArchiveFile.h"
 #include "archive/SRecord.h"
 #include "core/Calendar.h"
-#include "settings/SettingsEngine.h"
+#include "image/WholeDevice.h"
 
 namespace tarnwell {
 
-class ImageArchive {
+class ImageArchive final : private Command {
   public:
-    ImageArchive(ProgramState& state, StatusBar& statusBar, User& user, const Calendar& calendar,
-                 MemoryBuffer& buffer, DataGrid& grid, EditorPage& editorPage,
-                 SettingsEngine& settings);
+    ImageArchive(const CommandContext& context, const Calendar& calendar, MemoryBuffer& buffer,
+                 BufferDisplays& displays);
 
     void SaveImage();
     void LoadImage();
@@ -32,16 +31,10 @@ class ImageArchive {
     void LoadBuffer(ArchiveReader& archive);
     Records StoreRecords(ArchiveReader& archive);
     void ShowBuffer();
-    void Post(std::string_view outcome) { statusBar_.ShowStatus(outcome, kResultSeconds); }
 
-    ProgramState& state_;
-    StatusBar& statusBar_;
-    User& user_;
     const Calendar& calendar_;
     MemoryBuffer& buffer_;
-    DataGrid& grid_;
-    EditorPage& editorPage_;
-    SettingsEngine& settings_;
+    BufferDisplays& displays_;
 };
 
 }  // namespace tarnwell

@@ -41,14 +41,9 @@ bool FitsField(std::string_view digits, int cell) {
 
 }  // namespace
 
-SettingsArchive::SettingsArchive(ProgramState& state, StatusBar& statusBar, Screen& screen,
-                                 User& user, SettingCells& cells, SettingsEngine& settings)
-    : state_(state),
-      statusBar_(statusBar),
-      screen_(screen),
-      user_(user),
-      cells_(cells),
-      settings_(settings) {}
+SettingsArchive::SettingsArchive(const CommandContext& context, SettingCells& cells,
+                                 SettingsEngine& settings)
+    : Command(context), cells_(cells), settings_(settings) {}
 
 void SettingsArchive::SaveSettings() {
     const CommandScope scope(statusBar_);

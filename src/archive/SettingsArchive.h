@@ -7,10 +7,9 @@
 
 namespace tarnwell {
 
-class SettingsArchive {
+class SettingsArchive final : private Command {
   public:
-    SettingsArchive(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
-                    SettingCells& cells, SettingsEngine& settings);
+    SettingsArchive(const CommandContext& context, SettingCells& cells, SettingsEngine& settings);
 
     void SaveSettings();
 
@@ -26,12 +25,7 @@ class SettingsArchive {
     Outcome LoadRecords(ArchiveReader& archive);
     [[nodiscard]] bool LoadRecord(std::string_view record);
     void LoadValue(int cell, std::string_view digits);
-    void Post(std::string_view outcome) { statusBar_.ShowStatus(outcome, kResultSeconds); }
 
-    ProgramState& state_;
-    StatusBar& statusBar_;
-    Screen& screen_;
-    User& user_;
     SettingCells& cells_;
     SettingsEngine& settings_;
 };

@@ -41,9 +41,8 @@ std::string TypedText(std::string_view character, NumberMode mode) {
 
 }  // namespace
 
-CellEditor::CellEditor(ProgramState& state, StatusBar& statusBar, User& user, DataGrid& grid,
-                       PendingWrites& pending)
-    : state_(state), statusBar_(statusBar), user_(user), grid_(grid), pending_(pending) {}
+CellEditor::CellEditor(const CommandContext& context, DataGrid& grid, PendingWrites& pending)
+    : Command(context), grid_(grid), pending_(pending) {}
 
 void CellEditor::Click() {
     if (EditorIsOn())

@@ -19,10 +19,9 @@ enum class EditKey : std::uint8_t {
     Escape,
 };
 
-class CellEditor {
+class CellEditor final : private Command {
   public:
-    CellEditor(ProgramState& state, StatusBar& statusBar, User& user, DataGrid& grid,
-               PendingWrites& pending);
+    CellEditor(const CommandContext& context, DataGrid& grid, PendingWrites& pending);
 
     /// A click on the current cell.
     void Click();
@@ -56,9 +55,6 @@ class CellEditor {
     void CommitAndMove(GridCell target);
     bool EditorIsOn() const { return state_.editor == EditorSwitch::On; }
 
-    ProgramState& state_;
-    StatusBar& statusBar_;
-    User& user_;
     DataGrid& grid_;
     PendingWrites& pending_;
     EditRecord record_;

@@ -19,17 +19,9 @@ constexpr Message kAskDiscard{"Really discard the Data Grid changes?", "C A U T 
 
 }  // namespace
 
-EditorPage::EditorPage(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
-                       DataGrid& grid, PendingWrites& pending, CellEditor& cellEditor,
-                       EditorView& view)
-    : state_(state),
-      statusBar_(statusBar),
-      screen_(screen),
-      user_(user),
-      grid_(grid),
-      pending_(pending),
-      cellEditor_(cellEditor),
-      view_(view) {}
+EditorPage::EditorPage(const CommandContext& context, DataGrid& grid, PendingWrites& pending,
+                       CellEditor& cellEditor, EditorView& view)
+    : Command(context), grid_(grid), pending_(pending), cellEditor_(cellEditor), view_(view) {}
 
 void EditorPage::ToggleEditor() {
     state_.editor = state_.editor == EditorSwitch::On ? EditorSwitch::Off : EditorSwitch::On;
@@ -41,7 +33,7 @@ void EditorPage::ApplyEditorSwitch() {
     if (!on)
         grid_.AbandonEntry();
     SetLayout(on && state_.page == Page::Editor ? SizeMode::Big : SizeMode::Small);
-    statusBar_.ShowStatus(on ? "Data Editor Enabled" : "Data Editor Disabled", kResultSeconds);
+    Post(on ? "Data Editor Enabled" : "Data Editor Disabled");
     screen_.Changed(Shown::EditorSwitch);
     screen_.Changed(Shown::Menus);
     view_.FocusGrid();
@@ -60,7 +52,7 @@ void EditorPage::SwitchPage(Page page) {
         AskAndSettle(kAskCopy);
     }
     state_.page = page;
-    statusBar_.ShowStatus(Info(page).status, kResultSeconds);
+    Post(Info(page).status);
     if (page != Page::Editor)
         SetLayout(SizeMode::Small);
     else if (state_.editor == EditorSwitch::On)

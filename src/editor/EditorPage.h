@@ -5,10 +5,10 @@
 
 namespace tarnwell {
 
-class EditorPage {
+class EditorPage final : private Command {
   public:
-    EditorPage(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
-               DataGrid& grid, PendingWrites& pending, CellEditor& cellEditor, EditorView& view);
+    EditorPage(const CommandContext& context, DataGrid& grid, PendingWrites& pending,
+               CellEditor& cellEditor, EditorView& view);
 
     /// A click on the editor switch.
     void ToggleEditor();
@@ -31,10 +31,6 @@ class EditorPage {
     void SetLayout(SizeMode mode);
     void ShowWarning();
 
-    ProgramState& state_;
-    StatusBar& statusBar_;
-    Screen& screen_;
-    User& user_;
     DataGrid& grid_;
     PendingWrites& pending_;
     CellEditor& cellEditor_;

@@ -25,16 +25,8 @@ Box AskWrite(int count) {
 
 }  // namespace
 
-PendingWrites::PendingWrites(const ProgramState& state, StatusBar& statusBar, User& user,
-                             mI2Ccode& i2c, WriteGuard& writeGuard, DataGrid& grid,
-                             EditorView& view)
-    : state_(state),
-      statusBar_(statusBar),
-      user_(user),
-      i2c_(i2c),
-      writeGuard_(writeGuard),
-      grid_(grid),
-      view_(view) {}
+PendingWrites::PendingWrites(const CommandContext& context, DataGrid& grid, EditorView& view)
+    : Command(context), grid_(grid), view_(view) {}
 
 void PendingWrites::AddPendingWrite(const EditRecord& record) {
     if (record.EditAddress.empty())
@@ -67,14 +59,14 @@ void PendingWrites::ClearPendingWrites() {
 void PendingWrites::WritePending() {
     const CommandScope scope(statusBar_);
     if (count_ == 0) {
-        statusBar_.ShowStatus("There Are No Pending EEP Writes", kResultSeconds);
+        Post("There Are No Pending EEP Writes");
         return;
     }
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
     if (user_.ShowBox(AskWrite(count_)) == Answer::No) {
-        statusBar_.ShowStatus("EEProm Write Cancelled", kResultSeconds);
+        Post("EEProm Write Cancelled");
         return;
     }
     if (!writeGuard_.MayWrite())

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "editor/DataGrid.h"
-#include "image/WriteGuard.h"
+#include "image/Command.h"
 
 namespace tarnwell {
 
@@ -18,10 +18,9 @@ struct EditRecord {
     std::string EditNewValue;
 };
 
-class PendingWrites final : public NumberDisplay {
+class PendingWrites final : public NumberDisplay, private Command {
   public:
-    PendingWrites(const ProgramState& state, StatusBar& statusBar, User& user, mI2Ccode& i2c,
-                  WriteGuard& writeGuard, DataGrid& grid, EditorView& view);
+    PendingWrites(const CommandContext& context, DataGrid& grid, EditorView& view);
 
     /// Queues the record; with the tenth the user is asked to write at once or to give up the
     /// queue. Does nothing without an address. The queue must not be full.
@@ -47,11 +46,6 @@ class PendingWrites final : public NumberDisplay {
     Outcome WriteEntries();
     void AskToWriteNow();
 
-    const ProgramState& state_;
-    StatusBar& statusBar_;
-    User& user_;
-    mI2Ccode& i2c_;
-    WriteGuard& writeGuard_;
     DataGrid& grid_;
     EditorView& view_;
     std::array<EditRecord, kPendingRows> rows_;

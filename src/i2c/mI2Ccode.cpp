@@ -12,15 +12,14 @@ Level LevelOf(std::uint8_t status, std::uint16_t mask, bool inverted) {
 
 }  // namespace
 
-mI2Ccode::mI2Ccode(Port& port, Clock& clock, const ProgramState& state, StatusBar& statusBar,
-                   User& user, BusTrace& trace)
-    : port_(port),
-      clock_(clock),
+mI2Ccode::mI2Ccode(const Wire& wire, const ProgramState& state, StatusBar& statusBar, User& user)
+    : port_(wire.port),
+      clock_(wire.clock),
       state_(state),
       statusBar_(statusBar),
       user_(user),
-      trace_(trace),
-      timing_(clock) {}
+      trace_(wire.trace),
+      timing_(wire.clock) {}
 
 void mI2Ccode::ApplyPortOptions() {
     pins_ = DecodePinOptions(state_.pinOptions);

@@ -39,11 +39,17 @@ enum class BusCheck : std::uint8_t {
 /// How a transaction ended; after Aborted the bus needs AbortOperation.
 enum class Transfer : std::uint8_t { Done, Aborted };
 
+/// What the bus is driven by, and who follows it.
+struct Wire {
+    Port& port;
+    Clock& clock;
+    BusTrace& trace = NoBusTrace();
+};
+
 /// The program as the only master on the bus. Claim the bus (BusClaim) before any operation.
 class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-down name
   public:
-    mI2Ccode(Port& port, Clock& clock, const ProgramState& state, StatusBar& statusBar, User& user,
-             BusTrace& trace = NoBusTrace());
+    mI2Ccode(const Wire& wire, const ProgramState& state, StatusBar& statusBar, User& user);
 
     /// Decodes the program state's pin options for all further operations.
     void ApplyPortOptions();

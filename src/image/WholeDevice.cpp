@@ -58,17 +58,9 @@ std::optional<std::uint8_t> FillValue(std::string_view answer) {
     return static_cast<std::uint8_t>(rounded);
 }
 
-WholeDevice::WholeDevice(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
-                         mI2Ccode& i2c, WriteGuard& writeGuard, MemoryBuffer& buffer,
+WholeDevice::WholeDevice(const CommandContext& context, MemoryBuffer& buffer,
                          BufferDisplays& displays)
-    : state_(state),
-      statusBar_(statusBar),
-      screen_(screen),
-      user_(user),
-      i2c_(i2c),
-      writeGuard_(writeGuard),
-      buffer_(buffer),
-      displays_(displays) {}
+    : Command(context), buffer_(buffer), displays_(displays) {}
 
 void WholeDevice::ReadEntireEep() {
     const CommandScope scope(statusBar_);
@@ -84,10 +76,8 @@ void WholeDevice::ReadEntireEep() {
     }
     std::copy_n(i2c_.ReadData().begin(), kEepromBytes, buffer_.begin());
     writeGuard_.DeviceRead(i2c_.ReadData());
-    statusBar_.ShowStatus(state_.targetDevice == TargetDevice::Primary
-                              ? "Primary EEProm Data Read Into Memory"
-                              : "Secondary EEProm Data Read Into Memory",
-                          kResultSeconds);
+    Post(state_.targetDevice == TargetDevice::Primary ? "Primary EEProm Data Read Into Memory"
+                                                      : "Secondary EEProm Data Read Into Memory");
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
     displays_.FillGrid();
     displays_.ShowSettingsFromBuffer();
@@ -100,7 +90,7 @@ void WholeDevice::WriteEntireEep() {
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
     if (user_.ShowBox(kAskWrite) == Answer::No) {
-        statusBar_.ShowStatus("EEProm Write Cancelled", kResultSeconds);
+        Post("EEProm Write Cancelled");
         return;
     }
     WriteAndVerify("Please Wait, Writing Buffer to EEProm...",
@@ -119,7 +109,7 @@ void WholeDevice::FillEntireEep() {
     if (!value) {
         if (answer)
             user_.ShowBox(kBadFillValue);
-        statusBar_.ShowStatus("EEProm Write Cancelled", kResultSeconds);
+        Post("EEProm Write Cancelled");
         return;
     }
     WriteAndVerify("Please Wait, Writing Fill Value to EEProm...",
@@ -217,8 +207,7 @@ bool WholeDevice::WantsSecondary() {
 
 void WholeDevice::SelectSecondary() {
     if (!WantsSecondary()) {
-        statusBar_.ShowStatus("Target EEProm Not Changed - Primary EEP Still Selected",
-                              kResultSeconds);
+        Post("Target EEProm Not Changed - Primary EEP Still Selected");
         return;
     }
     ShowTarget(TargetDevice::Secondary, "Secondary EEProm Selected as Target Device");
@@ -231,7 +220,7 @@ void WholeDevice::ShowTarget(TargetDevice device, std::string_view status) {
     state_.targetDevice = device;
     screen_.Changed(Shown::Menus);
     screen_.Changed(Shown::EepPanel);
-    statusBar_.ShowStatus(status, kResultSeconds);
+    Post(status);
 }
 
 }  // namespace tarnwell

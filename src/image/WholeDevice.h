@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "image/WriteGuard.h"
+#include "image/Command.h"
 
 namespace tarnwell {
 
@@ -27,11 +27,9 @@ class BufferDisplays {
     virtual void ClearPendingWrites() = 0;
 };
 
-class WholeDevice {
+class WholeDevice final : private Command {
   public:
-    WholeDevice(ProgramState& state, StatusBar& statusBar, Screen& screen, User& user,
-                mI2Ccode& i2c, WriteGuard& writeGuard, MemoryBuffer& buffer,
-                BufferDisplays& displays);
+    WholeDevice(const CommandContext& context, MemoryBuffer& buffer, BufferDisplays& displays);
 
     void ReadEntireEep();
     void WriteEntireEep();
@@ -57,12 +55,6 @@ class WholeDevice {
     template <typename ValueAt>
     std::optional<std::string> VerifyEEP(std::string_view waitLine, ValueAt valueAt);
 
-    ProgramState& state_;
-    StatusBar& statusBar_;
-    Screen& screen_;
-    User& user_;
-    mI2Ccode& i2c_;
-    WriteGuard& writeGuard_;
     MemoryBuffer& buffer_;
     BufferDisplays& displays_;
 };

@@ -5,12 +5,12 @@
 #include <array>
 #include <utility>
 
-#include "port/AutoPort.h"
-#include "port/DevPort.h"
-#include "port/ParallelPorts.h"
-#include "port/PersistentTelevision.h"
-#include "port/PpdevPort.h"
-#include "port/SteadyClock.h"
+#include "port/real/AutoPort.h"
+#include "port/real/DevPort.h"
+#include "port/real/PpdevPort.h"
+#include "port/simulated/PersistentTelevision.h"
+#include "port/system/ParallelPorts.h"
+#include "port/system/SteadyClock.h"
 
 namespace tarnwell {
 

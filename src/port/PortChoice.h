@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "i2c/Port.h"
-#include "port/SimulatedTelevision.h"
-#include "port/SystemCalls.h"
+#include "port/simulated/SimulatedTelevision.h"
+#include "port/system/SystemCalls.h"
 
 namespace tarnwell {
 

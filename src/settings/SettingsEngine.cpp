@@ -25,23 +25,14 @@ int ShiftOf(int cell) {
 
 }  // namespace
 
-SettingsEngine::SettingsEngine(ProgramState& state, StatusBar& statusBar, User& user, mI2Ccode& i2c,
-                               WriteGuard& writeGuard, MemoryBuffer& buffer, DataGrid& grid,
+SettingsEngine::SettingsEngine(const CommandContext& context, MemoryBuffer& buffer, DataGrid& grid,
                                EditorPage& editorPage, SettingCells& cells)
-    : state_(state),
-      statusBar_(statusBar),
-      user_(user),
-      i2c_(i2c),
-      writeGuard_(writeGuard),
-      buffer_(buffer),
-      grid_(grid),
-      editorPage_(editorPage),
-      cells_(cells) {}
+    : Command(context), buffer_(buffer), grid_(grid), editorPage_(editorPage), cells_(cells) {}
 
 bool SettingsEngine::RefuseOnSecondary() {
     if (state_.targetDevice == TargetDevice::Primary)
         return false;
-    statusBar_.ShowStatus(kUseDataEditor, kResultSeconds);
+    Post(kUseDataEditor);
     return true;
 }
 
@@ -69,7 +60,7 @@ void SettingsEngine::ReadSettingsFromEep() {
     }
     for (int cell = 0; cell < kCellCount; ++cell)
         cells_.ShowValue(cell, FieldOf(bytes[static_cast<std::size_t>(cell)], ShiftOf(cell)));
-    statusBar_.ShowStatus("Settings Values Read from EEPROM", kResultSeconds);
+    Post("Settings Values Read from EEPROM");
 }
 
 void SettingsEngine::MergeSettingsWithBuffer() {
@@ -89,7 +80,7 @@ void SettingsEngine::Merge() {
         cells_.SetMark(cell, Mark::Clean);
     }
     grid_.FillGrid();
-    statusBar_.ShowStatus("Settings Values Merged Into Memory Buffer", kResultSeconds);
+    Post("Settings Values Merged Into Memory Buffer");
     state_.bufferChanged = true;
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
 }
@@ -104,7 +95,7 @@ void SettingsEngine::WriteSettingsToEep() {
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
     if (user_.ShowBox(kAskWrite) == Answer::No) {
-        statusBar_.ShowStatus("EEProm Write Cancelled", kResultSeconds);
+        Post("EEProm Write Cancelled");
         return;
     }
     if (!HasCellToWrite()) {

@@ -8,10 +8,9 @@ namespace tarnwell {
 
 inline constexpr std::string_view kUseDataEditor = "Use the Data Editor to View/Modify data";
 
-class SettingsEngine {
+class SettingsEngine final : private Command {
   public:
-    SettingsEngine(ProgramState& state, StatusBar& statusBar, User& user, mI2Ccode& i2c,
-                   WriteGuard& writeGuard, MemoryBuffer& buffer, DataGrid& grid,
+    SettingsEngine(const CommandContext& context, MemoryBuffer& buffer, DataGrid& grid,
                    EditorPage& editorPage, SettingCells& cells);
 
     /// Shows the settings that the buffer holds; refuses while the secondary EEPROM is the target.
@@ -35,11 +34,6 @@ class SettingsEngine {
     Outcome VerifyEEP();
     void MarkUnverifiedForSaving();
 
-    ProgramState& state_;
-    StatusBar& statusBar_;
-    User& user_;
-    mI2Ccode& i2c_;
-    WriteGuard& writeGuard_;
     MemoryBuffer& buffer_;
     DataGrid& grid_;
     EditorPage& editorPage_;

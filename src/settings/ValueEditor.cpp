@@ -13,9 +13,8 @@ constexpr Message kSecondaryTarget{
 
 }  // namespace
 
-ValueEditor::ValueEditor(ProgramState& state, StatusBar& statusBar, User& user, SettingCells& cells,
-                         SettingsView& view)
-    : state_(state), statusBar_(statusBar), user_(user), cells_(cells), view_(view) {}
+ValueEditor::ValueEditor(const CommandContext& context, SettingCells& cells, SettingsView& view)
+    : Command(context), cells_(cells), view_(view) {}
 
 void ValueEditor::CellClicked(int cell) {
     if (state_.targetDevice == TargetDevice::Secondary) {
@@ -56,12 +55,12 @@ void ValueEditor::EndEdit() {
     const Edit edit = *edit_;
     edit_.reset();
     if (cells_.MarkOf(edit.cell) == Mark::Changed) {
-        statusBar_.ShowStatus(StatusLineName(edit.cell) + "Value Changed", kResultSeconds);
+        Post(StatusLineName(edit.cell) + "Value Changed");
         cells_.SetMark(edit.cell, Mark::Save);
         cells_.SetColour(edit.cell, CellColour::Changed);
         return;
     }
-    statusBar_.ShowStatus("Value Change Aborted", kResultSeconds);
+    Post("Value Change Aborted");
     const bool waits = edit.mark == Mark::Save;
     cells_.SetMark(edit.cell, waits ? Mark::Save : Mark::Clean);
     cells_.SetColour(edit.cell, waits ? edit.colour : CellColour::Normal);

@@ -8,10 +8,9 @@
 
 namespace tarnwell {
 
-class ValueEditor {
+class ValueEditor final : private Command {
   public:
-    ValueEditor(ProgramState& state, StatusBar& statusBar, User& user, SettingCells& cells,
-                SettingsView& view);
+    ValueEditor(const CommandContext& context, SettingCells& cells, SettingsView& view);
 
     /// A click on a cell: shows the value editor, and handles the edit's end when it has closed.
     void CellClicked(int cell);
@@ -39,9 +38,6 @@ class ValueEditor {
         CellColour colour;
     };
 
-    ProgramState& state_;
-    StatusBar& statusBar_;
-    User& user_;
     SettingCells& cells_;
     SettingsView& view_;
     std::optional<Edit> edit_;

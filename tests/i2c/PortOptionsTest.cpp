@@ -38,7 +38,7 @@ class PortOptionsTest : public testing::Test {
     TestProgram t_;
     ProgramState& state_ = t_.program.state;
     TwoRegisters port_;
-    mI2Ccode i2c_{port_, t_.television, state_, t_.program.statusBar, t_.user};
+    mI2Ccode i2c_{{port_, t_.television}, state_, t_.program.statusBar, t_.user};
     PortOptions options_{state_, t_.program.statusBar, t_.user, i2c_};
 };
 

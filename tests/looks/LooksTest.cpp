@@ -8,8 +8,8 @@
 
 #include "support/Gallery.h"
 #include "support/WidgetTexts.h"
-#include "ui/Colours.h"
-#include "ui/ReadableStyle.h"
+#include "ui/looks/Colours.h"
+#include "ui/looks/ReadableStyle.h"
 
 namespace tarnwell {
 namespace {

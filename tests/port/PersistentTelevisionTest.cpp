@@ -1,12 +1,12 @@
-#include "port/PersistentTelevision.h"
+#include "port/simulated/PersistentTelevision.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 
-#include "port/FactoryImage.h"
-#include "port/LinuxSystemCalls.h"
+#include "port/simulated/FactoryImage.h"
+#include "port/system/LinuxSystemCalls.h"
 #include "support/TemporaryFolder.h"
 
 namespace tarnwell {

@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 #include <sys/file.h>
 
-#include "port/DevPort.h"
-#include "port/LinuxSystemCalls.h"
-#include "port/PpdevPort.h"
+#include "port/real/DevPort.h"
+#include "port/real/PpdevPort.h"
+#include "port/system/LinuxSystemCalls.h"
 #include "support/FakeSystem.h"
 
 namespace tarnwell {

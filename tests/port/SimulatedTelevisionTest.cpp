@@ -1,5 +1,5 @@
 // The simulated adapter, its bus and its two 24C64s, driven edge by edge.
-#include "port/SimulatedTelevision.h"
+#include "port/simulated/SimulatedTelevision.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "core/Number.h"
-#include "port/FactoryImage.h"
+#include "port/simulated/FactoryImage.h"
 #include "settings/Catalog.h"
 
 namespace tarnwell {

@@ -1,5 +1,5 @@
 // Two instances of the program on one port.
-#include "port/DevPort.h"
+#include "port/real/DevPort.h"
 #include "support/Instance.h"
 
 namespace tarnwell {

@@ -2,7 +2,7 @@
 #include <random>
 
 #include "support/Instance.h"
-#include "ui/IniStore.h"
+#include "ui/desktop/IniStore.h"
 
 namespace tarnwell {
 namespace {

@@ -6,9 +6,9 @@
 
 #include "support/ModalWindows.h"
 #include "support/TestProgram.h"
-#include "ui/FormCnP.h"
-#include "ui/FormPortOpts.h"
-#include "ui/FormTestInt.h"
+#include "ui/dialogs/FormCnP.h"
+#include "ui/dialogs/FormPortOpts.h"
+#include "ui/dialogs/FormTestInt.h"
 
 namespace tarnwell {
 namespace {

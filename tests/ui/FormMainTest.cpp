@@ -10,11 +10,11 @@
 #include "support/ModalWindows.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestProgram.h"
-#include "ui/FormEdit.h"
-#include "ui/FormMain.h"
-#include "ui/FormWarning.h"
-#include "ui/IniStore.h"
-#include "ui/Text.h"
+#include "ui/desktop/IniStore.h"
+#include "ui/dialogs/FormEdit.h"
+#include "ui/dialogs/FormWarning.h"
+#include "ui/looks/Text.h"
+#include "ui/window/FormMain.h"
 
 namespace tarnwell {
 namespace {
@@ -27,7 +27,7 @@ class FormMainTest : public ::testing::Test {
     MemoryRegistry registry;
     LinuxPlatform platform;
     TemporaryFolder folder;
-    FormMain window{{television, television, registry, platform, true, folder.Path("backups")}};
+    FormMain window{{{television, television}, registry, platform, true, folder.Path("backups")}};
     ModalWindows script{
         [](const std::string& title) { ADD_FAILURE() << "unexpected window: " << title; }};
     Program& program = window.program();

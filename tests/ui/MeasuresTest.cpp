@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "ui/Measures.h"
+#include "ui/looks/Measures.h"
 
 namespace tarnwell {
 namespace {

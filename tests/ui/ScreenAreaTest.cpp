@@ -8,7 +8,7 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-#include "ui/ScreenArea.h"
+#include "ui/desktop/ScreenArea.h"
 
 namespace tarnwell {
 namespace {

@@ -1,0 +1,42 @@
+// What every command works with.
+#pragma once
+
+#include "image/WriteGuard.h"
+
+namespace tarnwell {
+
+/// The program's own parts that every command may need; they outlive the commands.
+struct CommandContext {
+    ProgramState& state;
+    StatusBar& statusBar;
+    Screen& screen;
+    User& user;
+    mI2Ccode& i2c;
+    WriteGuard& writeGuard;
+};
+
+/// A class of commands: what its constructor takes besides the context is particular to it.
+class Command {
+  protected:
+    explicit Command(const CommandContext& context)
+        : state_(context.state),
+          statusBar_(context.statusBar),
+          screen_(context.screen),
+          user_(context.user),
+          i2c_(context.i2c),
+          writeGuard_(context.writeGuard) {}
+    ~Command() = default;
+    Command(const Command&) = delete;
+    Command& operator=(const Command&) = delete;
+
+    void Post(std::string_view outcome) { statusBar_.ShowStatus(outcome, kResultSeconds); }
+
+    ProgramState& state_;
+    StatusBar& statusBar_;
+    Screen& screen_;
+    User& user_;
+    mI2Ccode& i2c_;
+    WriteGuard& writeGuard_;
+};
+
+}  // namespace tarnwell

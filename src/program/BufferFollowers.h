@@ -1,0 +1,36 @@
+// What shows the memory buffer or may differ from it, as the commands on the buffer see it.
+#pragma once
+
+#include "core/RunEnds.h"
+#include "image/WholeDevice.h"
+#include "settings/SettingsEngine.h"
+
+namespace tarnwell {
+
+class BufferFollowers final : public BufferDisplays, public UnsavedWork {
+  public:
+    BufferFollowers(DataGrid& grid, PendingWrites& pending, EditorPage& editorPage,
+                    SettingCells& cells, SettingsEngine& settings)
+        : grid_(grid),
+          pending_(pending),
+          editorPage_(editorPage),
+          cells_(cells),
+          settings_(settings) {}
+
+    bool MayRefillGrid() override { return editorPage_.MayRefillGrid(); }
+    void FillGrid() override { grid_.FillGrid(); }
+    void ShowSettingsFromBuffer() override { settings_.ShowSettingsFromBuffer(); }
+    void ClearSettingCells() override { cells_.ClearSettingCells(); }
+    void ClearPendingWrites() override { pending_.ClearPendingWrites(); }
+    bool SettleGridEdits() override { return editorPage_.SettleGridEdits(); }
+    bool HasChangedSettings() const override { return cells_.AnyHasMark(Mark::Save); }
+
+  private:
+    DataGrid& grid_;
+    PendingWrites& pending_;
+    EditorPage& editorPage_;
+    SettingCells& cells_;
+    SettingsEngine& settings_;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,67 @@
+// The whole program, joined, for whatever shows and starts it.
+#pragma once
+
+#include "archive/ImageArchive.h"
+#include "archive/ImageBackups.h"
+#include "archive/SettingsArchive.h"
+#include "core/HelpCommands.h"
+#include "core/RunEnds.h"
+#include "program/BufferFollowers.h"
+#include "settings/ValueEditor.h"
+
+namespace tarnwell {
+
+/// What the program meets outside itself.
+struct Surroundings {
+    Wire wire;
+    Screen& screen;
+    Timer& msgTimer;
+    User& user;
+    EditorView& editorView;
+    SettingsView& settingsView;
+    PlacedWindow& window;
+    Platform& platform;
+    Programs& programs;
+    mRegistry& registry;
+    const Calendar& calendar;
+    std::string backupFolder;
+};
+
+/// Its parts are open to whoever shows them; each is built from those above it.
+class Program final {
+  public:
+    explicit Program(const Surroundings& outside);
+
+    /// The start-up sequence; `steps` are those of the window.
+    void StartUp(StartUpSteps& steps);
+    Closing ShutDown();
+
+    /// The Parallel Port menu; nothing else happens until the next access.
+    void ChoosePort(const PortChoice& choice);
+
+    ProgramState state;
+    MemoryBuffer buffer{};
+    StatusBar statusBar;
+    mI2Ccode i2c;
+    ImageBackups backups;
+    WriteGuard writeGuard;
+    const CommandContext context;
+    DataGrid grid;
+    PendingWrites pending;
+    CellEditor cellEditor;
+    EditorPage editorPage;
+    SettingCells cells;
+    SettingsEngine settings;
+    ValueEditor valueEditor;
+    BufferFollowers followers;
+    WholeDevice wholeDevice;
+    ImageArchive imageArchive;
+    SettingsArchive settingsArchive;
+    NumberModeMenu numberModeMenu;
+    HelpCommands helpCommands;
+
+  private:
+    Surroundings outside_;
+};
+
+}  // namespace tarnwell

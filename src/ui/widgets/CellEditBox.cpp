@@ -1,0 +1,142 @@
+#include "ui/widgets/CellEditBox.h"
+
+#include <QKeyEvent>
+#include <QSignalBlocker>
+#include <array>
+#include <optional>
+
+#include "core/Number.h"
+#include "ui/looks/Fitted.h"
+#include "ui/looks/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+struct KeyBinding {
+    int key;
+    Qt::KeyboardModifiers modifiers;
+    EditKey action;
+};
+
+constexpr std::array kKeys{
+    KeyBinding{Qt::Key_Backspace, Qt::NoModifier, EditKey::Backspace},
+    KeyBinding{Qt::Key_Tab, Qt::NoModifier, EditKey::Next},
+    KeyBinding{Qt::Key_Right, Qt::NoModifier, EditKey::Next},
+    KeyBinding{Qt::Key_Tab, Qt::ShiftModifier, EditKey::Previous},
+    KeyBinding{Qt::Key_Backtab, Qt::ShiftModifier, EditKey::Previous},
+    KeyBinding{Qt::Key_Left, Qt::NoModifier, EditKey::Left},
+    KeyBinding{Qt::Key_Return, Qt::NoModifier, EditKey::Down},
+    KeyBinding{Qt::Key_Enter, Qt::NoModifier, EditKey::Down},
+    KeyBinding{Qt::Key_Down, Qt::NoModifier, EditKey::Down},
+    KeyBinding{Qt::Key_Up, Qt::NoModifier, EditKey::Up},
+    KeyBinding{Qt::Key_Escape, Qt::NoModifier, EditKey::Escape},
+    KeyBinding{Qt::Key_Escape, Qt::ShiftModifier, EditKey::Escape},
+};
+
+std::optional<EditKey> editKeyOf(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    for (const KeyBinding& binding : kKeys) {
+        if (binding.key == event.key() && binding.modifiers == modifiers)
+            return binding.action;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+CellEditBox::CellEditBox(DataGrid& grid, CellEditor& editor, const ProgramState& state,
+                         QWidget* parent)
+    : QLineEdit(parent), m_grid(grid), m_editor(editor), m_state(state) {
+    setObjectName(QStringLiteral("txtEditBox"));
+    setAccessibleName(QStringLiteral("New value"));
+    setFrame(false);
+    setAlignment(Qt::AlignCenter);
+    setContextMenuPolicy(Qt::DefaultContextMenu);
+    setStyleSheet(
+        QStringLiteral("background: white; color: black; border: none; padding: 0px;"
+                       "selection-background-color: #003399;"
+                       "selection-color: white;"));
+    hide();
+    connect(this, &QLineEdit::textEdited, this, &CellEditBox::takeEditedText);
+}
+
+void CellEditBox::open(EditSelection selection) {
+    const QString opening = toQt(m_grid.EditText());
+    const bool foreign = selection == EditSelection::CaretAtEnd && opening.size() == 1 &&
+                         !FilterKey(opening.front().toLatin1(), m_state.numberMode);
+    m_foreign = foreign ? opening : QString();
+    refreshText();
+    show();
+    raise();
+    setFocus(Qt::OtherFocusReason);
+    if (selection == EditSelection::WholeText)
+        selectAll();
+    else
+        end(false);
+}
+
+void CellEditBox::refreshText() {
+    const QString wanted = toQt(m_grid.EditText());
+    if (text() == wanted)
+        return;
+    setText(wanted);
+    end(false);
+}
+
+void CellEditBox::takeEditedText(const QString& edited) {
+    QString kept;
+    int caret = cursorPosition();
+    for (qsizetype index = 0; index < edited.size(); ++index) {
+        const QChar character = edited[index];
+        const auto filtered = FilterKey(character.toLatin1(), m_state.numberMode);
+        if (filtered)
+            kept += QLatin1Char(*filtered);
+        else if (index == 0 && QString(character) == m_foreign)
+            kept += character;
+        else if (index < cursorPosition())
+            --caret;
+    }
+    if (kept != edited) {
+        setText(kept);
+        setCursorPosition(caret);
+    }
+    m_editor.TextEdited(fromQt(kept));
+}
+
+bool CellEditBox::event(QEvent* event) {
+    // Tab would move the focus before it came to keyPressEvent.
+    if (event->type() == QEvent::KeyPress) {
+        auto& key = static_cast<QKeyEvent&>(*event);
+        if (key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab) {
+            actOn(key);
+            event->accept();
+            return true;
+        }
+    }
+    return QLineEdit::event(event);
+}
+
+void CellEditBox::keyPressEvent(QKeyEvent* event) {
+    if (actOn(*event)) {
+        event->accept();
+        return;
+    }
+    const bool moves = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down;
+    const bool typed = !event->text().isEmpty() && event->text().front().isPrint() &&
+                       !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    const bool dropped = typed && !FilterKey(event->text().front().toLatin1(), m_state.numberMode);
+    if (!moves && !dropped)
+        QLineEdit::keyPressEvent(event);
+    // What a line edit ignores would move the grid behind it.
+    event->accept();
+}
+
+bool CellEditBox::actOn(const QKeyEvent& event) {
+    const auto key = editKeyOf(event);
+    if (key)
+        m_editor.KeyPressed(*key);
+    return key.has_value();
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,222 @@
+#include "ui/widgets/GridView.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <algorithm>
+#include <optional>
+
+#include "ui/looks/Colours.h"
+#include "ui/looks/Fitted.h"
+#include "ui/looks/Measures.h"
+#include "ui/looks/ReadableStyle.h"
+#include "ui/looks/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr int kAddressWidth = 475;
+constexpr int kByteWidth = 375;
+constexpr int kRowHeight = 240;
+constexpr int kEditBoxDrop = 6;
+
+/// Draws a byte's cell in the design's colours, the current one framed.
+class CellDelegate final : public QStyledItemDelegate {
+  public:
+    CellDelegate(const DataGrid& grid, const GridView& view)
+        : QStyledItemDelegate(const_cast<GridView*>(&view)), m_grid(grid), m_view(view) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        painter->fillRect(option.rect, index.data(Qt::BackgroundRole).value<QColor>());
+        const QVariant font = index.data(Qt::FontRole);
+        painter->setFont(font.isValid() ? font.value<QFont>() : option.font);
+        painter->setPen(colours::kText);
+        const int margin = index.column() == 0 ? 3 : 0;
+        drawFitted(*painter, option.rect.adjusted(0, 0, -margin, 0),
+                   Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()),
+                   index.data().toString());
+        if (GridCell{index.row(), index.column()} != m_grid.Current())
+            return;
+        if (m_view.hasFocus())
+            return drawFocusFrame(*painter, option.rect, colours::kText);
+        painter->setPen(QPen(colours::kText, 1, Qt::DotLine));
+        painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
+    }
+
+  private:
+    const DataGrid& m_grid;
+    const GridView& m_view;
+};
+
+/// Where a key leads while the grid is browsed.
+std::optional<GridCell> destination(const QKeyEvent& event, GridCell from, int pageRows) {
+    const bool control = event.modifiers() == Qt::ControlModifier;
+    if (control && event.key() == Qt::Key_Home)
+        return GridCell{0, 1};
+    if (control && event.key() == Qt::Key_End)
+        return GridCell{kGridRows - 1, kBytesPerRow};
+    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
+        return std::nullopt;
+    GridCell to = from;
+    switch (event.key()) {
+        case Qt::Key_Up:
+            --to.row;
+            break;
+        case Qt::Key_Down:
+            ++to.row;
+            break;
+        case Qt::Key_PageUp:
+            to.row -= pageRows;
+            break;
+        case Qt::Key_PageDown:
+            to.row += pageRows;
+            break;
+        case Qt::Key_Left:
+            --to.column;
+            break;
+        case Qt::Key_Right:
+            ++to.column;
+            break;
+        case Qt::Key_Home:
+            to.column = 1;
+            break;
+        case Qt::Key_End:
+            to.column = kBytesPerRow;
+            break;
+        default:
+            return std::nullopt;
+    }
+    to.row = std::clamp(to.row, 0, kGridRows - 1);
+    to.column = std::clamp(to.column, 1, kBytesPerRow);
+    return to;
+}
+
+}  // namespace
+
+GridView::GridView(DataGrid& grid, CellEditor& editor, const ProgramState& state, QWidget* parent)
+    : QTableView(parent),
+      m_grid(grid),
+      m_editor(editor),
+      m_state(state),
+      m_model(grid, state, this),
+      m_editBox(grid, editor, state, viewport()) {
+    setObjectName(QStringLiteral("DataGrid"));
+    setAccessibleName(QStringLiteral("EEPROM data"));
+    setModel(&m_model);
+    setItemDelegate(new CellDelegate(grid, *this));
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setMouseTracking(false);
+    setFocusPolicy(Qt::StrongFocus);
+    QPalette colour = palette();
+    colour.setColor(QPalette::Base, colours::kCell);
+    setPalette(colour);
+}
+
+void GridView::setUp() {
+    horizontalHeader()->hide();
+    verticalHeader()->hide();
+    horizontalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(scaled(kRowHeight));
+    for (int column = 0; column < kGridColumns; ++column)
+        setColumnWidth(column, scaled(column == 0 ? kAddressWidth : kByteWidth));
+    setCurrentIndex(m_model.indexOf(m_grid.Current()));
+    refill();
+}
+
+int GridView::visibleRows() const {
+    return std::max(1, viewport()->height() / verticalHeader()->defaultSectionSize());
+}
+
+void GridView::showCurrentCell() {
+    const QScopedValueRollback guard(m_scrollingToCell, true);
+    const QModelIndex index = m_model.indexOf(m_grid.Current());
+    setCurrentIndex(index);
+    scrollTo(index);
+    viewport()->update();
+    placeEditBox();
+}
+
+void GridView::openEditBox(EditSelection selection) {
+    showCurrentCell();
+    m_editBox.open(selection);
+}
+
+void GridView::closeEditBox() {
+    const bool hadFocus = m_editBox.hasFocus();
+    m_editBox.hide();
+    if (hadFocus)
+        setFocus(Qt::OtherFocusReason);
+}
+
+void GridView::placeEditBox() {
+    QRect place = visualRect(m_model.indexOf(m_grid.Current()));
+    place.translate(0, scaled(kEditBoxDrop));
+    m_editBox.setGeometry(place);
+}
+
+void GridView::mousePressEvent(QMouseEvent* event) {
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() != Qt::LeftButton || !index.isValid() || index.column() == 0)
+        return;
+    if (m_editor.MoveTo({index.row(), index.column()}))
+        m_editor.Click();
+}
+
+void GridView::mouseMoveEvent(QMouseEvent* event) {
+    event->accept();
+}
+
+void GridView::mouseReleaseEvent(QMouseEvent* event) {
+    event->accept();
+}
+
+void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
+    mousePressEvent(event);
+}
+
+void GridView::keyPressEvent(QKeyEvent* event) {
+    if (browse(*event)) {
+        event->accept();
+        return;
+    }
+    const bool command = (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0;
+    const bool types = !event->text().isEmpty() && !command && event->key() != Qt::Key_Escape &&
+                       event->key() != Qt::Key_Tab && event->key() != Qt::Key_Backtab;
+    if (types)
+        m_editor.CharacterTyped(fromQt(event->text()));
+    else
+        QWidget::keyPressEvent(event);
+}
+
+bool GridView::browse(const QKeyEvent& event) {
+    if (event.matches(QKeySequence::Copy)) {
+        QGuiApplication::clipboard()->setText(toQt(m_grid.Text(m_grid.Current())));
+        return true;
+    }
+    const auto to = destination(event, m_grid.Current(), visibleRows());
+    if (to)
+        m_editor.MoveTo(*to);
+    return to.has_value();
+}
+
+void GridView::scrollContentsBy(int dx, int dy) {
+    QTableView::scrollContentsBy(dx, dy);
+    if (!m_scrollingToCell)
+        m_editor.Scrolled();
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,47 @@
+// The data editor's grid: browsing, clicks and the edit box over the current cell.
+#pragma once
+
+#include <QTableView>
+
+#include "ui/widgets/CellEditBox.h"
+#include "ui/widgets/GridModel.h"
+
+namespace tarnwell {
+
+class GridView final : public QTableView {
+    Q_OBJECT
+  public:
+    GridView(DataGrid& grid, CellEditor& editor, const ProgramState& state, QWidget* parent);
+
+    /// Gives rows, columns and edit box their sizes; the view has its geometry.
+    void setUp();
+
+    void refill() { m_model.refill(); }
+    void refresh(GridCell cell) { m_model.refresh(cell); }
+    void showCurrentCell();
+    void openEditBox(EditSelection selection);
+    void refreshEditBox() { m_editBox.refreshText(); }
+    void closeEditBox();
+
+  protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+
+  private:
+    bool browse(const QKeyEvent& event);
+    int visibleRows() const;
+    void placeEditBox();
+
+    DataGrid& m_grid;
+    CellEditor& m_editor;
+    const ProgramState& m_state;
+    GridModel m_model;
+    CellEditBox m_editBox;
+    bool m_scrollingToCell = false;
+};
+
+}  // namespace tarnwell

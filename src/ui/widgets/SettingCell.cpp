@@ -1,0 +1,69 @@
+#include "ui/widgets/SettingCell.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyleOptionFrame>
+
+#include "ui/looks/Colours.h"
+#include "ui/looks/Fitted.h"
+#include "ui/looks/Measures.h"
+#include "ui/looks/ReadableStyle.h"
+#include "ui/looks/Text.h"
+
+namespace tarnwell {
+
+SettingCell::SettingCell(int cell, QWidget* page) : QAbstractButton(page), m_cell(cell) {
+    setObjectName(elementName("lblSetting", cell));
+    setFont(scaledFont(9.75, Weight::Bold));
+    setFocusPolicy(Qt::StrongFocus);
+    setToolTip(toQt(Cell(cell).setting->cellTooltip));
+}
+
+void SettingCell::show(const QString& caption, CellColour colour) {
+    setText(caption);
+    m_background = colours::of(colour);
+    setAccessibleName(toQt(CellTitle(m_cell)) + QLatin1Char(' ') + caption);
+    const Setting& setting = *Cell(m_cell).setting;
+    QString description = toQt(setting.description);
+    if (!description.isEmpty())
+        description += QStringLiteral(", ");
+    description += QStringLiteral("from 0 to %1").arg(setting.maximum);
+    if (colour == CellColour::Changed)
+        description += QStringLiteral(", changed and not yet written");
+    setAccessibleDescription(description);
+    update();
+}
+
+void SettingCell::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    QStyleOptionFrame frame;
+    frame.initFrom(this);
+    frame.frameShape = QFrame::Panel;
+    frame.lineWidth = 1;
+    frame.state |= QStyle::State_Sunken;
+    style()->drawControl(QStyle::CE_ShapedFrame, &frame, &painter, this);
+    painter.fillRect(rect().adjusted(1, 1, -1, -1), m_background);
+    painter.setPen(colours::kValueText);
+    drawFitted(painter, rect().adjusted(2, 1, -2, -1), Qt::AlignCenter, text());
+    if (hasFocus())
+        drawFocusFrame(painter, rect().adjusted(3, 3, -3, -3), colours::kText);
+}
+
+void SettingCell::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            click();
+            return;
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            Q_EMIT arrowPressed(this, event->key());
+            return;
+        default:
+            QAbstractButton::keyPressEvent(event);
+    }
+}
+
+}  // namespace tarnwell

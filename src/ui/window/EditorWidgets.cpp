@@ -1,0 +1,144 @@
+#include "ui/window/EditorWidgets.h"
+
+#include "ui/looks/Accessible.h"
+#include "ui/looks/Colours.h"
+#include "ui/looks/Measures.h"
+#include "ui/looks/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr int kHeadingTop = 360;
+constexpr int kHeadingLeft = 600;
+constexpr int kHeadingPitch = 375;
+constexpr int kHeadingHeight = 225;
+
+/// The switch has little room: its box is smaller than the desktop's.
+constexpr int kIndicatorSide = 165;
+
+struct Column {
+    const char* heading;
+    int left;
+    int width;
+};
+
+constexpr int kHeaderTop = 240;
+constexpr int kRowTop = 480;
+constexpr int kRowPitch = 240;
+constexpr int kRowHeight = 255;
+constexpr Column kSider{"", 120, 255};
+constexpr std::array kColumns{Column{"Addr", 465, 480}, Column{"Old", 1005, 375},
+                              Column{"New", 1440, 375}};
+
+QRect rowPlace(const Column& column, int row) {
+    return scaledRect(column.left, kRowTop + kRowPitch * row, column.width, kRowHeight);
+}
+
+}  // namespace
+
+EditorPageWidget::EditorPageWidget(DataGrid& grid, CellEditor& editor, const ProgramState& state,
+                                   int tabRow)
+    : m_grid(grid), m_view(grid, editor, state, this), m_switch(this), m_lamp(this) {
+    const auto place = [tabRow](int left, int top, int width, int height) {
+        return scaledRect(left, top - tabRow, width, height);
+    };
+    m_switch.setObjectName(QStringLiteral("EditorEnabled"));
+    m_switch.setAccessibleName(QStringLiteral("Data Editor"));
+    m_switch.setToolTip(QStringLiteral("Click to toggle the Data Editor"));
+    m_switch.setGeometry(place(120, 360, 475, 230));
+    m_switch.setStyleSheet(QStringLiteral("QCheckBox { spacing: 2px; }"
+                                          "QCheckBox::indicator { width: %1px; height: %1px; }")
+                               .arg(scaled(kIndicatorSide)));
+    m_lamp.setGeometry(place(6700, 340, 225, 195));
+    for (int offset = 0; offset < kBytesPerRow; ++offset) {
+        auto* heading = new FittedLabel(this);
+        heading->setObjectName(elementName("lblRow", offset));
+        heading->setAlignment(Qt::AlignCenter);
+        heading->setGeometry(place(kHeadingLeft + offset * kHeadingPitch, kHeadingTop,
+                                   kHeadingPitch, kHeadingHeight));
+        m_headings[static_cast<std::size_t>(offset)] = heading;
+    }
+    m_view.setGeometry(place(120, 585, 6765, 2415));
+    setTabOrder(&m_switch, &m_view);
+    connect(&m_switch, &QCheckBox::clicked, this, &EditorPageWidget::toggled);
+}
+
+void EditorPageWidget::colourHeadings() {
+    for (FittedLabel* heading : m_headings)
+        heading->setColours(colours::kHeading, colours::kText);
+}
+
+void EditorPageWidget::refill() {
+    for (int offset = 0; offset < kBytesPerRow; ++offset)
+        m_headings[static_cast<std::size_t>(offset)]->setText(toQt(m_grid.HeadingText(offset)));
+    m_view.refill();
+}
+
+void EditorPageWidget::showSwitch(EditorSwitch editor) {
+    const bool on = editor == EditorSwitch::On;
+    m_switch.setChecked(on);
+    m_switch.setText(toQt(Word(editor)));
+    fitCaption(m_switch, kIndicatorSide + 60);
+    m_lamp.setAccessibleName(on ? QStringLiteral("The Data Editor is on")
+                                : QStringLiteral("The Data Editor is off"));
+    m_lamp.setColour(on ? colours::kLampOn : colours::kLampOff);
+}
+
+PendingFrame::PendingFrame(const PendingWrites& pending, QWidget* parent)
+    : QGroupBox(QStringLiteral("Pending EEP Writes"), parent), m_pending(pending) {
+    setObjectName(QStringLiteral("Frame1"));
+    int index = 0;
+    for (const Column& column : kColumns) {
+        FittedLabel* header =
+            addLabel(elementName("lblHeader", index++),
+                     scaledRect(column.left, kHeaderTop, column.width, kRowPitch));
+        header->setText(QLatin1String(column.heading));
+    }
+    for (int row = 0; row < kPendingRows; ++row) {
+        FittedLabel* sider = addLabel(elementName("LblSider", row), rowPlace(kSider, row));
+        sider->setText(QStringLiteral("%1").arg(row + 1, 2));
+        m_rows[static_cast<std::size_t>(row)] = {
+            addLabel(elementName("lblAddy", row), rowPlace(kColumns[0], row)),
+            addLabel(elementName("lblOldData", row), rowPlace(kColumns[1], row)),
+            addLabel(elementName("lblNewData", row), rowPlace(kColumns[2], row))};
+    }
+    refresh();
+}
+
+FittedLabel* PendingFrame::addLabel(const QString& name, const QRect& place) {
+    auto* label = new FittedLabel(this);
+    label->setObjectName(name);
+    label->setAlignment(Qt::AlignCenter);
+    label->setGeometry(place);
+    return label;
+}
+
+void PendingFrame::colourRows() {
+    for (const Row& row : m_rows) {
+        row.address->setColours(colours::kHeading, colours::kText);
+        row.oldValue->setColours(colours::kCell, colours::kText);
+        row.newValue->setColours(colours::kCell, colours::kText);
+        for (FittedLabel* label : {row.address, row.oldValue, row.newValue})
+            label->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+    }
+}
+
+void PendingFrame::refresh() {
+    for (int row = 0; row < kPendingRows; ++row) {
+        const EditRecord& record = m_pending.Row(row);
+        const Row& labels = m_rows[static_cast<std::size_t>(row)];
+        const auto show = [row](FittedLabel& label, const char* what, const std::string& text) {
+            label.setText(toQt(text));
+            label.setAccessibleName(
+                QStringLiteral("Pending write %1, %2: %3")
+                    .arg(row + 1)
+                    .arg(QLatin1String(what), text.empty() ? QStringLiteral("none") : toQt(text)));
+        };
+        show(*labels.address, "address", record.EditAddress);
+        show(*labels.oldValue, "old value", record.EditOldValue);
+        show(*labels.newValue, "new value", record.EditNewValue);
+    }
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,55 @@
+// The data editor's page, and the frame with the pending writes beside it.
+#pragma once
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <array>
+
+#include "ui/looks/Fitted.h"
+#include "ui/widgets/GridView.h"
+#include "ui/widgets/Lamp.h"
+
+namespace tarnwell {
+
+class EditorPageWidget final : public QWidget {
+    Q_OBJECT
+  public:
+    /// `tabRow` is the height of the tabs above the page, in twips.
+    EditorPageWidget(DataGrid& grid, CellEditor& editor, const ProgramState& state, int tabRow);
+
+    GridView& grid() { return m_view; }
+    void colourHeadings();
+    void refill();
+    void showSwitch(EditorSwitch editor);
+
+  Q_SIGNALS:
+    void toggled();
+
+  private:
+    DataGrid& m_grid;
+    GridView m_view;
+    QCheckBox m_switch;
+    Lamp m_lamp;
+    std::array<FittedLabel*, kBytesPerRow> m_headings{};
+};
+
+class PendingFrame final : public QGroupBox {
+    Q_OBJECT
+  public:
+    PendingFrame(const PendingWrites& pending, QWidget* parent);
+    void colourRows();
+    void refresh();
+
+  private:
+    FittedLabel* addLabel(const QString& name, const QRect& place);
+
+    struct Row {
+        FittedLabel* address;
+        FittedLabel* oldValue;
+        FittedLabel* newValue;
+    };
+    const PendingWrites& m_pending;
+    std::array<Row, kPendingRows> m_rows{};
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,136 @@
+// The main window's commands: what starts them, and what they wait for.
+#include "i2c/InterfaceTest.h"
+#include "i2c/PortOptions.h"
+#include "ui/dialogs/FormAbout.h"
+#include "ui/dialogs/FormCnP.h"
+#include "ui/dialogs/FormPortOpts.h"
+#include "ui/dialogs/FormTestInt.h"
+#include "ui/window/FormMain.h"
+
+namespace tarnwell {
+
+void FormMain::guard(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const ProgramEnd&) {
+        onProgramEnd();
+    }
+}
+
+// A screen reader presses what neither keyboard nor mouse could reach: while a command is busy,
+// nothing else starts.
+void FormMain::run(const std::function<void()>& command) {
+    if (m_user.isBusy())
+        return;
+    guard([&] {
+        const CommandScope scope(m_program.statusBar);
+        command();
+        m_user.endCommand();
+    });
+}
+
+void FormMain::runButton(const std::function<void()>& command) {
+    run([&] {
+        m_program.cellEditor.SettleEntry();
+        command();
+    });
+}
+
+void FormMain::turnToPage(Page page) {
+    if (m_user.isBusy()) {
+        const QSignalBlocker quiet(m_tabs);
+        m_tabs.setCurrentIndex(static_cast<int>(m_program.state.page));
+        return;
+    }
+    run([&] { m_program.editorPage.SwitchPage(page); });
+}
+
+void FormMain::runMenu(MenuCommand command) {
+    if (m_user.isBusy())
+        return;
+    switch (command) {
+        case MenuCommand::None:
+            return;
+        case MenuCommand::LoadImage:
+            return run([this] { m_program.imageArchive.LoadImage(); });
+        case MenuCommand::LoadSettings:
+            return run([this] { m_program.settingsArchive.LoadSettings(); });
+        case MenuCommand::SaveImage:
+            return run([this] { m_program.imageArchive.SaveImage(); });
+        case MenuCommand::SaveSettings:
+            return run([this] { m_program.settingsArchive.SaveSettings(); });
+        case MenuCommand::Exit:
+            close();
+            return;
+        case MenuCommand::ReadEntireEep:
+            return run([this] { m_program.wholeDevice.ReadEntireEep(); });
+        case MenuCommand::WriteEntireEep:
+            return run([this] { m_program.wholeDevice.WriteEntireEep(); });
+        case MenuCommand::FillEntireEep:
+            return run([this] { m_program.wholeDevice.FillEntireEep(); });
+        case MenuCommand::SelectPrimary:
+            return run([this] { m_program.wholeDevice.SelectEeprom(TargetDevice::Primary); });
+        case MenuCommand::SelectSecondary:
+            return run([this] { m_program.wholeDevice.SelectEeprom(TargetDevice::Secondary); });
+        case MenuCommand::DecimalMode:
+            return run([this] { m_program.numberModeMenu.Select(NumberMode::Decimal); });
+        case MenuCommand::HexMode:
+            return run([this] { m_program.numberModeMenu.Select(NumberMode::Hex); });
+        case MenuCommand::PortLpt1:
+            return run([this] { m_program.ChoosePort(kPortChoices[0]); });
+        case MenuCommand::PortLpt2:
+            return run([this] { m_program.ChoosePort(kPortChoices[1]); });
+        case MenuCommand::PortLpt3:
+            return run([this] { m_program.ChoosePort(kPortChoices[2]); });
+        case MenuCommand::PortOptions:
+            return showPortOptions();
+        case MenuCommand::InterfaceTest:
+            return showInterfaceTest();
+        case MenuCommand::DriverLoader:
+            return startDriverLoader();
+        case MenuCommand::HelpTopics:
+            return run([this] { m_program.helpCommands.HelpTopics(); });
+        case MenuCommand::ReleaseHistory:
+            return run([this] { m_program.helpCommands.ReleaseHistory(); });
+        case MenuCommand::About:
+            return showAbout();
+    }
+}
+
+void FormMain::showAbout() {
+    FormAbout(this).exec();
+}
+
+void FormMain::closeEvent(QCloseEvent* event) {
+    Closing closing = Closing::KeepRunning;
+    run([&] { closing = m_program.ShutDown(); });
+    if (closing == Closing::KeepRunning) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+}
+
+void FormMain::showPortOptions() {
+    PortOptions options(m_program.state, m_program.statusBar, m_user, m_program.i2c);
+    FormPortOpts(options, this).exec();
+}
+
+void FormMain::showInterfaceTest() {
+    InterfaceTest test(m_program.i2c, m_port, m_program.statusBar, m_user);
+    bool passed = false;
+    run([&] { passed = test.PreCheck(); });
+    if (passed)
+        FormTestInt(test, this).exec();
+}
+
+void FormMain::startDriverLoader() {
+    guard(
+        [this] { DriverLoader(m_platform, m_desktop, m_program.statusBar, m_user, *this).Run(); });
+}
+
+void FormMain::ShowFormCnP(const std::string& driverPath) {
+    FormCnP(driverPath, this).exec();
+}
+
+}  // namespace tarnwell

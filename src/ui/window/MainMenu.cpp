@@ -1,0 +1,132 @@
+#include "ui/window/MainMenu.h"
+
+#include <QMenu>
+#include <array>
+
+#include "i2c/PinMapping.h"
+#include "ui/looks/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+struct Entry {
+    int depth;
+    const char* name;
+    std::string_view caption;  ///< "-" for a separator, "" in front of a submenu's items
+    MenuCommand command = MenuCommand::None;
+};
+
+constexpr std::array kEntries{
+    Entry{0, "mnuFile", "Archive &File"},
+    Entry{1, "mnuFileLoad", "&Load"},
+    Entry{2, "mnuFileLoadImage", "EEP &Image", MenuCommand::LoadImage},
+    Entry{2, "mnuFileLoadValues", "&Settings", MenuCommand::LoadSettings},
+    Entry{1, "mnuFileSave", "&Save"},
+    Entry{2, "mnuFileSaveImage", "EEP &Image", MenuCommand::SaveImage},
+    Entry{2, "mnuFileSaveValues", "&Settings", MenuCommand::SaveSettings},
+    Entry{1, "sep1", "-"},
+    Entry{1, "mnuFileExit", "E&xit", MenuCommand::Exit},
+    Entry{0, "mnuEEP", "I2C &Operations"},
+    Entry{1, "mnuEEPRead", "&Read Entire EEP", MenuCommand::ReadEntireEep},
+    Entry{1, "mnuEEPWrite", "&Write Entire EEP", MenuCommand::WriteEntireEep},
+    Entry{1, "mnuEEPFill", "&Fill Entire EEP", MenuCommand::FillEntireEep},
+    Entry{1, "sep4", "-"},
+    Entry{1, "mnuEEPselect", "&Select EEPROM"},
+    Entry{2, "mnuEEPsel_0", "&Primary (Color Values)", MenuCommand::SelectPrimary},
+    Entry{2, "mnuEEPsel_1", "&Secondary (Unknown)", MenuCommand::SelectSecondary},
+    Entry{0, "mnuOptions", "Options"},
+    Entry{1, "mnuNum", "Number &Mode"},
+    Entry{2, "mnuSelMode_0", "&Decimal", MenuCommand::DecimalMode},
+    Entry{2, "mnuSelMode_1", "&Hex", MenuCommand::HexMode},
+    Entry{1, "mnuPort", "&Parallel Port"},
+    Entry{2, "mnuPortSel_0", kPortChoices[0].caption, MenuCommand::PortLpt1},
+    Entry{2, "mnuPortSel_1", kPortChoices[1].caption, MenuCommand::PortLpt2},
+    Entry{2, "mnuPortSel_2", kPortChoices[2].caption, MenuCommand::PortLpt3},
+    Entry{2, "sep2", "-"},
+    Entry{2, "mnuPortOpts", "&Advanced Setup", MenuCommand::PortOptions},
+    Entry{1, "sep3", "-"},
+    Entry{1, "mnuPortTest", "I2C Interface &Test", MenuCommand::InterfaceTest},
+    Entry{1, "sep5", "-"},
+    Entry{1, "mnuOptionsPortSer", "DLPortIO Service", MenuCommand::DriverLoader},
+    Entry{0, "mnuHelp", "&Help"},
+    Entry{1, "mnuHelpHelp", "Help &Topics", MenuCommand::HelpTopics},
+    Entry{1, "sep6", "-"},
+    Entry{1, "mnuHelpHistory", "Release &History", MenuCommand::ReleaseHistory},
+    Entry{1, "mnuHelpAbout", "About &Tarnwell 2", MenuCommand::About},
+};
+
+consteval bool EveryCommandIsOfferedOnce() {
+    for (int command = 1; command <= static_cast<int>(MenuCommand::About); ++command) {
+        int items = 0;
+        for (const Entry& entry : kEntries)
+            items += entry.command == static_cast<MenuCommand>(command) ? 1 : 0;
+        if (items != 1)
+            return false;
+    }
+    return true;
+}
+static_assert(EveryCommandIsOfferedOnce());
+
+consteval bool DepthsMakeATree() {
+    for (std::size_t index = 1; index < kEntries.size(); ++index) {
+        const Entry& before = kEntries[index - 1];
+        const bool menu = before.caption != "-" && before.command == MenuCommand::None;
+        const int deepest = menu ? before.depth + 1 : before.depth;
+        if (kEntries[index].depth > deepest || (menu && kEntries[index].depth < deepest))
+            return false;
+    }
+    return kEntries.back().command != MenuCommand::None;
+}
+static_assert(DepthsMakeATree());
+
+}  // namespace
+
+MainMenu::MainMenu(QMenuBar& bar) : QObject(&bar) {
+    std::array<QMenu*, 3> menus{};
+    for (const Entry& entry : kEntries) {
+        const auto depth = static_cast<std::size_t>(entry.depth);
+        QAction* item = nullptr;
+        if (entry.caption == "-") {
+            item = menus[depth - 1]->addSeparator();
+        } else if (entry.command == MenuCommand::None) {
+            menus[depth] = depth == 0 ? bar.addMenu(toQt(entry.caption))
+                                      : menus[depth - 1]->addMenu(toQt(entry.caption));
+            menus[depth]->setObjectName(QLatin1String(entry.name));
+            item = menus[depth]->menuAction();
+        } else {
+            item = menus[depth - 1]->addAction(toQt(entry.caption));
+            connect(item, &QAction::triggered, this,
+                    [this, command = entry.command] { Q_EMIT chosen(command); });
+        }
+        item->setObjectName(QLatin1String(entry.name));
+        item->setMenuRole(QAction::NoRole);
+        m_actions.insert(item->objectName(), item);
+    }
+    for (const char* name : {"mnuFile", "mnuEEP"}) {
+        connect(action(name).menu(), &QMenu::aboutToShow, this, &MainMenu::bufferMenuOpening);
+    }
+    for (const char* name : {"mnuEEPsel_0", "mnuEEPsel_1", "mnuSelMode_0", "mnuSelMode_1",
+                             "mnuPortSel_0", "mnuPortSel_1", "mnuPortSel_2"})
+        action(name).setCheckable(true);
+}
+
+void MainMenu::check(const char* array, int index, bool checked) {
+    m_actions[elementName(array, index)]->setChecked(checked);
+}
+
+void MainMenu::sync(const ProgramState& state) {
+    check("mnuSelMode", 0, state.numberMode == NumberMode::Decimal);
+    check("mnuSelMode", 1, state.numberMode == NumberMode::Hex);
+    check("mnuEEPsel", 0, state.targetDevice == TargetDevice::Primary);
+    check("mnuEEPsel", 1, state.targetDevice == TargetDevice::Secondary);
+    for (int index = 0; index < static_cast<int>(kPortChoices.size()); ++index)
+        check("mnuPortSel", index,
+              kPortChoices[static_cast<std::size_t>(index)].addressText == state.portAddress);
+    action("mnuNum").setEnabled(state.editor == EditorSwitch::Off);
+    action("mnuEEPFill").setVisible(state.fillItemVisible);
+    action("sep5").setVisible(state.driverLoaderItemVisible);
+    action("mnuOptionsPortSer").setVisible(state.driverLoaderItemVisible);
+}
+
+}  // namespace tarnwell

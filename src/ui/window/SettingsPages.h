@@ -1,0 +1,33 @@
+// The five settings pages, laid out from the catalog.
+#pragma once
+
+#include <QTabWidget>
+#include <array>
+
+#include "settings/ValueEditor.h"
+#include "ui/widgets/SettingCell.h"
+
+namespace tarnwell {
+
+class SettingsPages final : public QObject {
+    Q_OBJECT
+  public:
+    /// Adds the pages to `tabs`, in the order of the catalog's pages.
+    explicit SettingsPages(QTabWidget& tabs);
+
+    /// Shows what `cells` holds for one cell.
+    void refresh(const SettingCells& cells, int cell);
+
+  Q_SIGNALS:
+    void cellClicked(int cell);
+
+  private:
+    void addPage(QTabWidget& tabs, Page page);
+    void addRow(QWidget& widget, const Setting& setting, int row);
+    void addCells(QWidget& widget, const Setting& setting, int row);
+    void moveFocus(const SettingCell* from, int key);
+
+    std::array<SettingCell*, kCellCount> m_cells{};
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,126 @@
+#include "ui/window/StatusArea.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+#include "ui/looks/Accessible.h"
+#include "ui/looks/Colours.h"
+#include "ui/looks/Measures.h"
+#include "ui/looks/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr int kStripHeight = 240;
+constexpr int kPanelHeight = StatusArea::kHeight - kStripHeight;
+
+constexpr std::array<const char*, 4> kCaptions{"Mode", "Status", "CRC32", "EEP"};
+constexpr std::array<int, 4> kCaptionWidths{600, 720, 660, 420};
+
+/// Lefts of the captions and panels of a size mode, in twips.
+struct Arrangement {
+    int windowWidth;
+    int stripWidth;
+    std::array<int, 4> captionLefts;
+    std::array<int, 4> panelLefts;
+};
+
+constexpr Arrangement kSmall{7305, 7215, {60, 3015, 5720, 6780}, {0, 825, 5475, 6570}};
+constexpr Arrangement kBig{9495, 9395, {60, 4110, 7870, 8970}, {0, 825, 7620, 8760}};
+
+/// The keys that press a button; they do on the first caption what a double-click does.
+bool isPress(const QEvent& event) {
+    if (event.type() != QEvent::KeyPress)
+        return false;
+    const int key = static_cast<const QKeyEvent&>(event).key();
+    return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+const Arrangement& arrangementOf(SizeMode mode) {
+    return mode == SizeMode::Small ? kSmall : kBig;
+}
+
+}  // namespace
+
+void ProgressPanel::setPercent(std::optional<int> percent) {
+    m_percent = percent;
+    update();
+}
+
+void ProgressPanel::paintEvent(QPaintEvent* event) {
+    if (m_percent) {
+        QRect bar = contentsRect();
+        bar.setWidth(bar.width() * *m_percent / 100);
+        QPainter(this).fillRect(bar, colours::progressBar(palette()));
+    }
+    FittedLabel::paintEvent(event);
+}
+
+StatusArea::StatusArea(QWidget* parent) : QWidget(parent), m_strip(this) {
+    for (std::size_t index = 0; index < kPanels; ++index) {
+        const int number = static_cast<int>(index);
+        auto* caption = new FittedLabel(&m_strip);
+        setAccessibleRole(*caption, index == 0 ? QAccessible::Button : QAccessible::StaticText);
+        caption->setAccessibleName(QLatin1String(kCaptions[index]));
+        caption->setObjectName(elementName("lblSBinfo", number));
+        caption->setText(QLatin1String(kCaptions[index]));
+        caption->installEventFilter(this);
+        m_captions[index] = caption;
+
+        const bool showsProgress = index == static_cast<std::size_t>(Panel::Eep);
+        if (showsProgress)
+            m_progress = new ProgressPanel(this);
+        FittedLabel* panel = showsProgress ? m_progress : new FittedLabel(this);
+        panel->setObjectName(elementName("statusPanel", number + 1));
+        panel->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+        panel->setMargin(scaled(30));
+        m_panels[index] = panel;
+    }
+    m_captions[0]->setToolTip(QStringLiteral(" Easter Egg! "));
+    m_captions[0]->setFocusPolicy(Qt::TabFocus);
+    m_captions[0]->setContentsMargins(scaled(60), 0, scaled(60), 0);  // for the focus
+    m_strip.setObjectName(QStringLiteral("StatusStrip"));
+}
+
+void StatusArea::colourStrip() {
+    m_strip.setColours(colours::kHeading, colours::kText);
+    for (FittedLabel* caption : m_captions)
+        caption->setColours(colours::kHeading, colours::kText);
+}
+
+void StatusArea::setLayoutMode(SizeMode mode) {
+    const Arrangement& arrangement = arrangementOf(mode);
+    resize(scaled(arrangement.windowWidth), scaled(kHeight));
+    m_strip.setGeometry(scaledRect(0, 0, arrangement.stripWidth, kStripHeight));
+    for (std::size_t index = 0; index < kPanels; ++index) {
+        m_captions[index]->setGeometry(
+            scaledRect(arrangement.captionLefts[index], 0, kCaptionWidths[index], kStripHeight));
+        const int right =
+            index + 1 < kPanels ? arrangement.panelLefts[index + 1] : arrangement.windowWidth;
+        m_panels[index]->setGeometry(scaledRect(arrangement.panelLefts[index], kStripHeight,
+                                                right - arrangement.panelLefts[index] - 15,
+                                                kPanelHeight));
+    }
+}
+
+void StatusArea::refresh(const StatusBar& statusBar, Panel panel) {
+    const auto index = static_cast<std::size_t>(panel);
+    m_panels[index]->setText(toQt(statusBar.Text(panel)));
+    m_panels[index]->setAccessibleName(QLatin1String(kCaptions[index]) + QStringLiteral(": ") +
+                                       m_panels[index]->text());
+}
+
+void StatusArea::showProgress(const std::optional<Progress>& progress) {
+    m_progress->setPercent(progress ? std::optional(progress->percent) : std::nullopt);
+}
+
+bool StatusArea::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonDblClick || isPress(*event)) {
+        Q_EMIT captionDoubleClicked();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,58 @@
+// The bottom of the main window: the captions on their strip and the four status panels.
+#pragma once
+
+#include <QWidget>
+#include <array>
+
+#include "core/StatusBar.h"
+#include "ui/looks/Fitted.h"
+
+namespace tarnwell {
+
+/// A panel behind whose text a bar fills.
+class ProgressPanel final : public FittedLabel {
+    Q_OBJECT
+  public:
+    using FittedLabel::FittedLabel;
+
+    /// No bar without a percentage.
+    void setPercent(std::optional<int> percent);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    std::optional<int> m_percent;
+};
+
+class StatusArea final : public QWidget {
+    Q_OBJECT
+  public:
+    explicit StatusArea(QWidget* parent);
+
+    /// Height in twips.
+    static constexpr int kHeight = 555;
+
+    /// The caption that takes the focus and is pressed by keyboard.
+    QWidget& pressedCaption() { return *m_captions[0]; }
+
+    void colourStrip();
+    void setLayoutMode(SizeMode mode);
+    void refresh(const StatusBar& statusBar, Panel panel);
+    void showProgress(const std::optional<Progress>& progress);
+
+  Q_SIGNALS:
+    void captionDoubleClicked();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    static constexpr std::size_t kPanels = 4;
+    FittedLabel m_strip;
+    std::array<FittedLabel*, kPanels> m_captions{};
+    std::array<FittedLabel*, kPanels> m_panels{};
+    ProgressPanel* m_progress = nullptr;
+};
+
+}  // namespace tarnwell

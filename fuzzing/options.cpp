@@ -3,8 +3,8 @@
 
 #include "Fuzzing.h"
 #include "core/Options.h"
+#include "core/OptionsFile.h"
 #include "i2c/PinMapping.h"
-#include "ui/desktop/IniStore.h"
 
 namespace tarnwell::fuzzing {
 
@@ -20,7 +20,7 @@ struct Options {
     ProgramState state;
     Window window;
 
-    explicit Options(IniStore& store) { LoadOptions(store, state, window); }
+    explicit Options(mRegistry& store) { LoadOptions(store, state, window); }
 
     auto All() const {
         return std::tie(window.place.top, window.place.left, state.editTop, state.editLeft,
@@ -33,8 +33,7 @@ struct Options {
 
 void Run(std::string_view input) {
     const InputFile file(input);
-    const QString name = QString::fromStdString(file.Path());
-    IniStore store(name);
+    OptionsFile store(file.Path());
     Options first(store);
     DecodePinOptions(first.state.pinOptions);
     PortAddressValue(first.state.portAddress);
@@ -44,7 +43,7 @@ void Run(std::string_view input) {
         std::ifstream saved(file.Path(), std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(saved), {});
     }());
-    IniStore again(QString::fromStdString(copy.Path()));
+    OptionsFile again(copy.Path());
     REQUIRE(Options(again).All() == first.All());
 }
 

@@ -2,12 +2,12 @@
 #include <QApplication>
 #include <QTimer>
 
+#include "core/OptionsFile.h"
 #include "core/UserFolders.h"
 #include "port/PortChoice.h"
 #include "port/VcdTrace.h"
 #include "port/system/LinuxSystemCalls.h"
 #include "ui/desktop/CommandLine.h"
-#include "ui/desktop/IniStore.h"
 #include "ui/window/FormMain.h"
 
 namespace {
@@ -56,7 +56,7 @@ int main(int argc, char** argv) {
     const auto trace = openTrace(line, *port);
 
     QApplication application(argc, argv);
-    IniStore store(IniStore::defaultFileName());
+    OptionsFile store(OptionsPath());
     LinuxPlatform platform;
     const Wire wire{port->ThePort(), port->TheClock(), trace ? *trace : NoBusTrace()};
     FormMain window({wire, store, platform, port->IsSimulated(), StateFolder() + "/backups"});

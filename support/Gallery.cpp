@@ -10,10 +10,10 @@
 #include <QTest>
 #include <utility>
 
+#include "core/OptionsFile.h"
 #include "port/simulated/FactoryImage.h"
 #include "port/simulated/SimulatedTelevision.h"
 #include "support/ModalWindows.h"
-#include "ui/desktop/IniStore.h"
 #include "ui/dialogs/FormCnP.h"
 #include "ui/looks/Text.h"
 #include "ui/window/FormMain.h"
@@ -100,7 +100,7 @@ class Exhibition {
     const Visit& visit_;
     QTemporaryDir folder_;
     SimulatedTelevision television_;
-    IniStore store_{folder_.filePath("Tarnwell.ini")};
+    OptionsFile store_{folder_.filePath("Tarnwell.ini").toStdString()};
     LinuxPlatform platform_;
     FormMain window_{{{television_, television_},
                       store_,

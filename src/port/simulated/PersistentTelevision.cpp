@@ -3,12 +3,12 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <utility>
 
 #include "core/AtomicFile.h"
+#include "core/SmallFile.h"
 #include "port/simulated/FactoryImage.h"
 #include "port/system/FileLock.h"
 #include "port/system/ParallelPorts.h"
@@ -36,15 +36,21 @@ void PersistentTelevision::Claim(std::uint16_t baseAddress) {
         return;
     for (const Chip chip : kChips)
         Load(chip);
+    if (!Failure().empty())
+        lock_.Close();
 }
 
 void PersistentTelevision::Release() {
     SimulatedTelevision::Release();
     if (!lock_.IsOpen())
         return;
+    PersistentTelevision::BeginRead();
+    lock_.Close();
+}
+
+void PersistentTelevision::BeginRead() {
     for (const Chip chip : kChips)
         Save(chip);
-    lock_.Close();
 }
 
 std::string PersistentTelevision::ImagePath(Chip chip) const {
@@ -78,10 +84,12 @@ void PersistentTelevision::Load(Chip chip) {
     EepromImage& stored = stored_[static_cast<std::size_t>(chip)];
     if (unsaved_[static_cast<std::size_t>(chip)])
         return;
-    std::ifstream file(ImagePath(chip), std::ios::binary);
-    const std::string content(std::istreambuf_iterator<char>(file), {});
-    if (content.size() == memory.size())
-        std::copy(content.begin(), content.end(), memory.begin());
+    const SmallFile file = ReadSmallFile(ImagePath(chip));
+    if (file.fault != FileFault::None && file.fault != FileFault::Missing)
+        return Fail(ImagePath(chip) +
+                    " is no image of an EEPROM. Move it away and repeat the command.");
+    if (file.content.size() == memory.size())
+        std::ranges::copy(file.content, memory.begin());
     else
         memory = FactoryImage(chip);
     stored = memory;

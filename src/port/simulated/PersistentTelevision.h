@@ -10,7 +10,8 @@
 namespace tarnwell {
 
 /// Reads simulated-primary.bin and simulated-secondary.bin (8192 bytes each; factory values
-/// where there is no such file) at each claim and writes what has changed at the release.
+/// where there is no such file) at each claim, and writes what has changed before anything is read
+/// back, so that what cannot be kept is never verified, and at the release.
 /// A second instance on the same folder is refused meanwhile.
 class PersistentTelevision final : public SimulatedTelevision {
   public:
@@ -20,6 +21,9 @@ class PersistentTelevision final : public SimulatedTelevision {
     void Claim(std::uint16_t baseAddress) override;
     void Release() override;
     bool IsTaken() const override { return taken_; }
+
+  protected:
+    void BeginRead() override;
 
   private:
     std::string ImagePath(Chip chip) const;

@@ -139,8 +139,10 @@ void SimulatedTelevision::SclFalls() {
     AddSample(WireSample::Cause::Scl);
     for (Eeprom24C64& device : devices_)
         device.OnFallingEdge();
-    if (monitor_.OnFallingEdge(now_))
+    if (monitor_.OnFallingEdge(now_)) {
+        BeginRead();
         CountEvent(WireEvent::Read);
+    }
 }
 
 void SimulatedTelevision::SclRises() {

@@ -71,6 +71,9 @@ class SimulatedTelevision : public Port, public Clock {
     /// Makes the claim, or the rest of it, fail with this line.
     void Fail(std::string line);
 
+    /// A device will be read from; what it holds has yet to be sent.
+    virtual void BeginRead() {}
+
   private:
     struct AdapterFaults {
         bool sclStuckLow = false;

@@ -40,8 +40,10 @@ bool ImageBackups::Keep(TargetDevice device, const MemoryBuffer& image) {
     std::error_code failed;
     fs::create_directories(folder_, failed);
     const std::string name = FreeName(device);
-    if (!WriteArchive(folder_ + "/" + name, ImageRecords(image)))
+    const std::string path = folder_ + "/" + name;
+    if (!WriteArchive(path, ImageRecords(image)))
         return false;
+    lastKept_ = path;
     RemoveOldest(name);
     return true;
 }

@@ -15,11 +15,15 @@ class ImageBackups final : public BackupStore {
     bool Keep(TargetDevice device, const MemoryBuffer& image) override;
     const std::string& Folder() const override { return folder_; }
 
+    /// The path of the image kept last by this run, or empty.
+    const std::string& LastKept() const { return lastKept_; }
+
   private:
     std::string FreeName(TargetDevice device) const;
     void RemoveOldest(const std::string& keptName) const;
 
     std::string folder_;
+    std::string lastKept_;
     const Calendar& calendar_;
 };
 

@@ -1,5 +1,7 @@
 #include "editor/PendingWrites.h"
 
+#include "image/WriteTexts.h"
+
 namespace tarnwell {
 
 namespace {
@@ -10,18 +12,6 @@ constexpr Message kAskWriteNow{
     "If <No> is clicked, the entire EEP must be written later to save these changes.\r\n\r\n"
     "Do you want to write the EEP changes now?",
     "Write Changes?", BoxStyle::YesNoQuestion};
-constexpr Message kAskWriteOne{"Write 1 new value to the EEP?", "V E R I F Y",
-                               BoxStyle::YesNoQuestion};
-constexpr Message kVerifyFailed{
-    "Verification of the EEProm failed;\r\nThe EEProm was not programmed correctly, try again.",
-    "E R R O R - Verify Failed", BoxStyle::Critical};
-
-Box AskWrite(int count) {
-    Box box = kAskWriteOne;
-    if (count != 1)
-        box.text = "Write " + std::to_string(count) + " new values to the EEP?";
-    return box;
-}
 
 }  // namespace
 
@@ -65,8 +55,8 @@ void PendingWrites::WritePending() {
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    if (user_.ShowBox(AskWrite(count_)) == Answer::No) {
-        Post("EEProm Write Cancelled");
+    if (user_.ShowBox(AskWriteBytes(count_)) == Answer::No) {
+        Post(kWriteCancelled);
         return;
     }
     if (!writeGuard_.MayWrite())
@@ -78,13 +68,13 @@ void PendingWrites::WritePending() {
         case Outcome::Mismatch:
             statusBar_.ShowStatus("ERROR: EEProm and New Data Do Not Match!", kMismatchSeconds);
             user_.Beep();
-            user_.ShowBox(kVerifyFailed);
+            user_.ShowBox(kBytesNotVerified);
             statusBar_.PutStatus("");
             return;
         case Outcome::Verified:
             ClearPendingWrites();
             grid_.TransferGrid();
-            statusBar_.ShowStatus("EEP Verified OK; New Data Written to EEProm", kResultSeconds);
+            statusBar_.ShowStatus(kBytesWritten, kResultSeconds);
             return;
     }
 }

@@ -4,24 +4,16 @@
 #include <cmath>
 
 #include "core/Number.h"
+#include "image/WriteTexts.h"
 
 namespace tarnwell {
 
 namespace {
 
-constexpr Message kAskWrite{"Write memory buffer to EEProm?", "V E R I F Y",
-                            BoxStyle::YesNoQuestion};
 constexpr TextRequest kAskFillValue{"Enter DECIMAL value for EEP fill...",
                                     "F I L L   E N T I R E   E E P", "255"};
 constexpr Message kBadFillValue{"Please enter a whole number from 0 to 255.", "E R R O R",
                                 BoxStyle::Exclamation};
-constexpr Message kVerifyFailed{
-    "EEProm data verification failed;\r\nThe EEProm was not programmed correctly, try again.",
-    "E R R O R - Verify Failed", BoxStyle::Critical};
-constexpr Message kAskSecondary{
-    "B E   C A R E F U L !\r\nLittle is known about this EEProm.\r\n"
-    "Bad data values here could KILL your HDTV!",
-    "W A R N I N G", BoxStyle::OkCancelExclamation};
 
 constexpr Message kAskLeaveSettings{
     "Setting values have been changed, but not archived\r\n"
@@ -89,8 +81,8 @@ void WholeDevice::WriteEntireEep() {
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    if (user_.ShowBox(kAskWrite) == Answer::No) {
-        Post("EEProm Write Cancelled");
+    if (user_.ShowBox(kAskWriteImage) == Answer::No) {
+        Post(kWriteCancelled);
         return;
     }
     WriteAndVerify("Please Wait, Writing Buffer to EEProm...",
@@ -109,7 +101,7 @@ void WholeDevice::FillEntireEep() {
     if (!value) {
         if (answer)
             user_.ShowBox(kBadFillValue);
-        Post("EEProm Write Cancelled");
+        Post(kWriteCancelled);
         return;
     }
     WriteAndVerify("Please Wait, Writing Fill Value to EEProm...",
@@ -136,12 +128,12 @@ void WholeDevice::WriteAndVerify(std::string_view waitLine, const Verification& 
         return;
     }
     if (differences->empty()) {
-        statusBar_.ShowStatus("EEP Verified OK; EEProm Write Successful", kResultSeconds);
+        statusBar_.ShowStatus(kImageWritten, kResultSeconds);
         return;
     }
     statusBar_.ShowStatus(verification.mismatchLine, kMismatchSeconds);
     user_.Beep();
-    Box box = kVerifyFailed;
+    Box box = kImageNotVerified;
     box.details = *differences;
     user_.ShowBox(box);
     statusBar_.PutStatus("");
@@ -201,7 +193,7 @@ void WholeDevice::SelectPrimary() {
 }
 
 bool WholeDevice::WantsSecondary() {
-    return user_.ShowBox(kAskSecondary) == Answer::Ok &&
+    return user_.ShowBox(kWarnOfSecondary) == Answer::Ok &&
            (!displays_.HasChangedSettings() || user_.ShowBox(kAskLeaveSettings) == Answer::Yes);
 }
 

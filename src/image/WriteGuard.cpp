@@ -1,5 +1,7 @@
 #include "image/WriteGuard.h"
 
+#include "image/WriteTexts.h"
+
 namespace tarnwell {
 
 namespace {
@@ -31,7 +33,7 @@ bool WriteGuard::MayWrite() {
     if (!device.lastRead)
         return true;
     if (!store_.Keep(state_.targetDevice, *device.lastRead) && !WantsNoBackup()) {
-        statusBar_.ShowStatus("EEProm Write Cancelled", kResultSeconds);
+        statusBar_.ShowStatus(kWriteCancelled, kResultSeconds);
         return false;
     }
     device.lastRead.reset();

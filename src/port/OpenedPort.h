@@ -21,12 +21,6 @@ struct OpenedPort {
     }
 };
 
-/// Why there is no such port: in one line, which a wrong argument follows with a hint.
-struct PortRefusal {
-    std::string reason;
-    bool wrongArgument;
-};
-
 std::variant<OpenedPort, PortRefusal> OpenPort(const PortRequest& request, SystemCalls& system,
                                                const std::string& dataFolder);
 

@@ -2,18 +2,11 @@
 
 #include <array>
 
+#include "image/WriteTexts.h"
+
 namespace tarnwell {
 
 namespace {
-
-constexpr Message kAskWrite{"Write settings values to EEPROM?", "V E R I F Y",
-                            BoxStyle::YesNoQuestion};
-constexpr Message kNothingToWrite{"No settings were changed;\r\nThe EEProm was not modified.",
-                                  "I N F O", BoxStyle::Information};
-constexpr Message kVerifyFailed{
-    "Verification of the EEProm settings values failed;\r\n"
-    "The EEProm was not programmed correctly, try again.",
-    "E R R O R - Verify Failed", BoxStyle::Critical};
 
 std::int16_t AddressOf(int cell) {
     return static_cast<std::int16_t>(Cell(cell).address);
@@ -94,12 +87,12 @@ void SettingsEngine::WriteSettingsToEep() {
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    if (user_.ShowBox(kAskWrite) == Answer::No) {
-        Post("EEProm Write Cancelled");
+    if (user_.ShowBox(kAskWriteSettings) == Answer::No) {
+        Post(kWriteCancelled);
         return;
     }
     if (!HasCellToWrite()) {
-        user_.ShowBox(kNothingToWrite);
+        user_.ShowBox(kNoSettingsChanged);
         return;
     }
     if (!writeGuard_.MayWrite())
@@ -114,7 +107,7 @@ void SettingsEngine::WriteSettingsToEep() {
             statusBar_.ShowStatus("ERROR: EEProm and Settings Values Do Not Match!",
                                   kMismatchSeconds);
             user_.Beep();
-            user_.ShowBox(kVerifyFailed);
+            user_.ShowBox(kSettingsNotVerified);
             statusBar_.PutStatus("");
             return;
         case Outcome::Verified:
@@ -122,8 +115,7 @@ void SettingsEngine::WriteSettingsToEep() {
                 Merge();
                 state_.eepRead = false;
             }
-            statusBar_.ShowStatus("EEP Verified OK; Settings Values Written to EEProm",
-                                  kResultSeconds);
+            statusBar_.ShowStatus(kSettingsWritten, kResultSeconds);
             return;
     }
 }

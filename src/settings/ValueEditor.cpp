@@ -2,16 +2,9 @@
 
 #include <algorithm>
 
+#include "image/WriteTexts.h"
+
 namespace tarnwell {
-
-namespace {
-
-constexpr Message kSecondaryTarget{
-    "You must use the Data Editor to change values in\r\n"
-    "the secondary EEProm.   PLEASE BE CAREFUL!",
-    "I N F O", BoxStyle::Information};
-
-}  // namespace
 
 ValueEditor::ValueEditor(const CommandContext& context, SettingCells& cells, SettingsView& view)
     : Command(context), cells_(cells), view_(view) {}
@@ -19,7 +12,7 @@ ValueEditor::ValueEditor(const CommandContext& context, SettingCells& cells, Set
 void ValueEditor::CellClicked(int cell) {
     if (state_.targetDevice == TargetDevice::Secondary) {
         const CommandScope scope(statusBar_);
-        user_.ShowBox(kSecondaryTarget);
+        user_.ShowBox(kNoSettingsOnSecondary);
         return;
     }
     edit_ = Edit{cell, cells_.MarkOf(cell), cells_.Colour(cell)};

@@ -8,28 +8,7 @@ namespace {
 
 constexpr const char* kModule = "ppdev";
 
-/// A system's names, each below a folder.
-struct DriverFiles {
-    std::string_view loader;
-    std::string_view driver;
-};
-
-constexpr DriverFiles kLinux{"/loaddrv", "/kernel/drivers/char/ppdev.ko"};
-constexpr DriverFiles kWindows{"\\LOADDRV.EXE", "\\system32\\drivers\\dlportio.sys"};
-
-const DriverFiles& FilesBelow(const std::string& folder) {
-    return folder.find('\\') == std::string::npos ? kLinux : kWindows;
-}
-
 }  // namespace
-
-std::string LoaderPath(const std::string& programFolder) {
-    return programFolder + std::string(FilesBelow(programFolder).loader);
-}
-
-std::string DriverPath(const std::string& systemFolder) {
-    return systemFolder + std::string(FilesBelow(systemFolder).driver);
-}
 
 DriverLoader::DriverLoader(Platform& platform, Programs& programs, StatusBar& statusBar, User& user,
                            DriverPathWindow& window)
@@ -46,7 +25,7 @@ void DriverLoader::Run() {
 
 void DriverLoader::StartLoader() {
     const CommandScope scope(statusBar_);
-    const std::string loader = LoaderPath(programs_.ProgramFolder());
+    const std::string loader = programs_.ProgramFolder() + platform_.PortDriver().loader;
     if (!programs_.Exists(loader) || !programs_.Start(loader))
         user_.ShowBox(CannotStart(programs_, loader));
 }
@@ -56,7 +35,7 @@ std::string DriverLoader::FindDriver() {
     const std::string folder = mGlobal::GetWindowsFolder(platform_, user_);
     // A module that is part of the kernel itself has no file.
     const std::string module = programs_.KernelModulePath(kModule);
-    return module.starts_with('/') ? module : DriverPath(folder);
+    return module.starts_with('/') ? module : folder + platform_.PortDriver().driver;
 }
 
 }  // namespace tarnwell

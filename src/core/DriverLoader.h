@@ -7,12 +7,6 @@
 
 namespace tarnwell {
 
-/// The loader beside the program.
-std::string LoaderPath(const std::string& programFolder);
-
-/// Where the driver lies below the system folder, named in that system's way.
-std::string DriverPath(const std::string& systemFolder);
-
 /// The window that shows the driver's path.
 class DriverPathWindow {
   public:

@@ -18,6 +18,12 @@ struct OsVersionInfo {
 
 using PathBuffer = std::array<char, 260>;
 
+/// Names of the port driver's files as a system has them, with its separators.
+struct DriverFiles {
+    const char* loader;  ///< below the program's folder
+    const char* driver;  ///< below the system folder
+};
+
 class Platform {
   public:
     virtual ~Platform() = default;
@@ -27,6 +33,11 @@ class Platform {
 
     /// Puts the path of the folder `folderId`, ended by NUL, into `path`; 0 on success.
     virtual int SHGetFolderPathA(int folderId, PathBuffer& path) = 0;
+
+    /// Those of the systems whose calls the others are.
+    virtual DriverFiles PortDriver() const {
+        return {"\\LOADDRV.EXE", "\\system32\\drivers\\dlportio.sys"};
+    }
 };
 
 /// Linux seen as a system that needs a kernel driver; its system folder is /lib/modules/RELEASE.
@@ -34,6 +45,9 @@ class LinuxPlatform final : public Platform {
   public:
     bool GetVersionExA(OsVersionInfo& info) override;
     int SHGetFolderPathA(int folderId, PathBuffer& path) override;
+    DriverFiles PortDriver() const override {
+        return {"/loaddrv", "/kernel/drivers/char/ppdev.ko"};
+    }
 };
 
 enum class OSFamily : std::uint8_t { Win9x, WinNT, Win2K };

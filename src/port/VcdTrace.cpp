@@ -20,6 +20,8 @@ constexpr BusTime kTick{100};
 /// Large pieces, so that the bus seldom pauses for the file while a command runs.
 constexpr std::size_t kPiece = 1U << 20U;
 
+constexpr std::array<std::string_view, 3> kKeywords{"$timescale", "$var", "$enddefinitions"};
+
 constexpr std::array kIdentifier{'!', '"'};
 
 constexpr std::size_t Index(BusLine line) {
@@ -47,6 +49,16 @@ std::string ErrorText() {
     return std::strerror(errno) + std::string(".");
 }
 
+/// Whether the file begins as a VCD, with a keyword, and declares what one must.
+bool IsVcd(int descriptor) {
+    char begin[4096];
+    const ssize_t size = pread(descriptor, begin, sizeof begin, 0);
+    const std::string_view text(begin, static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+    return text.starts_with('$') && std::ranges::all_of(kKeywords, [&](std::string_view keyword) {
+               return text.find(keyword) != std::string_view::npos;
+           });
+}
+
 /// An empty text if the file may be replaced.
 std::string Objection(int descriptor) {
     struct stat status {};
@@ -54,8 +66,7 @@ std::string Objection(int descriptor) {
         return ErrorText();
     if (!S_ISREG(status.st_mode))
         return "this is no regular file.";
-    char first = 0;
-    if (status.st_size != 0 && (pread(descriptor, &first, 1, 0) != 1 || first != '$'))
+    if (status.st_size != 0 && !IsVcd(descriptor))
         return "this file exists and is no VCD.";
     return ftruncate(descriptor, 0) == 0 ? "" : ErrorText();
 }

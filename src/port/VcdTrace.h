@@ -22,7 +22,7 @@ namespace tarnwell {
 /// What cannot be written ends the trace with one line on standard error, and nothing else.
 class VcdTrace final : public BusTrace {
   public:
-    /// Makes the file `path`, or replaces an empty one or one that begins as a VCD does; otherwise
+    /// Makes the file `path`, or replaces an empty one or a VCD; otherwise
     /// gives one line that says what is wrong. `port` and `clock` are those that the bus is driven
     /// by.
     static std::variant<std::unique_ptr<VcdTrace>, std::string> Create(const std::string& path,

@@ -11,8 +11,8 @@ using testing::ElementsAre;
 struct Shortcut final : TestProgram, DriverPathWindow {
     std::vector<std::string> shown;  ///< the boxes before the path, then the path
 
-    std::vector<std::string> Run() {
-        DriverLoader(outside, outside, program.statusBar, user, *this).Run();
+    std::vector<std::string> Run(Platform& platform) {
+        DriverLoader(platform, outside, program.statusBar, user, *this).Run();
         return std::exchange(shown, {});
     }
     void ShowFormCnP(const std::string& path) override {
@@ -21,22 +21,26 @@ struct Shortcut final : TestProgram, DriverPathWindow {
     }
 };
 
-TEST(DriverLoaderTest, StartsTheLoaderThenShowsWhereTheModuleIsOrWouldBe) {
+TEST(DriverLoaderTest, StartsTheLoaderThenShowsWhereTheDriverIsOrWouldBe) {
+    using testing::HasSubstr;
     Shortcut t;
-    const std::string composed = "/lib/modules/test/kernel/drivers/char/ppdev.ko";
-    EXPECT_THAT(t.Run(), ElementsAre(testing::HasSubstr("/program/loaddrv"), composed));
-    t.outside.existing = {"/program/loaddrv"};
+    LinuxPlatform linux;
+    EXPECT_THAT(t.Run(linux), ElementsAre(HasSubstr("/program/loaddrv"),
+                                          testing::MatchesRegex("/lib/modules/[^/]*/kernel/drivers/"
+                                                                "char/ppdev.ko")));
+    t.outside.systemFolder = R"(C:\WINNT)";
+    const std::string composed = R"(C:\WINNT\system32\drivers\dlportio.sys)";
+    EXPECT_THAT(t.Run(t.outside), ElementsAre(HasSubstr(R"(/program\LOADDRV.EXE)"), composed));
+    t.outside.existing = {R"(/program\LOADDRV.EXE)"};
     for (const std::string module : {"/lib/modules/test/updates/ppdev.ko.xz", "", "(builtin)"}) {
         t.outside.modulePath = module;
-        EXPECT_THAT(t.Run(), ElementsAre(module.ends_with(".xz") ? module : composed));
+        EXPECT_THAT(t.Run(t.outside), ElementsAre(module.ends_with(".xz") ? module : composed));
     }
-    EXPECT_EQ(t.outside.started, std::vector<std::string>(3, "/program/loaddrv"));
+    EXPECT_EQ(t.outside.started, std::vector<std::string>(3, t.outside.existing[0]));
     t.outside.startsSucceed = false;
-    EXPECT_THAT(t.Run(), ElementsAre(testing::StartsWith("E R R O R|"), composed));
+    EXPECT_THAT(t.Run(t.outside), ElementsAre(testing::StartsWith("E R R O R|"), composed));
     t.outside.systemFolder.clear();
-    EXPECT_THROW(t.Run(), ProgramEnd);
-    EXPECT_EQ(DriverPath("C:\\WINNT"), "C:\\WINNT\\system32\\drivers\\dlportio.sys");
-    EXPECT_EQ(LoaderPath("D:\\Tools\\Tarnwell"), "D:\\Tools\\Tarnwell\\LOADDRV.EXE");
+    EXPECT_THROW(t.Run(t.outside), ProgramEnd);
 }
 
 }  // namespace

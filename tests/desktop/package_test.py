@@ -92,6 +92,11 @@ class PackageTest(unittest.TestCase):
         icon = self.share / f"icons/hicolor/scalable/apps/{values['Icon']}.svg"
         self.assertEqual(ElementTree.parse(icon).getroot().tag, "{http://www.w3.org/2000/svg}svg")
 
+    def test_modules_are_loaded_at_the_start(self):
+        configuration = (self.root / "usr/lib/modules-load.d/tarnwell.conf").read_text()
+        self.assertEqual(re.findall("^[^#].*", configuration, re.MULTILINE),
+                         ["parport_pc", "ppdev"])
+
     def test_archives_are_known_and_opened(self):
         root = self.scratch / "desktop"
         run("dpkg-deb", "-x", self.package, root)

@@ -139,7 +139,13 @@ TEST_F(VcdTraceTest, EndsWithOneLineWhereTheDiskIsFull) {
 }
 
 TEST_F(VcdTraceTest, ReplacesOnlyWhatIsEmptyOrAVcd) {
-    for (const auto& [content, replaced] : {std::pair{"", true}, {"$date", true}, {"S0", false}}) {
+    const std::pair<const char*, bool> rows[] = {
+        {"", true},
+        {"S0", false},
+        {"$date\n", false},
+        {"$timescale 1 ns $end $var wire 1 ! A $end $enddefinitions $end", true},
+        {"#!/bin/sh\n# $timescale $var $enddefinitions", false}};
+    for (const auto& [content, replaced] : rows) {
         folder.Write("other", content);
         auto made = VcdTrace::Create(folder.Path("other"), television, television);
         EXPECT_EQ(made.index() == 0, replaced) << content;

@@ -2,55 +2,75 @@
 #include "core/AtomicFile.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
+#include <random>
 #include <utility>
+
+#include "core/RegularFile.h"
 
 namespace tarnwell {
 
 namespace {
 
 constexpr mode_t kPermissionBits = 07777;
+constexpr int kMostLinks = 40;  // as the kernel
+constexpr int kAttempts = 100;
 
-std::string PartName(const std::string& name) {
-    return name + ".part";
+/// What the name stands for when symbolic links are followed, whether that exists or not.
+std::string Followed(std::filesystem::path name) {
+    for (int link = 0; link < kMostLinks; ++link) {
+        std::error_code noLink;
+        const std::filesystem::path target = std::filesystem::read_symlink(name, noLink);
+        if (noLink)
+            break;
+        name = name.parent_path() / target;
+    }
+    return name;
 }
 
-bool KeepPermissions(int part, const std::string& name) {
-    struct stat before {};
-    struct stat now {};
-    if (stat(name.c_str(), &before) != 0)
-        return errno == ENOENT;
-    if (fstat(part, &now) != 0)
-        return false;
-    const mode_t wanted = before.st_mode & kPermissionBits;
-    return (now.st_mode & kPermissionBits) == wanted || fchmod(part, wanted) == 0;
-}
-
-/// Some file systems cannot do this, or the folder may only be written: no failure.
-bool SyncFolderOf(const std::string& name) {
-    const std::size_t slash = name.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : name.substr(0, slash + 1);
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return errno == EACCES;
-    const bool synced = fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP;
-    return close(descriptor) == 0 && synced;
+/// Short, so that it can stand beside the longest name.
+std::string RandomName() {
+    char name[sizeof ".tarnwell-12345678"];
+    std::snprintf(name, sizeof name, ".tarnwell-%08x", std::random_device{}());
+    return name;
 }
 
 }  // namespace
 
-AtomicFile::AtomicFile(std::string name)
-    : name_(std::move(name)),
-      descriptor_(open(PartName(name_).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)),
-      failed_(descriptor_ < 0) {}
+AtomicFile::AtomicFile(const std::string& name)
+    : name_(Followed(name)),
+      folder_(name_.substr(0, name_.rfind('/') + 1)),
+      failed_(!LookAtFormer(name) || !Create()) {}
 
 AtomicFile::~AtomicFile() {
     if (descriptor_ >= 0)
         close(descriptor_);
+    if (!part_.empty())
+        unlink(part_.c_str());
+}
+
+bool AtomicFile::LookAtFormer(const std::string& name) {
+    const RegularFile former(name, O_WRONLY);
+    if (former.Fault() == FileFault::None)
+        permissions_ = former.About().st_mode & kPermissionBits;
+    return former.Fault() == FileFault::None || former.Fault() == FileFault::Missing;
+}
+
+bool AtomicFile::Create() {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        std::string part = folder_ + RandomName();
+        descriptor_ =
+            open(part.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+        if (descriptor_ >= 0)
+            part_ = std::move(part);
+        if (descriptor_ >= 0 || errno != EEXIST)
+            break;
+    }
+    return descriptor_ >= 0;
 }
 
 void AtomicFile::Write(std::string_view bytes) {
@@ -64,13 +84,36 @@ void AtomicFile::Write(std::string_view bytes) {
 }
 
 bool AtomicFile::Commit() {
-    failed_ = failed_ || !KeepPermissions(descriptor_, name_) || fsync(descriptor_) != 0;
-    const int descriptor = std::exchange(descriptor_, -1);
-    if (descriptor >= 0 && close(descriptor) != 0)
-        failed_ = true;
-    failed_ =
-        failed_ || std::rename(PartName(name_).c_str(), name_.c_str()) != 0 || !SyncFolderOf(name_);
-    return !failed_;
+    failed_ = failed_ || !KeepPermissions() || fsync(descriptor_) != 0 || !Close() ||
+              std::rename(part_.c_str(), name_.c_str()) != 0;
+    if (failed_)
+        return false;
+    part_.clear();
+    return SyncFolder();
+}
+
+bool AtomicFile::KeepPermissions() const {
+    struct stat now {};
+    if (!permissions_)
+        return true;
+    if (fstat(descriptor_, &now) != 0)
+        return false;
+    return (now.st_mode & kPermissionBits) == *permissions_ ||
+           fchmod(descriptor_, *permissions_) == 0;
+}
+
+bool AtomicFile::Close() {
+    return close(std::exchange(descriptor_, -1)) == 0;
+}
+
+/// Some file systems cannot do this, or the folder may only be written: no failure.
+bool AtomicFile::SyncFolder() const {
+    const char* const folder = folder_.empty() ? "." : folder_.c_str();
+    const int descriptor = open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return errno == EACCES;
+    const bool synced = fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP;
+    return close(descriptor) == 0 && synced;
 }
 
 }  // namespace tarnwell

@@ -1,18 +1,23 @@
 // Files that appear under their name only when they are complete and on the disk.
 #pragma once
 
+#include <sys/types.h>
+
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace tarnwell {
 
-/// Writes NAME.part beside the file NAME and renames it when it is complete.
+/// Writes a file of another name beside NAME and renames it when it is complete. Where NAME is a
+/// symbolic link, the link stays and the file that it points to is replaced.
 ///
-/// Whatever goes wrong before, NAME is what it was; NAME.part is left for whoever wants to look.
+/// Whatever goes wrong before, NAME is what it was and the other file is removed.
 class AtomicFile {
   public:
-    /// Creates or empties `name`.part. A failure shows in the result of Commit.
-    explicit AtomicFile(std::string name);
+    /// Creates the other file. A failure shows in the result of Commit; it is one, too, if `name`
+    /// exists and cannot be written or is no regular file.
+    explicit AtomicFile(const std::string& name);
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
@@ -23,8 +28,17 @@ class AtomicFile {
     [[nodiscard]] bool Commit();
 
   private:
-    std::string name_;
-    int descriptor_;
+    [[nodiscard]] bool LookAtFormer(const std::string& name);
+    [[nodiscard]] bool Create();
+    [[nodiscard]] bool KeepPermissions() const;
+    [[nodiscard]] bool Close();
+    [[nodiscard]] bool SyncFolder() const;
+
+    std::string name_;                   ///< no symbolic link
+    std::string folder_;                 ///< with the slash behind it
+    std::string part_;                   ///< the other file; empty when there is none
+    std::optional<mode_t> permissions_;  ///< of the file that is replaced
+    int descriptor_ = -1;
     bool failed_;
 };
 

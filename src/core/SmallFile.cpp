@@ -1,39 +1,31 @@
 #include "core/SmallFile.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
 
 namespace tarnwell {
 
-namespace {
-
-FileFault FaultOf(const std::string& path) {
-    std::error_code error;
-    switch (std::filesystem::status(path, error).type()) {
-        case std::filesystem::file_type::not_found:
-            return FileFault::Missing;
-        case std::filesystem::file_type::none:
-            return FileFault::Unreadable;
-        case std::filesystem::file_type::regular:
-            break;
-        default:
-            return FileFault::NotRegular;
-    }
-    const std::uintmax_t size = std::filesystem::file_size(path, error);
-    return !error && size > kSmallFileBytes ? FileFault::TooLarge : FileFault::None;
-}
-
-}  // namespace
-
 SmallFile ReadSmallFile(const std::string& path) {
-    if (const FileFault fault = FaultOf(path); fault != FileFault::None)
-        return {fault};
-    std::ifstream file(path, std::ios::binary);
-    std::string content(std::istreambuf_iterator<char>(file), {});
-    if (!file.is_open() || file.bad())
-        return {FileFault::Unreadable};
-    return {FileFault::None, std::move(content)};
+    const RegularFile file(path, O_RDONLY);
+    if (file.Fault() != FileFault::None)
+        return {file.Fault()};
+    if (static_cast<std::uintmax_t>(file.About().st_size) > kSmallFileBytes)
+        return {FileFault::TooLarge};
+
+    SmallFile read;
+    std::array<char, 65536> part;
+    ssize_t length = 0;
+    do {
+        length = ::read(file.Descriptor(), part.data(), part.size());
+        if (length > 0)
+            read.content.append(part.data(), static_cast<std::size_t>(length));
+        if (read.content.size() > kSmallFileBytes)  // it grows
+            return {FileFault::TooLarge};
+    } while (length > 0 || (length < 0 && errno == EINTR));
+    return length < 0 ? SmallFile{FileFault::Unreadable} : read;
 }
 
 }  // namespace tarnwell

@@ -1,21 +1,20 @@
 // Files that are read whole, because none that the program can use is large.
 #pragma once
 
-#include <cstdint>
-#include <string>
+#include <cstddef>
+
+#include "core/RegularFile.h"
 
 namespace tarnwell {
 
-inline constexpr std::uintmax_t kSmallFileBytes = 1U << 20U;
-
-enum class FileFault : std::uint8_t { None, Missing, NotRegular, TooLarge, Unreadable };
+inline constexpr std::size_t kSmallFileBytes = 1U << 20U;
 
 struct SmallFile {
     FileFault fault = FileFault::None;
     std::string content{};
 };
 
-/// Reads the file `path` of at most kSmallFileBytes; nothing else is opened.
+/// Reads the regular file `path` of at most kSmallFileBytes; of a larger one nothing is read.
 SmallFile ReadSmallFile(const std::string& path);
 
 }  // namespace tarnwell

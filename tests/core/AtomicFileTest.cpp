@@ -1,7 +1,10 @@
 #include "core/AtomicFile.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 
@@ -10,6 +13,8 @@
 namespace tarnwell {
 namespace {
 
+namespace fs = std::filesystem;
+
 bool Save(const std::string& name, std::string_view content) {
     AtomicFile file(name);
     file.Write(content.substr(0, 3));
@@ -17,20 +22,30 @@ bool Save(const std::string& name, std::string_view content) {
     return file.Commit();
 }
 
-TEST(AtomicFile, ReplacesContentAndKeepsPermissions) {
-    const TemporaryFolder folder;
-    const std::string name = folder.Path("file");
-    ASSERT_TRUE(Save(name, "first"));
-    std::filesystem::permissions(name, std::filesystem::perms(0640));
-    ASSERT_TRUE(Save(name, "second one"));
+class AtomicFileTest : public testing::Test {
+  protected:
+    auto FilesLeft() const {
+        return std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator());
+    }
 
-    EXPECT_EQ(folder.Read("file"), "second one");
-    EXPECT_FALSE(std::filesystem::exists(name + ".part"));
-    EXPECT_EQ(std::filesystem::status(name).permissions(), std::filesystem::perms(0640));
+    const TemporaryFolder folder;
+};
+
+TEST_F(AtomicFileTest, ReplacesContentAndKeepsPermissionsAndLinks) {
+    const std::string longest(255, 'n');
+    fs::create_symlink(longest, folder.Path("link"));
+    fs::create_symlink(folder.Path("link"), folder.Path("file"));
+    ASSERT_TRUE(Save(folder.Path("file"), "first"));
+    fs::permissions(folder.Path(longest), fs::perms(0640));
+    ASSERT_TRUE(Save(folder.Path("file"), "second one"));
+
+    EXPECT_TRUE(fs::is_symlink(folder.Path("file")) && fs::is_symlink(folder.Path("link")));
+    EXPECT_EQ(folder.Read(longest), "second one");
+    EXPECT_EQ(fs::status(folder.Path(longest)).permissions(), fs::perms(0640));
+    EXPECT_EQ(FilesLeft(), 3);
 }
 
-TEST(AtomicFile, FullDiskLeavesTheOldFileAndThePart) {
-    const TemporaryFolder folder;
+TEST_F(AtomicFileTest, FullDiskLeavesTheOldFileAlone) {
     folder.Write("file", "old");
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit before{};
@@ -40,19 +55,33 @@ TEST(AtomicFile, FullDiskLeavesTheOldFileAndThePart) {
     EXPECT_FALSE(Save(folder.Path("file"), std::string(200, 'x')));
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(folder.Read("file"), "old");
-    EXPECT_EQ(folder.Read("file.part"), std::string(100, 'x'));
+    EXPECT_EQ(FilesLeft(), 1);
 }
 
-TEST(AtomicFile, ObstaclesFailAndUncommittedChangesNothing) {
-    const TemporaryFolder folder;
-    folder.Write("name/file", "");
-    folder.Write("other", "old");
-    folder.Write("other.part/file", "");
-    for (const char* name : {"name", "other", "missing/file"})
+TEST_F(AtomicFileTest, ObstaclesFailAndUncommittedChangesNothing) {
+    folder.Write("name/file", "old");
+    mkfifo(folder.Path("pipe").c_str(), 0600);
+    fs::create_symlink("pipe", folder.Path("toPipe"));
+    fs::create_symlink("circle", folder.Path("circle"));
+    for (const char* name : {"name", "name/", "missing/file", "name/file/x", "pipe", "toPipe",
+                             "circle", "../../dev/full"})
         EXPECT_FALSE(Save(folder.Path(name), "text")) << name;
-    EXPECT_EQ(folder.Read("other"), "old");
     AtomicFile(folder.Path("name/file")).Write("new");
-    EXPECT_EQ(folder.Read("name/file"), "");
+    EXPECT_EQ(folder.Read("name/file"), "old");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path("name")), {}), 1);
+    EXPECT_EQ(FilesLeft(), 4);
+}
+
+TEST_F(AtomicFileTest, WriteProtectedFilesAreRefusedToWhoeverMayNotWriteThem) {
+    folder.Write("file", "old");
+    fs::permissions(folder.Path("file"), fs::perms(0444));
+    fs::permissions(folder.Path(), fs::perms(0777));
+    constexpr uid_t kNobody = 65534;
+    const uid_t self = geteuid();
+    const bool other = seteuid(kNobody) == 0;
+    EXPECT_FALSE(Save(folder.Path("file"), "new"));
+    EXPECT_TRUE(!other || seteuid(self) == 0);
+    EXPECT_EQ(folder.Read("file"), "old");
 }
 
 }  // namespace

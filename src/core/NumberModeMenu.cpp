@@ -18,7 +18,7 @@ void NumberModeMenu::Select(NumberMode mode) {
         return;
     state_.numberMode = mode;
     screen_.Changed(Shown::Menus);
-    screen_.Changed(Shown::ModePanel);
+    statusBar_.ShowMode();
     ChangeNumberDisplay(mode);
     statusBar_.ShowStatus(mode == NumberMode::Hex ? "Number Mode Changed to Hexadecimal"
                                                   : "Number Mode Changed to Decimal",

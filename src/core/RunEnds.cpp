@@ -22,6 +22,7 @@ void StartUp(const RunContext& run, StartUpSteps& steps) {
     run.state.driverLoaderItemVisible =
         mGlobal::GetOSFamily(run.platform, run.user) != OSFamily::Win9x;
     LoadOptions(run.registry, run.state, run.window);
+    run.statusBar.ShowMode();
     steps.SyncMenuChecks();
     run.state.sizeMode = SizeMode::Small;
     steps.SetLayout();

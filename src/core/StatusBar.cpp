@@ -46,6 +46,10 @@ void StatusBar::EndCommand() {
         MsgTimerFired();
 }
 
+void StatusBar::ShowMode() {
+    screen_.Changed(Shown::ModePanel);
+}
+
 void StatusBar::ShowCrc(std::string_view text) {
     crc_ = text;
     screen_.Changed(Shown::CrcPanel);

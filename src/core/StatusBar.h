@@ -44,6 +44,9 @@ class StatusBar {
     /// The timer has run out: at once, or at the end of the command that runs.
     void MsgTimerFired();
 
+    /// The number mode is another now.
+    void ShowMode();
+
     void ShowCrc(std::string_view text);
 
     /// Shows the percentage in the device panel.

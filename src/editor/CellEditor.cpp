@@ -54,11 +54,6 @@ void CellEditor::CharacterTyped(std::string_view character) {
         BeginCellEdit(character);
 }
 
-void CellEditor::EnterCell() {
-    if (EditorIsOn())
-        BeginCellEdit({});
-}
-
 void CellEditor::Scrolled() {
     if (grid_.EntryIsOpen())
         grid_.AbandonEntry();
@@ -123,7 +118,7 @@ bool CellEditor::MoveTo(GridCell cell) {
     if (LeaveCell() == Commit::Refused)
         return false;
     grid_.MoveCurrent(cell);
-    EnterCell();
+    Click();
     return true;
 }
 

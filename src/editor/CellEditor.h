@@ -23,7 +23,7 @@ class CellEditor final : private Command {
   public:
     CellEditor(const CommandContext& context, DataGrid& grid, PendingWrites& pending);
 
-    /// A click on the current cell.
+    /// A click on the current cell, or any way into it.
     void Click();
 
     /// Makes `cell` the current one, with the events of leaving and entering a cell; whether the
@@ -51,7 +51,6 @@ class CellEditor final : private Command {
     bool CheckEditValue();
     Commit CommitCellEdit();
     Commit LeaveCell();
-    void EnterCell();
     void CommitAndMove(GridCell target);
     bool EditorIsOn() const { return state_.editor == EditorSwitch::On; }
 

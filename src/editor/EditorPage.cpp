@@ -90,7 +90,6 @@ bool EditorPage::AskAndDiscard() {
     if (user_.ShowBox(kAskDiscard) != Answer::Yes)
         return false;
     ApplyEditorSwitch();
-    grid_.CloseEntry();
     grid_.FillGrid();
     grid_.SetGridChanged(false);
     pending_.ClearPendingWrites();

@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMenu>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -42,8 +43,8 @@ class FormMainTest : public ::testing::Test {
     void TearDown() override { EXPECT_TRUE(script.isDone()) << "a window did not come up"; }
 
     template <typename T = QWidget>
-    T& child(const char* name) {
-        return Child<T>(window, QLatin1String(name));
+    T& child(const std::string& name) {
+        return Child<T>(window, toQt(name));
     }
     void choose(const char* action) { child<QAction>(action).trigger(); }
     QString text(const char* label) { return child<QLabel>(label).text(); }
@@ -78,6 +79,7 @@ class FormMainTest : public ::testing::Test {
 };
 
 TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
+    EXPECT_EQ(status(), "Welcome to Tarnwell");
     EXPECT_EQ(window.windowTitle(), " Tarnwell 2 - Simulated Television");
     const auto& tabs = child<QTabWidget>("SSTab1");
     QStringList captions;
@@ -86,29 +88,32 @@ TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
     EXPECT_EQ(captions.join(' '), "Chroma Edges Global Iris Picture Editor");
     EXPECT_FALSE(child<QAction>("mnuEEPFill").isVisible());
     EXPECT_TRUE(child<QAction>("mnuOptionsPortSer").isVisible());
-    EXPECT_TRUE(child<QAction>("mnuPortSel_0").isChecked());
-    EXPECT_TRUE(child<QAction>("mnuEEPsel_0").isChecked());
+    script.press(QMessageBox::Cancel);
+    for (const char* chosen : {"mnuPortSel_0", "mnuSelMode_0", "mnuEEPsel_0", "mnuEEPsel_1"}) {
+        choose(chosen);
+        for (const char* marked : {"mnuPortSel_0", "mnuSelMode_0", "mnuEEPsel_0"})
+            EXPECT_TRUE(child<QAction>(marked).isChecked()) << chosen;
+        EXPECT_FALSE(child<QAction>("mnuEEPsel_1").isChecked());
+    }
     for (const QAction* action : window.findChildren<QAction*>())
         EXPECT_TRUE(action->shortcut().isEmpty());
     EXPECT_EQ(child("cmdSaveSettings").geometry(), scaledRect(4920, 3120, 2240, 300));
     EXPECT_EQ(window.centralWidget()->width(), scaled(7305));
     EXPECT_EQ(text("lblSBinfo_3"), "EEP");
     EXPECT_EQ(child("lblSBinfo_0").toolTip(), " Easter Egg! ");
-    EXPECT_EQ(status(), "Welcome to Tarnwell");
 }
 
-TEST_F(FormMainTest, TurnsPagesAndStartsTheExtraProgramByKeyboard) {
+TEST_F(FormMainTest, TurnsPagesByKeyboardAndStartsTheExtraProgramByDoubleClick) {
     script.then([](QWidget& warning) { static_cast<QDialog&>(warning).accept(); });
     key(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(child<QTabWidget>("SSTab1").currentIndex(), 5);
     key(Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(status(), "Chroma Settings");
-    child("lblSBinfo_0").setFocus();
+    QTest::mouseDClick(&child("lblSBinfo_0"), Qt::RightButton);
+    EXPECT_THAT(script.takeTitles(), testing::SizeIs(1));
     script.press(QMessageBox::Ok);
-    key(Qt::Key_Space);
-    EXPECT_THAT(script.takeTitles(), testing::SizeIs(2));
-    script.press(QMessageBox::Ok);
-    key(Qt::Key_Return);
+    QTest::mouseDClick(&child("lblSBinfo_0"), Qt::LeftButton);
+    EXPECT_EQ(child("lblSBinfo_0").focusPolicy(), Qt::NoFocus);
 }
 
 TEST_F(FormMainTest, EditsASettingByKeyboardAndWritesIt) {
@@ -126,7 +131,7 @@ TEST_F(FormMainTest, EditsASettingByKeyboardAndWritesIt) {
         QTest::keyClick(&bar, Qt::Key_Up);
         QTest::mouseClick(&bar, Qt::LeftButton, {}, {bar.width() / 2, bar.height() / 4});
         QTest::mouseClick(&bar, Qt::LeftButton, {}, {bar.width() / 2, bar.height() * 3 / 4});
-        edit.findChild<QPushButton*>(QStringLiteral("cmdAccept"))->click();
+        QTest::keyClick(&bar, Qt::Key_Return);
     });
     key(Qt::Key_Return);
     EXPECT_EQ(cell.text().toInt(), value + 1);
@@ -145,34 +150,80 @@ TEST_F(FormMainTest, EditsASettingByKeyboardAndWritesIt) {
 }
 
 TEST_F(FormMainTest, MovesThroughTheGridByTheKeysOfTheEditBox) {
-    struct Step {
-        int key;
-        Qt::KeyboardModifiers modifiers;
-        GridCell from, to;
+    openEditor();
+    constexpr GridCell kHere{4, 5};
+    for (const auto& [pressed, modifiers, to] :
+         {std::tuple(Qt::Key_Tab, Qt::NoModifier, GridCell{4, 6}),
+          {Qt::Key_Right, {}, {4, 6}},
+          {Qt::Key_Backtab, Qt::ShiftModifier, {4, 4}},
+          {Qt::Key_Left, {}, {4, 4}},
+          {Qt::Key_Return, {}, {5, 5}},
+          {Qt::Key_Down, Qt::KeypadModifier, {5, 5}},
+          {Qt::Key_Up, {}, {3, 5}},
+          {Qt::Key_Up, Qt::ShiftModifier, kHere},
+          {Qt::Key_Right, Qt::ControlModifier, kHere},
+          {Qt::Key_Tab, Qt::ControlModifier, kHere},
+          {Qt::Key_PageDown, Qt::ControlModifier, kHere}}) {
+        program.cellEditor.MoveTo(kHere);
+        program.cellEditor.Click();
+        key(pressed, modifiers);
+        EXPECT_EQ(current(), to) << pressed;
+        EXPECT_TRUE(box().isVisible() && box().hasFocus()) << pressed;
+        EXPECT_EQ(status(), QStringLiteral("Editing EEPROM Address: %1").arg(to.Address()));
+    }
+}
+
+TEST_F(FormMainTest, ClicksBesideTheBytesAndMenusCommitAnOpenEntry) {
+    openEditor();
+    auto& grid = child<QTableView>("DataGrid");
+    const auto popUp = [this](const char* menu) {
+        child<QAction>(menu).menu()->popup({});
+        child<QAction>(menu).menu()->close();
     };
-    for (const char* mode : {"mnuSelMode_1", "mnuSelMode_0"}) {
-        if (child<QTabWidget>("SSTab1").currentIndex() != 5)
-            openEditor();
-        child<QCheckBox>("EditorEnabled").click();
-        choose(mode);
-        child<QCheckBox>("EditorEnabled").click();
-        for (const Step& step :
-             {Step{Qt::Key_Tab, {}, {0, 16}, {1, 1}}, Step{Qt::Key_Right, {}, {511, 16}, {0, 1}},
-              Step{Qt::Key_Backtab, Qt::ShiftModifier, {0, 1}, {511, 16}},
-              Step{Qt::Key_Left, {}, {3, 1}, {3, 1}}, Step{Qt::Key_Left, {}, {3, 2}, {3, 1}},
-              Step{Qt::Key_Return, {}, {510, 5}, {511, 5}},
-              Step{Qt::Key_Down, {}, {511, 5}, {511, 5}}, Step{Qt::Key_Up, {}, {0, 5}, {0, 5}},
-              Step{Qt::Key_Up, Qt::ShiftModifier, {4, 5}, {4, 5}},
-              Step{Qt::Key_Right, Qt::ControlModifier, {4, 5}, {4, 5}}}) {
-            program.cellEditor.MoveTo(step.from);
-            program.cellEditor.Click();
-            key(step.key, step.modifiers);
-            EXPECT_EQ(current(), step.to) << step.key;
-            EXPECT_TRUE(box().isVisible() && box().hasFocus()) << step.key;
-            EXPECT_EQ(status(), "Editing EEPROM Address: " +
-                                    toQt(NumberText(static_cast<std::uint32_t>(current().Address()),
-                                                    program.state.numberMode)));
+    const auto click = [&](Qt::MouseButton button, int column, int right = 0) {
+        const QRect place = grid.visualRect(grid.model()->index(3, column));
+        QTest::mouseClick(grid.viewport(), button, {}, place.center() + QPoint(right, 0));
+    };
+    const std::function<void()> ways[] = {[&] { click(Qt::LeftButton, 0); },
+                                          [&] { click(Qt::RightButton, 7); },
+                                          [&] { click(Qt::LeftButton, 16, scaled(300)); },
+                                          [&] { popUp("mnuOptions"); }, [&] { popUp("mnuHelp"); }};
+    int entered = 200;
+    for (const auto& leave : ways) {
+        clickByte(2, 4);
+        type(std::to_string(++entered).c_str());
+        leave();
+        EXPECT_EQ(program.grid.Text({2, 4}), std::to_string(entered));
+        EXPECT_TRUE(!box().isVisible() && current() == (GridCell{2, 4}));
+        EXPECT_EQ(focus()->objectName(), "DataGrid");
+    }
+    clickByte(2, 4);
+    script.press(QMessageBox::Yes);
+    child<QTabWidget>("SSTab1").setCurrentIndex(0);
+    EXPECT_NE(focus()->objectName(), "cmdReadSettings");
+    child<QTabWidget>("SSTab1").setCurrentIndex(5);
+    EXPECT_EQ(focus()->objectName(), "DataGrid");
+    EXPECT_THAT(script.takeTitles(), ElementsAre("Data Modified"));
+
+    child<QCheckBox>("EditorEnabled").click();
+    choose("mnuSelMode_1");
+    EXPECT_EQ(text("lblNewData_4") + text("lblNewData_5"), "CD0");
+    EXPECT_TRUE(child("lblNewData_4").isEnabled() && !child("lblNewData_5").isEnabled());
+}
+
+TEST_F(FormMainTest, HeadingsStandAboveTheirColumnsWithAnyScrollBar) {
+    openEditor();
+    auto& grid = child<QTableView>("DataGrid");
+    for (const char* style : {"", "QScrollBar { width: 40px; }"}) {
+        grid.setStyleSheet(QLatin1String(style));
+        for (int offset = 0; offset < 16; ++offset) {
+            const QRect column = grid.visualRect(grid.model()->index(0, offset + 1));
+            const auto& heading = child("lblRow_" + std::to_string(offset));
+            EXPECT_EQ(heading.x(),
+                      grid.viewport()->mapTo(heading.parentWidget(), column.topLeft()).x());
+            EXPECT_NEAR(heading.width(), column.width(), 1);
         }
+        EXPECT_EQ(grid.horizontalScrollBar()->maximum(), 0);
     }
 }
 
@@ -185,10 +236,28 @@ TEST_F(FormMainTest, FiltersCommitsAndAbandonsEntries) {
     key(Qt::Key_Home);
     key(Qt::Key_Backspace);
     EXPECT_EQ(box().text(), "1");
-    QGuiApplication::clipboard()->setText("z2-3");
+    for (const auto& [pasted, entry] : {std::pair("abc", "1"), {"", "1"}, {"z2-3", "23"}}) {
+        QMimeData dropped;
+        dropped.setText(pasted);
+        QGuiApplication::clipboard()->setText(pasted);
+        QInputMethodEvent composed(QStringLiteral("\u00B4"), {});
+        composed.setCommitString(pasted);
+        QDropEvent drop({}, Qt::CopyAction, &dropped, Qt::LeftButton, {});
+        const std::function<void()> ways[] = {
+            [&] { key(Qt::Key_V, Qt::ControlModifier); },
+            [&] { key(Qt::Key_Insert, Qt::ShiftModifier); },
+            [&] { QCoreApplication::sendEvent(&box(), &composed); },
+            [&] { QCoreApplication::sendEvent(&box(), &drop); }};
+        for (const auto& paste : ways) {
+            box().selectAll();
+            const QString marked = box().text();
+            paste();
+            EXPECT_EQ(box().text(), entry) << pasted;
+            EXPECT_TRUE(*entry == '2' || box().selectedText() == marked) << pasted;
+        }
+    }
     box().selectAll();
-    box().paste();
-    EXPECT_EQ(box().text(), "23");
+    type("23");
     clickByte(2, 3);
     EXPECT_EQ(program.grid.Text({1, 3}), "23");
     EXPECT_EQ(child<QTabWidget>("SSTab1").tabText(5), "Editor !");
@@ -203,6 +272,8 @@ TEST_F(FormMainTest, FiltersCommitsAndAbandonsEntries) {
     key(Qt::Key_Escape);
     EXPECT_FALSE(box().isVisible());
     EXPECT_EQ(QApplication::focusWidget()->objectName(), "DataGrid");
+    key(Qt::Key_Delete);
+    EXPECT_FALSE(box().isVisible());
     type("-");
     EXPECT_EQ(box().text(), "-");
     type("1");
@@ -294,7 +365,8 @@ TEST_F(FormMainTest, ShowsProgressAndDropsInputDuringAWholeDeviceOperation) {
         }
         for (const char* pressed : {"cmdReadSettings", "lblSetting_0", "EditorEnabled"})
             child<QAbstractButton>(pressed).click();  // as a screen reader does
-        choose("mnuHelpAbout");
+        choose("mnuEEPsel_1");
+        EXPECT_FALSE(child<QAction>("mnuEEPsel_1").isChecked());
         child<QTabWidget>("SSTab1").setCurrentIndex(5);
         EXPECT_EQ(child<QTabWidget>("SSTab1").currentIndex(), 0);
         QCoreApplication::postEvent(&child("cmdReadSettings"),

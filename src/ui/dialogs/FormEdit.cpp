@@ -41,6 +41,7 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, QWidget* parent)
         button->setAccessibleName(button->text());
         fitCaption(*button);
     }
+    m_ok.setDefault(true);
     setTabOrder(&m_ok, &m_abort);
     setTabOrder(&m_abort, &m_upDown);
 

@@ -54,6 +54,7 @@ FormTestInt::FormTestInt(InterfaceTest& test, QWidget* parent) : QDialog(parent)
 
     m_timer.setObjectName(QStringLiteral("Timer1"));
     m_timer.setParent(this);
+    m_timer.setTimerType(Qt::PreciseTimer);
     m_timer.setInterval(kAutoTestInterval);
     connect(&m_timer, &QTimer::timeout, this, &FormTestInt::tick);
     m_test.Open();

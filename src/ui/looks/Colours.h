@@ -16,16 +16,23 @@ inline constexpr QColor kText{0, 0, 0};
 inline constexpr QColor kLampOn{0, 255, 0};
 inline constexpr QColor kLampOff{255, 0, 0};
 
+/// `share` of the way from one colour to the other.
+inline QColor mixed(const QColor& from, const QColor& to, double share) {
+    const auto part = [share](int first, int last) {
+        return static_cast<int>(first + (last - first) * share);
+    };
+    return {part(from.red(), to.red()), part(from.green(), to.green()),
+            part(from.blue(), to.blue())};
+}
+
 /// A shade of the theme's highlight on which its ordinary text is still read.
 inline QColor progressBar(const QPalette& palette) {
-    constexpr double kShare = 0.35;
-    const QColor base = palette.color(QPalette::Window);
-    const QColor highlight = palette.color(QPalette::Highlight);
-    const auto mixed = [](int from, int to) {
-        return static_cast<int>(from + (to - from) * kShare);
-    };
-    return {mixed(base.red(), highlight.red()), mixed(base.green(), highlight.green()),
-            mixed(base.blue(), highlight.blue())};
+    return mixed(palette.color(QPalette::Window), palette.color(QPalette::Highlight), 0.35);
+}
+
+/// A text on `background` that does not count.
+inline QColor dimmed(const QColor& text, const QColor& background) {
+    return mixed(background, text, 0.3);
 }
 
 constexpr QColor of(CellColour colour) {

@@ -2,10 +2,9 @@
 
 #include <QFontMetrics>
 #include <QPainter>
-#include <QStyle>
 
+#include "ui/looks/Colours.h"
 #include "ui/looks/Measures.h"
-#include "ui/looks/ReadableStyle.h"
 
 namespace tarnwell {
 
@@ -39,10 +38,9 @@ void FittedLabel::paintColoured(QPainter& painter) {
     painter.fillRect(
         frameRect().marginsRemoved({frameWidth(), frameWidth(), frameWidth(), frameWidth()}),
         m_colours->background);
-    painter.setPen(m_colours->text);
+    painter.setPen(isEnabled() ? m_colours->text
+                               : colours::dimmed(m_colours->text, m_colours->background));
     drawFitted(painter, contentsRect(), alignment(), text());
-    if (hasFocus())
-        drawFocusFrame(painter, rect().adjusted(1, 1, -1, -1), m_colours->text);
 }
 
 void drawFitted(QPainter& painter, const QRect& room, Qt::Alignment alignment,

@@ -15,7 +15,8 @@ class FittedLabel : public QLabel {
 
     QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
 
-    /// Colours of the label's own, whatever the desktop's theme or a style sheet say.
+    /// Colours of the label's own, whatever the desktop's theme or a style sheet say. The text is
+    /// dimmed while the label is disabled.
     void setColours(const QColor& background, const QColor& text);
 
   protected:

@@ -1,7 +1,14 @@
 #include "ui/widgets/CellEditBox.h"
 
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
-#include <QSignalBlocker>
+#include <QMenu>
+#include <QMimeData>
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -41,6 +48,10 @@ std::optional<EditKey> editKeyOf(const QKeyEvent& event) {
             return binding.action;
     }
     return std::nullopt;
+}
+
+QString clipboardText(QClipboard::Mode mode) {
+    return QGuiApplication::clipboard()->text(mode);
 }
 
 }  // namespace
@@ -84,6 +95,17 @@ void CellEditBox::refreshText() {
     end(false);
 }
 
+void CellEditBox::keepFocus() {
+    if (!isHidden())
+        setFocus(Qt::OtherFocusReason);
+}
+
+bool CellEditBox::enters(const QString& text) const {
+    return std::ranges::any_of(text, [this](QChar character) {
+        return FilterKey(character.toLatin1(), m_state.numberMode).has_value();
+    });
+}
+
 void CellEditBox::takeEditedText(const QString& edited) {
     QString kept;
     int caret = cursorPosition();
@@ -105,6 +127,12 @@ void CellEditBox::takeEditedText(const QString& edited) {
 }
 
 bool CellEditBox::event(QEvent* event) {
+    // Keys held with Ctrl would turn the page.
+    if (event->type() == QEvent::ShortcutOverride &&
+        static_cast<QKeyEvent&>(*event).modifiers().testFlag(Qt::ControlModifier)) {
+        event->accept();
+        return true;
+    }
     // Tab would move the focus before it came to keyPressEvent.
     if (event->type() == QEvent::KeyPress) {
         auto& key = static_cast<QKeyEvent&>(*event);
@@ -126,10 +154,39 @@ void CellEditBox::keyPressEvent(QKeyEvent* event) {
     const bool typed = !event->text().isEmpty() && event->text().front().isPrint() &&
                        !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
     const bool dropped = typed && !FilterKey(event->text().front().toLatin1(), m_state.numberMode);
-    if (!moves && !dropped)
+    const bool pastesNothing =
+        event->matches(QKeySequence::Paste) && !enters(clipboardText(QClipboard::Clipboard));
+    if (!moves && !dropped && !pastesNothing)
         QLineEdit::keyPressEvent(event);
     // What a line edit ignores would move the grid behind it.
     event->accept();
+}
+
+// A line edit removes the marked text as soon as anything is composed, pasted or dropped.
+void CellEditBox::inputMethodEvent(QInputMethodEvent* event) {
+    QInputMethodEvent committed;
+    committed.setCommitString(event->commitString());
+    if (enters(event->commitString()))
+        QLineEdit::inputMethodEvent(&committed);
+    event->accept();
+}
+
+void CellEditBox::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::MiddleButton || enters(clipboardText(QClipboard::Selection)))
+        QLineEdit::mouseReleaseEvent(event);
+}
+
+void CellEditBox::contextMenuEvent(QContextMenuEvent* event) {
+    QMenu* menu = createStandardContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (auto* paste = menu->findChild<QAction*>(QStringLiteral("edit-paste")))
+        paste->setEnabled(enters(clipboardText(QClipboard::Clipboard)));
+    menu->popup(event->globalPos());
+}
+
+void CellEditBox::dropEvent(QDropEvent* event) {
+    if (enters(event->mimeData()->text()))
+        QLineEdit::dropEvent(event);
 }
 
 bool CellEditBox::actOn(const QKeyEvent& event) {

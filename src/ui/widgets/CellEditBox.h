@@ -18,12 +18,22 @@ class CellEditBox final : public QLineEdit {
     /// Shows the text that the program gave the entry.
     void refreshText();
 
+    /// Takes the focus back while the entry is open.
+    void keepFocus();
+
   protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
   private:
     bool actOn(const QKeyEvent& event);
+
+    /// Whether the key filter leaves anything of `text`.
+    bool enters(const QString& text) const;
     void takeEditedText(const QString& edited);
 
     DataGrid& m_grid;

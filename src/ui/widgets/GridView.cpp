@@ -23,6 +23,7 @@ namespace {
 
 constexpr int kAddressWidth = 475;
 constexpr int kByteWidth = 375;
+constexpr int kColumnsWidth = kAddressWidth + kBytesPerRow * kByteWidth;
 constexpr int kRowHeight = 240;
 constexpr int kEditBoxDrop = 6;
 
@@ -98,6 +99,15 @@ std::optional<GridCell> destination(const QKeyEvent& event, GridCell from, int p
     return to;
 }
 
+/// Printable characters begin an entry; so do Enter and Backspace, with the cell's own text.
+bool beginsEntry(const QKeyEvent& event) {
+    if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0)
+        return false;
+    const int key = event.key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Backspace ||
+           (!event.text().isEmpty() && event.text().front().isPrint());
+}
+
 }  // namespace
 
 GridView::GridView(DataGrid& grid, CellEditor& editor, const ProgramState& state, QWidget* parent)
@@ -111,6 +121,11 @@ GridView::GridView(DataGrid& grid, CellEditor& editor, const ProgramState& state
     setAccessibleName(QStringLiteral("EEPROM data"));
     setModel(&m_model);
     setItemDelegate(new CellDelegate(grid, *this));
+    horizontalHeader()->hide();
+    verticalHeader()->hide();
+    horizontalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     setSelectionMode(QAbstractItemView::NoSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -125,16 +140,32 @@ GridView::GridView(DataGrid& grid, CellEditor& editor, const ProgramState& state
 }
 
 void GridView::setUp() {
-    horizontalHeader()->hide();
-    verticalHeader()->hide();
-    horizontalHeader()->setMinimumSectionSize(1);
-    verticalHeader()->setMinimumSectionSize(1);
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(scaled(kRowHeight));
-    for (int column = 0; column < kGridColumns; ++column)
-        setColumnWidth(column, scaled(column == 0 ? kAddressWidth : kByteWidth));
     setCurrentIndex(m_model.indexOf(m_grid.Current()));
     refill();
+}
+
+/// The columns are narrower than designed where a wide scroll bar leaves them less room: a view
+/// that had to be scrolled sideways would shift under the edit box.
+void GridView::layOutColumns() {
+    const int width = std::min(scaled(kColumnsWidth), viewport()->width());
+    const auto rightOf = [width](int column) {
+        return width * (kAddressWidth + column * kByteWidth) / kColumnsWidth;
+    };
+    for (int column = 0; column < kGridColumns; ++column)
+        setColumnWidth(column, rightOf(column) - (column == 0 ? 0 : rightOf(column - 1)));
+    placeEditBox();
+    Q_EMIT columnsLaidOut();
+}
+
+QRect GridView::columnPlace(int offset) const {
+    const int column = offset + 1;
+    return {viewport()->x() + columnViewportPosition(column), 0, columnWidth(column), height()};
+}
+
+void GridView::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    layOutColumns();
 }
 
 int GridView::visibleRows() const {
@@ -170,10 +201,12 @@ void GridView::placeEditBox() {
 
 void GridView::mousePressEvent(QMouseEvent* event) {
     const QModelIndex index = indexAt(event->position().toPoint());
-    if (event->button() != Qt::LeftButton || !index.isValid() || index.column() == 0)
-        return;
-    if (m_editor.MoveTo({index.row(), index.column()}))
+    const bool onByte = event->button() == Qt::LeftButton && index.isValid() && index.column() > 0;
+    if (!onByte)
+        m_editor.SettleEntry();
+    else if (m_editor.MoveTo({index.row(), index.column()}))
         m_editor.Click();
+    m_editBox.keepFocus();
 }
 
 void GridView::mouseMoveEvent(QMouseEvent* event) {
@@ -193,10 +226,7 @@ void GridView::keyPressEvent(QKeyEvent* event) {
         event->accept();
         return;
     }
-    const bool command = (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0;
-    const bool types = !event->text().isEmpty() && !command && event->key() != Qt::Key_Escape &&
-                       event->key() != Qt::Key_Tab && event->key() != Qt::Key_Backtab;
-    if (types)
+    if (beginsEntry(*event))
         m_editor.CharacterTyped(fromQt(event->text()));
     else
         QWidget::keyPressEvent(event);

@@ -13,8 +13,11 @@ class GridView final : public QTableView {
   public:
     GridView(DataGrid& grid, CellEditor& editor, const ProgramState& state, QWidget* parent);
 
-    /// Gives rows, columns and edit box their sizes; the view has its geometry.
+    /// Gives the rows their height and shows the grid's texts.
     void setUp();
+
+    /// The column of the bytes at `offset` in their rows.
+    QRect columnPlace(int offset) const;
 
     void refill() { m_model.refill(); }
     void refresh(GridCell cell) { m_model.refresh(cell); }
@@ -23,7 +26,11 @@ class GridView final : public QTableView {
     void refreshEditBox() { m_editBox.refreshText(); }
     void closeEditBox();
 
+  Q_SIGNALS:
+    void columnsLaidOut();
+
   protected:
+    void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -34,6 +41,7 @@ class GridView final : public QTableView {
   private:
     bool browse(const QKeyEvent& event);
     int visibleRows() const;
+    void layOutColumns();
     void placeEditBox();
 
     DataGrid& m_grid;

@@ -10,8 +10,6 @@ namespace tarnwell {
 namespace {
 
 constexpr int kHeadingTop = 360;
-constexpr int kHeadingLeft = 600;
-constexpr int kHeadingPitch = 375;
 constexpr int kHeadingHeight = 225;
 
 /// The switch has little room: its box is smaller than the desktop's.
@@ -55,13 +53,22 @@ EditorPageWidget::EditorPageWidget(DataGrid& grid, CellEditor& editor, const Pro
         auto* heading = new FittedLabel(this);
         heading->setObjectName(elementName("lblRow", offset));
         heading->setAlignment(Qt::AlignCenter);
-        heading->setGeometry(place(kHeadingLeft + offset * kHeadingPitch, kHeadingTop,
-                                   kHeadingPitch, kHeadingHeight));
+        heading->setGeometry(place(0, kHeadingTop, 0, kHeadingHeight));
         m_headings[static_cast<std::size_t>(offset)] = heading;
     }
+    connect(&m_view, &GridView::columnsLaidOut, this, &EditorPageWidget::placeHeadings);
     m_view.setGeometry(place(120, 585, 6765, 2415));
+    showSwitch(state.editor);
     setTabOrder(&m_switch, &m_view);
     connect(&m_switch, &QCheckBox::clicked, this, &EditorPageWidget::toggled);
+}
+
+void EditorPageWidget::placeHeadings() {
+    for (int offset = 0; offset < kBytesPerRow; ++offset) {
+        FittedLabel& heading = *m_headings[static_cast<std::size_t>(offset)];
+        const QRect column = m_view.columnPlace(offset).translated(m_view.pos());
+        heading.setGeometry(column.x(), heading.y(), column.width(), heading.height());
+    }
 }
 
 void EditorPageWidget::colourHeadings() {
@@ -128,12 +135,14 @@ void PendingFrame::refresh() {
     for (int row = 0; row < kPendingRows; ++row) {
         const EditRecord& record = m_pending.Row(row);
         const Row& labels = m_rows[static_cast<std::size_t>(row)];
-        const auto show = [row](FittedLabel& label, const char* what, const std::string& text) {
+        const bool isEntry = row < m_pending.Count();
+        const auto show = [=](FittedLabel& label, const char* what, const std::string& text) {
             label.setText(toQt(text));
+            label.setEnabled(isEntry);
             label.setAccessibleName(
                 QStringLiteral("Pending write %1, %2: %3")
                     .arg(row + 1)
-                    .arg(QLatin1String(what), text.empty() ? QStringLiteral("none") : toQt(text)));
+                    .arg(QLatin1String(what), isEntry ? toQt(text) : QStringLiteral("none")));
         };
         show(*labels.address, "address", record.EditAddress);
         show(*labels.oldValue, "old value", record.EditOldValue);

@@ -26,6 +26,8 @@ class EditorPageWidget final : public QWidget {
     void toggled();
 
   private:
+    void placeHeadings();
+
     DataGrid& m_grid;
     GridView m_view;
     QCheckBox m_switch;

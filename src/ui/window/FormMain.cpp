@@ -43,14 +43,14 @@ FormMain::FormMain(const Connections& connections)
                  connections.backupFolder}),
       m_helpKey(m_program.state,
                 [this](Topic topic) { guard([&] { m_program.helpCommands.ShowTopic(topic); }); }),
-      m_menu(*new MainMenu(*menuBar())),
+      m_menu(*new MainMenu(*menuBar(), m_program.state)),
       m_body(*new QWidget(this)),
       m_tabs(*new QTabWidget(&m_body)),
       m_settingsPages(*new SettingsPages(m_tabs)),
       m_editorPage(
           *new EditorPageWidget(m_program.grid, m_program.cellEditor, m_program.state, kTabRow)),
       m_pendingFrame(*new PendingFrame(m_program.pending, &m_body)),
-      m_statusArea(*new StatusArea(&m_body)),
+      m_statusArea(*new StatusArea(m_program.statusBar, &m_body)),
       m_readSettings(addButton("cmdReadSettings", "Read Settings from EEP",
                                " Read settings values from the EEP ",
                                scaledRect(75, 3120, 2240, 300))),
@@ -113,7 +113,6 @@ void FormMain::buildButtons() {
     setTabOrder(&m_readSettings, &m_mergeSettings);
     setTabOrder(&m_mergeSettings, &m_writeSettings);
     setTabOrder(&m_writeSettings, &m_writePending);
-    setTabOrder(&m_writePending, &m_statusArea.pressedCaption());
 }
 
 void FormMain::connectSignals() {
@@ -121,6 +120,8 @@ void FormMain::connectSignals() {
             [this] { m_program.statusBar.MsgTimerFired(); });
     connect(&m_menu, &MainMenu::bufferMenuOpening, this,
             [this] { run([this] { m_program.editorPage.SettleGridEdits(); }); });
+    connect(&m_menu, &MainMenu::otherMenuOpening, this,
+            [this] { run([this] { m_program.cellEditor.SettleEntry(); }); });
     connect(&m_menu, &MainMenu::chosen, this, &FormMain::runMenu);
     connect(&m_tabs, &QTabWidget::currentChanged, this,
             [this](int index) { turnToPage(static_cast<Page>(index)); });
@@ -178,19 +179,18 @@ void FormMain::openImage(const std::string& path) {
 }
 
 void FormMain::Changed(Shown what) {
-    const auto panel = [this](Panel which) { m_statusArea.refresh(m_program.statusBar, which); };
     switch (what) {
         case Shown::ModePanel:
-            return panel(Panel::Mode);
+            return m_statusArea.refresh(Panel::Mode);
         case Shown::StatusPanel:
-            return panel(Panel::Status);
+            return m_statusArea.refresh(Panel::Status);
         case Shown::CrcPanel:
-            return panel(Panel::Crc);
+            return m_statusArea.refresh(Panel::Crc);
         case Shown::EepPanel:
-            panel(Panel::Eep);
+            m_statusArea.refresh(Panel::Eep);
             return showProgress();
         case Shown::Menus:
-            return m_menu.sync(m_program.state);
+            return m_menu.sync();
         case Shown::Layout:
             return SetLayout();
         case Shown::EditorSwitch:
@@ -205,7 +205,6 @@ void FormMain::Changed(Shown what) {
 
 void FormMain::showProgress() {
     const std::optional<Progress>& progress = m_program.statusBar.RunningProgress();
-    m_statusArea.showProgress(progress);
     setWindowTitle(!progress ? m_caption
                              : QStringLiteral("%1 - %2%, %3 s left")
                                    .arg(m_caption)
@@ -235,9 +234,6 @@ void FormMain::ReleaseBus() {
 void FormMain::SetupGrid() {
     m_editorPage.grid().setUp();
     m_program.grid.SetupGrid();
-    m_editorPage.showSwitch(m_program.state.editor);
-    for (const Shown panel : {Shown::ModePanel, Shown::CrcPanel, Shown::EepPanel, Shown::Menus})
-        Changed(panel);
 }
 
 void FormMain::EnableSettingsButtons() {

@@ -96,7 +96,7 @@ class FormMain final : public QMainWindow,
     WindowPlace Place() const override { return m_place.of(*this); }
 
     void SetUpFileDialog() override {}
-    void SyncMenuChecks() override { m_menu.sync(m_program.state); }
+    void SyncMenuChecks() override { m_menu.sync(); }
     void SetLayout() override;
     void ColourControls() override;
     void ApplyPortOptions() override { m_program.i2c.ApplyPortOptions(); }

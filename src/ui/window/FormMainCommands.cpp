@@ -1,4 +1,6 @@
 // The main window's commands: what starts them, and what they wait for.
+#include <QTabBar>
+
 #include "i2c/InterfaceTest.h"
 #include "i2c/PortOptions.h"
 #include "ui/dialogs/FormAbout.h"
@@ -43,6 +45,8 @@ void FormMain::turnToPage(Page page) {
         return;
     }
     run([&] { m_program.editorPage.SwitchPage(page); });
+    if (page == Page::Editor && !m_tabs.tabBar()->hasFocus())
+        FocusGrid();
 }
 
 void FormMain::runMenu(MenuCommand command) {

@@ -82,7 +82,7 @@ static_assert(DepthsMakeATree());
 
 }  // namespace
 
-MainMenu::MainMenu(QMenuBar& bar) : QObject(&bar) {
+MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state) : QObject(&bar), m_state(state) {
     std::array<QMenu*, 3> menus{};
     for (const Entry& entry : kEntries) {
         const auto depth = static_cast<std::size_t>(entry.depth);
@@ -96,37 +96,41 @@ MainMenu::MainMenu(QMenuBar& bar) : QObject(&bar) {
             item = menus[depth]->menuAction();
         } else {
             item = menus[depth - 1]->addAction(toQt(entry.caption));
-            connect(item, &QAction::triggered, this,
-                    [this, command = entry.command] { Q_EMIT chosen(command); });
+            connect(item, &QAction::triggered, this, [this, command = entry.command] {
+                sync();  // a choice changes an item's mark, whatever becomes of it
+                Q_EMIT chosen(command);
+            });
         }
         item->setObjectName(QLatin1String(entry.name));
         item->setMenuRole(QAction::NoRole);
         m_actions.insert(item->objectName(), item);
     }
-    for (const char* name : {"mnuFile", "mnuEEP"}) {
+    for (const char* name : {"mnuFile", "mnuEEP"})
         connect(action(name).menu(), &QMenu::aboutToShow, this, &MainMenu::bufferMenuOpening);
-    }
+    for (const char* name : {"mnuOptions", "mnuHelp"})
+        connect(action(name).menu(), &QMenu::aboutToShow, this, &MainMenu::otherMenuOpening);
     for (const char* name : {"mnuEEPsel_0", "mnuEEPsel_1", "mnuSelMode_0", "mnuSelMode_1",
                              "mnuPortSel_0", "mnuPortSel_1", "mnuPortSel_2"})
         action(name).setCheckable(true);
+    sync();
 }
 
 void MainMenu::check(const char* array, int index, bool checked) {
     m_actions[elementName(array, index)]->setChecked(checked);
 }
 
-void MainMenu::sync(const ProgramState& state) {
-    check("mnuSelMode", 0, state.numberMode == NumberMode::Decimal);
-    check("mnuSelMode", 1, state.numberMode == NumberMode::Hex);
-    check("mnuEEPsel", 0, state.targetDevice == TargetDevice::Primary);
-    check("mnuEEPsel", 1, state.targetDevice == TargetDevice::Secondary);
+void MainMenu::sync() {
+    check("mnuSelMode", 0, m_state.numberMode == NumberMode::Decimal);
+    check("mnuSelMode", 1, m_state.numberMode == NumberMode::Hex);
+    check("mnuEEPsel", 0, m_state.targetDevice == TargetDevice::Primary);
+    check("mnuEEPsel", 1, m_state.targetDevice == TargetDevice::Secondary);
     for (int index = 0; index < static_cast<int>(kPortChoices.size()); ++index)
         check("mnuPortSel", index,
-              kPortChoices[static_cast<std::size_t>(index)].addressText == state.portAddress);
-    action("mnuNum").setEnabled(state.editor == EditorSwitch::Off);
-    action("mnuEEPFill").setVisible(state.fillItemVisible);
-    action("sep5").setVisible(state.driverLoaderItemVisible);
-    action("mnuOptionsPortSer").setVisible(state.driverLoaderItemVisible);
+              kPortChoices[static_cast<std::size_t>(index)].addressText == m_state.portAddress);
+    action("mnuNum").setEnabled(m_state.editor == EditorSwitch::Off);
+    action("mnuEEPFill").setVisible(m_state.fillItemVisible);
+    action("sep5").setVisible(m_state.driverLoaderItemVisible);
+    action("mnuOptionsPortSer").setVisible(m_state.driverLoaderItemVisible);
 }
 
 }  // namespace tarnwell

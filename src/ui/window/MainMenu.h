@@ -38,20 +38,24 @@ enum class MenuCommand {
 class MainMenu final : public QObject {
     Q_OBJECT
   public:
-    explicit MainMenu(QMenuBar& bar);
+    MainMenu(QMenuBar& bar, const ProgramState& state);
 
     /// Sets check marks, visible and enabled items from the program state.
-    void sync(const ProgramState& state);
+    void sync();
 
   Q_SIGNALS:
     /// A menu whose commands work on the buffer is about to show its items.
     void bufferMenuOpening();
+
+    /// Any other menu is.
+    void otherMenuOpening();
     void chosen(MenuCommand command);
 
   private:
     QAction& action(const char* name) const { return *m_actions[QLatin1String(name)]; }
     void check(const char* array, int index, bool checked);
 
+    const ProgramState& m_state;
     QHash<QString, QAction*> m_actions;
 };
 

@@ -29,12 +29,12 @@ struct Arrangement {
 constexpr Arrangement kSmall{7305, 7215, {60, 3015, 5720, 6780}, {0, 825, 5475, 6570}};
 constexpr Arrangement kBig{9495, 9395, {60, 4110, 7870, 8970}, {0, 825, 7620, 8760}};
 
-/// The keys that press a button; they do on the first caption what a double-click does.
+/// A double-click, or what a screen reader presses the first caption by.
 bool isPress(const QEvent& event) {
-    if (event.type() != QEvent::KeyPress)
-        return false;
-    const int key = static_cast<const QKeyEvent&>(event).key();
-    return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (event.type() == QEvent::MouseButtonDblClick)
+        return static_cast<const QMouseEvent&>(event).button() == Qt::LeftButton;
+    return event.type() == QEvent::KeyPress &&
+           static_cast<const QKeyEvent&>(event).key() == Qt::Key_Space;
 }
 
 const Arrangement& arrangementOf(SizeMode mode) {
@@ -57,7 +57,8 @@ void ProgressPanel::paintEvent(QPaintEvent* event) {
     FittedLabel::paintEvent(event);
 }
 
-StatusArea::StatusArea(QWidget* parent) : QWidget(parent), m_strip(this) {
+StatusArea::StatusArea(const StatusBar& statusBar, QWidget* parent)
+    : QWidget(parent), m_statusBar(statusBar), m_strip(this) {
     for (std::size_t index = 0; index < kPanels; ++index) {
         const int number = static_cast<int>(index);
         auto* caption = new FittedLabel(&m_strip);
@@ -76,10 +77,9 @@ StatusArea::StatusArea(QWidget* parent) : QWidget(parent), m_strip(this) {
         panel->setFrameStyle(QFrame::Panel | QFrame::Sunken);
         panel->setMargin(scaled(30));
         m_panels[index] = panel;
+        refresh(static_cast<Panel>(index));
     }
     m_captions[0]->setToolTip(QStringLiteral(" Easter Egg! "));
-    m_captions[0]->setFocusPolicy(Qt::TabFocus);
-    m_captions[0]->setContentsMargins(scaled(60), 0, scaled(60), 0);  // for the focus
     m_strip.setObjectName(QStringLiteral("StatusStrip"));
 }
 
@@ -104,19 +104,19 @@ void StatusArea::setLayoutMode(SizeMode mode) {
     }
 }
 
-void StatusArea::refresh(const StatusBar& statusBar, Panel panel) {
+void StatusArea::refresh(Panel panel) {
     const auto index = static_cast<std::size_t>(panel);
-    m_panels[index]->setText(toQt(statusBar.Text(panel)));
+    m_panels[index]->setText(toQt(m_statusBar.Text(panel)));
     m_panels[index]->setAccessibleName(QLatin1String(kCaptions[index]) + QStringLiteral(": ") +
                                        m_panels[index]->text());
-}
-
-void StatusArea::showProgress(const std::optional<Progress>& progress) {
+    if (panel != Panel::Eep)
+        return;
+    const std::optional<Progress>& progress = m_statusBar.RunningProgress();
     m_progress->setPercent(progress ? std::optional(progress->percent) : std::nullopt);
 }
 
 bool StatusArea::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonDblClick || isPress(*event)) {
+    if (isPress(*event)) {
         Q_EMIT captionDoubleClicked();
         return true;
     }

@@ -28,18 +28,14 @@ class ProgressPanel final : public FittedLabel {
 class StatusArea final : public QWidget {
     Q_OBJECT
   public:
-    explicit StatusArea(QWidget* parent);
+    StatusArea(const StatusBar& statusBar, QWidget* parent);
 
     /// Height in twips.
     static constexpr int kHeight = 555;
 
-    /// The caption that takes the focus and is pressed by keyboard.
-    QWidget& pressedCaption() { return *m_captions[0]; }
-
     void colourStrip();
     void setLayoutMode(SizeMode mode);
-    void refresh(const StatusBar& statusBar, Panel panel);
-    void showProgress(const std::optional<Progress>& progress);
+    void refresh(Panel panel);
 
   Q_SIGNALS:
     void captionDoubleClicked();
@@ -49,6 +45,7 @@ class StatusArea final : public QWidget {
 
   private:
     static constexpr std::size_t kPanels = 4;
+    const StatusBar& m_statusBar;
     FittedLabel m_strip;
     std::array<FittedLabel*, kPanels> m_captions{};
     std::array<FittedLabel*, kPanels> m_panels{};

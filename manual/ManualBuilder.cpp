@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QHash>
 #include <QLineEdit>
+#include <QMap>
 #include <QPixmap>
 #include <QRegularExpression>
 #include <QSaveFile>
@@ -14,6 +15,7 @@
 #include <QStyleFactory>
 #include <QTemporaryDir>
 #include <QTreeView>
+#include <algorithm>
 #include <cstdio>
 #include <stdexcept>
 
@@ -99,6 +101,38 @@ QString filled(const QString& text, Replace replace) {
     return result + text.mid(done);
 }
 
+/// Gives each message of a page a place of its own and puts the alphabetical index of them all
+/// where {{index}} stands. A box's title, in brackets, is none.
+QString indexed(QString page) {
+    const QString field = QStringLiteral("{{index}}");
+    if (!page.contains(field))
+        return page;
+    static const QRegularExpression kMessage(
+        QStringLiteral("(?<!\\()<span class=\"msg\">(.*?)</span>"),
+        QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression kBreaks(QStringLiteral("(?:<br/>)+"));
+    QMap<QString, QString> entries;
+    QString result;
+    qsizetype done = 0;
+    for (auto messages = kMessage.globalMatch(page); messages.hasNext();) {
+        const QRegularExpressionMatch message = messages.next();
+        const QString text = message.captured(1).replace(kBreaks, QStringLiteral(" ")).simplified();
+        const QString id = QStringLiteral("m%1").arg(entries.size() + 1);
+        result += page.mid(done, message.capturedStart() - done);
+        done = message.capturedStart();
+        if (entries.contains(text))
+            continue;
+        result += QStringLiteral("<span id=\"%1\"></span>").arg(id);
+        entries.insert(text, QStringLiteral("<li><a href=\"#%1\">%2</a></li>\n").arg(id, text));
+    }
+    QStringList lines = entries.values();
+    std::ranges::sort(lines, {},
+                      [&](const QString& line) { return line.section('>', 2).toLower(); });
+    result += page.mid(done);
+    return result.replace(
+        field, QStringLiteral("<ul class=\"index\">\n%1</ul>").arg(lines.join(QString())));
+}
+
 /// A file dialog shows an example's folder and time, so that each build makes the same picture.
 void steady(const QFileDialog& dialog) {
     auto* folder = dialog.findChild<QComboBox*>(QStringLiteral("lookInCombo"));
@@ -147,7 +181,7 @@ class Manual {
   private:
     QString page(const QString& pageTemplate, const TopicInfo& info) const {
         const QString path = m_source.filePath(QStringLiteral("pages/") + fileOf(info));
-        const QString body = readText(path);
+        const QString body = indexed(readText(path));
         return filled(pageTemplate, [&](const QString& field, const QString&, const QString&) {
             if (field == QLatin1String("title"))
                 return toQt(Escaped(info.title));

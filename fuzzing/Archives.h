@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Fuzzing.h"
+#include "archive/SRecord.h"
 #include "support/QuietProgram.h"
 
 namespace tarnwell::fuzzing {

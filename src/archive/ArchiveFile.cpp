@@ -1,10 +1,10 @@
-// Files of lines under names that the user picks.
 #include "archive/ArchiveFile.h"
 
-#include <filesystem>
-#include <utility>
+#include <algorithm>
 
+#include "archive/SRecord.h"
 #include "core/AtomicFile.h"
+#include "core/SmallFile.h"
 
 namespace tarnwell {
 
@@ -12,22 +12,56 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-/// Opening a pipe would wait for a writer; a device may never end.
-bool IsRegularFile(const std::string& path) {
-    std::error_code unreachable;
-    return std::filesystem::is_regular_file(path, unreachable);
+/// Far beyond the 514 characters of the longest record.
+constexpr std::size_t kLongestLine = 65536;
+
+ArchiveKind KindOf(FileFault fault) {
+    switch (fault) {
+        case FileFault::Missing:
+            return ArchiveKind::Missing;
+        case FileFault::NotRegular:
+            return ArchiveKind::NotRegular;
+        case FileFault::TooLarge:
+            return ArchiveKind::TooLarge;
+        default:
+            return ArchiveKind::Unreadable;
+    }
 }
 
 }  // namespace
 
-std::optional<std::string> AskArchive(User& user, const ProgramState& state, FileRequest::Kind kind,
-                                      std::string_view title, std::string proposedName) {
-    return user.AskFile({kind, title, std::move(proposedName), state.archiveFolder});
+ArchiveFile::ArchiveFile(const std::string& path) {
+    SmallFile file = ReadSmallFile(path);
+    content_ = std::move(file.content);
+    rest_ = content_;
+    kind_ = file.fault == FileFault::None ? KindOfHeader() : KindOf(file.fault);
 }
 
-void SetArchiveFolder(ProgramState& state, const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    state.archiveFolder = slash == 0 ? "/" : path.substr(0, slash);
+ArchiveKind ArchiveFile::KindOfHeader() {
+    const auto header = NextLine();
+    if (!header)
+        return rest_.empty() ? ArchiveKind::Empty : ArchiveKind::LineTooLong;
+    if (!header->starts_with(kHeaderType))
+        return ArchiveKind::NoSRecords;
+    if (*header == kImageHeader)
+        return ArchiveKind::Image;
+    if (*header == kSettingsHeader)
+        return ArchiveKind::Settings;
+    const bool values = header->ends_with("ColorVal") || header->ends_with("Settings");
+    return values ? ArchiveKind::OtherValues : ArchiveKind::Foreign;
+}
+
+std::optional<std::string_view> ArchiveFile::NextLine() {
+    const std::size_t length = std::min(rest_.find('\n'), rest_.size());
+    if (rest_.empty() || length > kLongestLine)
+        return std::nullopt;
+    const std::string_view line = rest_.substr(0, length);
+    rest_.remove_prefix(std::min(length + 1, rest_.size()));
+    return line.ends_with('\r') ? line.substr(0, length - 1) : line;
+}
+
+LoadEnd ArchiveFile::EndOfLines() const {
+    return rest_.empty() ? LoadEnd::NoTerminator : LoadEnd::LineTooLong;
 }
 
 bool WriteArchive(const std::string& path, const std::vector<std::string>& lines) {
@@ -37,26 +71,6 @@ bool WriteArchive(const std::string& path, const std::vector<std::string>& lines
     AtomicFile file(path);
     file.Write(content);
     return file.Commit();
-}
-
-ArchiveReader::ArchiveReader(const std::string& path) : line_(kLongestLine + 1) {
-    if (IsRegularFile(path))
-        file_.open(path, std::ios::binary);
-    else
-        file_.setstate(std::ios::failbit);
-}
-
-std::optional<std::string_view> ArchiveReader::NextLine() {
-    file_.getline(line_.data(), static_cast<std::streamsize>(line_.size()));
-    auto length = static_cast<std::size_t>(file_.gcount());
-    if (file_.bad() || (length == 0 && !file_.good()))
-        return std::nullopt;
-
-    const bool endedByLineFeed = file_.good();
-    if (endedByLineFeed)
-        --length;
-    const std::string_view line(line_.data(), length);
-    return line.ends_with('\r') ? line.substr(0, length - 1) : line;
 }
 
 }  // namespace tarnwell

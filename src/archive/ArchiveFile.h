@@ -1,44 +1,68 @@
-// What both archive kinds share: the file dialog, the archive folder, and files of lines.
+// Archive files as a whole: what kind a file is, its lines, and writing one.
 #pragma once
 
-#include <fstream>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "core/ProgramState.h"
-#include "core/User.h"
-
 namespace tarnwell {
 
-/// Shows the file dialog in the archive folder; nothing when the user cancels.
-std::optional<std::string> AskArchive(User& user, const ProgramState& state, FileRequest::Kind kind,
-                                      std::string_view title, std::string proposedName);
+inline constexpr std::string_view kImageHeader =
+    "S021000048616C7620446F726E205461726E77656C6C203202024461746146696C65E7";
+inline constexpr std::string_view kSettingsHeader =
+    "S021000048616C7620446F726E205461726E77656C6C2032020253657474696E677390";
 
-/// The next dialog opens in the folder of the file `path`, a full path.
-void SetArchiveFolder(ProgramState& state, const std::string& path);
+/// What a file is, as far as its size and its first line tell.
+enum class ArchiveKind : std::uint8_t {
+    Image,
+    Settings,
+    OtherValues,  ///< values that another program keeps, by its header no image
+    Foreign,      ///< S-records of any other program
+    NoSRecords,
+    Empty,
+    LineTooLong,  ///< the first one
+    TooLarge,
+    NotRegular,
+    Missing,
+    Unreadable,
+};
+
+/// What ended the reading of an archive's records.
+enum class LoadEnd : std::uint8_t {
+    Complete,
+    NoTerminator,
+    LineTooLong,
+    BadRecord,      ///< of another type, too short for its address, or with what does not fit
+    WrongChecksum,  ///< its data were taken all the same, if they go into an image
+    TooManyAddresses,
+};
+
+/// An archive that is read once, from its first line to its last.
+class ArchiveFile {
+  public:
+    explicit ArchiveFile(const std::string& path);
+
+    ArchiveKind Kind() const { return kind_; }
+
+    /// The next line behind the header without its line break, CR LF or LF; nothing where the file
+    /// ends and where the line is longer than any record could be.
+    std::optional<std::string_view> NextLine();
+
+    /// Why there is no next line: NoTerminator or LineTooLong.
+    LoadEnd EndOfLines() const;
+
+  private:
+    ArchiveKind KindOfHeader();
+
+    std::string content_;
+    std::string_view rest_;
+    ArchiveKind kind_;
+};
 
 /// Writes the lines, each ended by CR LF, as the file `path`; false if it could not be completed,
 /// which leaves a former file of that name as it was.
 [[nodiscard]] bool WriteArchive(const std::string& path, const std::vector<std::string>& lines);
-
-/// Reads the lines of a regular file; anything else counts as unreadable.
-class ArchiveReader {
-  public:
-    explicit ArchiveReader(const std::string& path);
-
-    /// The next line without its line break, CR LF or LF, valid until the next call; nothing at the
-    /// end of the file and when it cannot be read. A line longer than kLongestLine is cut there and
-    /// is the last one.
-    std::optional<std::string_view> NextLine();
-
-  private:
-    /// Far beyond the 514 characters of the longest record.
-    static constexpr std::size_t kLongestLine = 65536;
-
-    std::ifstream file_;
-    std::vector<char> line_;
-};
 
 }  // namespace tarnwell

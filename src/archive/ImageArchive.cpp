@@ -2,6 +2,7 @@
 #include "archive/ImageArchive.h"
 
 #include "archive/ImageRecords.h"
+#include "settings/Catalog.h"
 
 namespace tarnwell {
 
@@ -26,9 +27,19 @@ constexpr Message kAskForeign{
     "The file is not a Tarnwell EEProm data file;\r\n\r\n"
     "Do you want to load it anyway? (Is it 24C64 data?)",
     "C A U T I O N - File Type", BoxStyle::YesNoQuestion};
+constexpr std::string_view kSettingsLine =
+    "This is a Tarnwell settings archive: 72 values, no image.";
+static_assert(kCellCount == 72);
 constexpr Message kCorrupt{
     "Data in the S-Record file may be corrupt;\r\n\r\nEEProm image load has been aborted.",
     "E R R O R - Checksum", BoxStyle::Exclamation};
+constexpr std::string_view kOnlyPart = "The buffer holds only part of the file.";
+constexpr Message kStopped{kOnlyPart, "I N F O", BoxStyle::Information};
+constexpr Message kTooManyAddresses{
+    "The data file has too many addresses; it is not\r\n"
+    "a proper Tarnwell 24C64 EEProm data file.\r\n\r\n"
+    "Tarnwell will now terminate.",
+    "F A T A L   E R R O R", BoxStyle::Critical};
 
 std::string Without(std::string text, std::string_view characters) {
     std::erase_if(
@@ -40,7 +51,7 @@ std::string Without(std::string text, std::string_view characters) {
 
 ImageArchive::ImageArchive(const CommandContext& context, const Calendar& calendar,
                            MemoryBuffer& buffer, BufferDisplays& displays)
-    : Command(context), calendar_(calendar), buffer_(buffer), displays_(displays) {}
+    : ArchiveCommand(context), calendar_(calendar), buffer_(buffer), displays_(displays) {}
 
 void ImageArchive::SaveImage() {
     const CommandScope scope(statusBar_);
@@ -48,8 +59,8 @@ void ImageArchive::SaveImage() {
         user_.ShowBox(kMustReadFirst);
         return;
     }
-    const auto path = AskArchive(user_, state_, FileRequest::Kind::Save, "Save EEPROM Image As...",
-                                 ProposedName());
+    const auto path =
+        AskArchive(FileRequest::Kind::Save, "Save EEPROM Image As...", ProposedName());
     if (!path || !SaveTo(*path))
         return Post(kSaveCancelled);
     state_.bufferChanged = false;
@@ -63,7 +74,7 @@ std::string ImageArchive::ProposedName() const {
 }
 
 bool ImageArchive::SaveTo(const std::string& path) {
-    SetArchiveFolder(state_, path);
+    SetArchiveFolder(path);
     return WriteArchive(path, ImageRecords(buffer_));
 }
 
@@ -71,7 +82,7 @@ void ImageArchive::LoadImage() {
     const CommandScope scope(statusBar_);
     if (!MayReplaceBuffer())
         return;
-    const auto path = AskArchive(user_, state_, FileRequest::Kind::Open, "Load EEProm Image", "");
+    const auto path = AskArchive(FileRequest::Kind::Open, "Load EEProm Image", "");
     if (!path)
         return Post(kLoadCancelled);
     LoadFrom(*path);
@@ -93,63 +104,65 @@ bool ImageArchive::MayReplaceBuffer() {
 }
 
 void ImageArchive::LoadFrom(const std::string& path) {
-    SetArchiveFolder(state_, path);
-    ArchiveReader archive(path);
-    switch (CheckHeader(archive)) {
-        case Header::Unreadable:
+    SetArchiveFolder(path);
+    ArchiveFile file(path);
+    switch (file.Kind()) {
+        case ArchiveKind::Image:
+            return LoadRecords(file);
+        case ArchiveKind::Settings:
+        case ArchiveKind::Foreign:
+            return WantsForeign(file.Kind()) ? LoadRecords(file) : Post(kLoadCancelled);
+        case ArchiveKind::OtherValues:
+            return Refuse(kNoImage);
+        case ArchiveKind::NoSRecords:
+            return Refuse(kNoSRecords);
+        case ArchiveKind::LineTooLong:
+            return Refuse(kLineTooLong);
+        case ArchiveKind::TooLarge:
+            return Refuse(kTooLarge);
+        case ArchiveKind::Empty:
+        case ArchiveKind::NotRegular:
+        case ArchiveKind::Missing:
+        case ArchiveKind::Unreadable:
             return Post(kLoadCancelled);
-        case Header::Refused:
-            return Post(kLoadFailed);
-        case Header::Accepted:
-            return LoadBuffer(archive);
     }
 }
 
-ImageArchive::Header ImageArchive::CheckHeader(ArchiveReader& archive) {
-    const auto header = archive.NextLine();
-    if (!header)
-        return Header::Unreadable;
-    if (!header->starts_with(kHeaderType)) {
-        user_.ShowBox(kNoSRecords);
-        return Header::Refused;
-    }
-    if (header->ends_with("ColorVal") || header->ends_with("Settings")) {
-        user_.ShowBox(kNoImage);
-        return Header::Refused;
-    }
-    const bool load = *header == kImageHeader || user_.ShowBox(kAskForeign) == Answer::Yes;
-    return load ? Header::Accepted : Header::Unreadable;
+bool ImageArchive::WantsForeign(ArchiveKind kind) {
+    const Box question = kind == ArchiveKind::Settings
+                             ? Box(kAskForeign).WithLine(kSettingsLine).WithDefaultNo()
+                             : Box(kAskForeign);
+    return user_.ShowBox(question) == Answer::Yes;
 }
 
-void ImageArchive::LoadBuffer(ArchiveReader& archive) {
-    buffer_.fill(0xFF);
+void ImageArchive::LoadRecords(ArchiveFile& file) {
     state_.eepRead = false;
     state_.bufferChanged = true;
-    switch (StoreRecords(archive)) {
-        case Records::Complete:
-            Post("Record Checksums OK; EEP Image Loaded into Buffer");
-            return ShowBuffer();
-        case Records::Corrupt:
-            ShowBuffer();
-            user_.ShowBox(kCorrupt);
-            return Post(kLoadFailed);
-        case Records::Unusable:
-            ShowBuffer();
+    const LoadEnd end = LoadImageRecords(file, buffer_);
+    if (end == LoadEnd::TooManyAddresses)
+        EndProgram(user_, kTooManyAddresses);
+    if (end == LoadEnd::Complete)
+        Post("Record Checksums OK; EEP Image Loaded into Buffer");
+    ShowBuffer();
+    if (end != LoadEnd::Complete)
+        TellThatItStopped(end);
+}
+
+void ImageArchive::TellThatItStopped(LoadEnd end) {
+    switch (end) {
+        case LoadEnd::WrongChecksum:
+            return Refuse(Box(kCorrupt).WithLine(kOnlyPart));
+        case LoadEnd::LineTooLong:
+            return Refuse(Box(kLineTooLong).WithLine(kOnlyPart));
+        default:
+            user_.ShowBox(kStopped);
             return Post(kLoadCancelled);
     }
 }
 
-ImageArchive::Records ImageArchive::StoreRecords(ArchiveReader& archive) {
-    while (const auto record = archive.NextLine()) {
-        if (record->starts_with(kTerminatorType))
-            return Records::Complete;
-        const auto checksum = StoreRecord(*record, buffer_, user_);
-        if (!checksum)
-            return Records::Unusable;
-        if (!record->ends_with(*checksum))
-            return Records::Corrupt;
-    }
-    return Records::Unusable;
+void ImageArchive::Refuse(const Box& box) {
+    user_.ShowBox(box);
+    Post(kLoadFailed);
 }
 
 void ImageArchive::ShowBuffer() {

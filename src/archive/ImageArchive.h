@@ -1,14 +1,14 @@
 // The image archive: a whole EEPROM image as a file of S-records.
 #pragma once
 
+#include "archive/ArchiveCommand.h"
 #include "archive/ArchiveFile.h"
-#include "archive/SRecord.h"
 #include "core/Calendar.h"
 #include "image/WholeDevice.h"
 
 namespace tarnwell {
 
-class ImageArchive final : private Command {
+class ImageArchive final : private ArchiveCommand {
   public:
     ImageArchive(const CommandContext& context, const Calendar& calendar, MemoryBuffer& buffer,
                  BufferDisplays& displays);
@@ -20,16 +20,14 @@ class ImageArchive final : private Command {
     void LoadImageFile(const std::string& path);
 
   private:
-    enum class Header : std::uint8_t { Accepted, Refused, Unreadable };
-    enum class Records : std::uint8_t { Complete, Corrupt, Unusable };
-
     std::string ProposedName() const;
     [[nodiscard]] bool SaveTo(const std::string& path);
     bool MayReplaceBuffer();
     void LoadFrom(const std::string& path);
-    Header CheckHeader(ArchiveReader& archive);
-    void LoadBuffer(ArchiveReader& archive);
-    Records StoreRecords(ArchiveReader& archive);
+    bool WantsForeign(ArchiveKind kind);
+    void LoadRecords(ArchiveFile& file);
+    void TellThatItStopped(LoadEnd end);
+    void Refuse(const Box& box);
     void ShowBuffer();
 
     const Calendar& calendar_;

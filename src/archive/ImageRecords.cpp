@@ -3,26 +3,41 @@
 #include <utility>
 
 #include "archive/SRecord.h"
-#include "editor/DataGrid.h"
 
 namespace tarnwell {
 
 namespace {
 
+constexpr std::int16_t kRecordBytes = 16;
 constexpr std::string_view kErasedData = "FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFF";
+static_assert(kErasedData.size() == 2 * kRecordBytes);
+static_assert(kEepromBytes % kRecordBytes == 0);
 
 }  // namespace
 
 std::vector<std::string> ImageRecords(const MemoryBuffer& image) {
     std::vector<std::string> lines{std::string(kImageHeader)};
-    for (int row = 0; row < kGridRows; ++row) {
-        std::string record =
-            MakeS1Record(image, static_cast<std::int16_t>(row * kBytesPerRow), kBytesPerRow);
+    for (int start = 0; start < kEepromBytes; start += kRecordBytes) {
+        std::string record = MakeS1Record(image, static_cast<std::int16_t>(start), kRecordBytes);
         if (record.compare(kS1DataPosition, kErasedData.size(), kErasedData) != 0)
             lines.push_back(std::move(record));
     }
     lines.emplace_back(kTerminator);
     return lines;
+}
+
+LoadEnd LoadImageRecords(ArchiveFile& file, MemoryBuffer& image) {
+    image.fill(0xFF);
+    while (const auto record = file.NextLine()) {
+        if (record->starts_with(kTerminatorType))
+            return LoadEnd::Complete;
+        const auto stored = StoreRecord(*record, image);
+        if (const auto* const end = std::get_if<LoadEnd>(&stored))
+            return *end;
+        if (!record->ends_with(std::get<std::string>(stored)))
+            return LoadEnd::WrongChecksum;
+    }
+    return file.EndOfLines();
 }
 
 }  // namespace tarnwell

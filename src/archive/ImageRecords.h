@@ -1,18 +1,19 @@
-// The lines of an image archive.
+// The lines of an image archive, both ways.
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "archive/ArchiveFile.h"
 #include "image/MemoryBuffer.h"
 
 namespace tarnwell {
 
-inline constexpr std::string_view kImageHeader =
-    "S021000048616C7620446F726E205461726E77656C6C203202024461746146696C65E7";
-
 /// Header, a record for each 16 bytes that are not all erased, terminator.
 std::vector<std::string> ImageRecords(const MemoryBuffer& image);
+
+/// Stores the records of a file whose header was accepted into an erased image. It holds what stood
+/// before the end, whatever that is.
+[[nodiscard]] LoadEnd LoadImageRecords(ArchiveFile& file, MemoryBuffer& image);
 
 }  // namespace tarnwell

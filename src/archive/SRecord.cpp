@@ -9,12 +9,6 @@ namespace tarnwell {
 
 namespace {
 
-constexpr Message kTooManyAddresses{
-    "The data file has too many addresses; it is not\r\n"
-    "a proper Tarnwell 24C64 EEProm data file.\r\n\r\n"
-    "Tarnwell will now terminate.",
-    "F A T A L   E R R O R", BoxStyle::Critical};
-
 constexpr std::size_t kDigitsPerByte = 2;
 constexpr std::uint32_t kLastStartAddress = kEepromBytes - 16;
 
@@ -62,26 +56,26 @@ std::string MakeS1Record(const SettingCells& cells, const SettingGroup& group) {
     return S1Record(group.baseAddress, values);
 }
 
-std::optional<std::string> StoreRecord(std::string_view record, MemoryBuffer& buffer, User& user) {
+std::variant<std::string, LoadEnd> StoreRecord(std::string_view record, MemoryBuffer& buffer) {
     const auto* const type =
         std::ranges::find(kDataTypes, record.substr(0, kCountPosition), &DataType::name);
     if (type == kDataTypes.end())
-        return std::nullopt;
+        return LoadEnd::BadRecord;
     const int afterAddress = ByteAt(record, kCountPosition) - type->addressBytes;
     if (afterAddress < 1)
-        return std::nullopt;
+        return LoadEnd::BadRecord;
 
     std::size_t position = kAddressPosition;
     std::uint32_t address = 0;
     for (int byte = 0; byte < type->addressBytes; ++byte, position += kDigitsPerByte)
         address = address * 256 + ByteAt(record, position);
     if (address > kLastStartAddress)
-        EndProgram(user, kTooManyAddresses);
+        return LoadEnd::TooManyAddresses;
 
     const auto dataBytes = static_cast<std::uint32_t>(afterAddress - 1);
     for (const std::uint32_t end = address + dataBytes; address < end; ++address) {
         if (address >= buffer.size())
-            return std::nullopt;
+            return LoadEnd::BadRecord;
         buffer[address] = ByteAt(record, position);
         position += kDigitsPerByte;
     }

@@ -1,11 +1,11 @@
 // Motorola S-records, the lines of both archive kinds.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
-#include "core/User.h"
+#include "archive/ArchiveFile.h"
 #include "image/MemoryBuffer.h"
 #include "settings/SettingCells.h"
 
@@ -36,11 +36,10 @@ std::string MakeS1Record(const MemoryBuffer& buffer, std::int16_t start, std::in
 std::string MakeS1Record(const SettingCells& cells, const SettingGroup& group);
 
 /// Stores the data of an S1, S2 or S3 record and returns the checksum that it should have, for the
-/// caller to compare. Nothing if the record is of another type, if its count leaves no room for its
-/// address, or if it runs past the spare slot, up to which it is stored.
-///
-/// A record that begins behind the device's last 16 bytes ends the program.
-[[nodiscard]] std::optional<std::string> StoreRecord(std::string_view record, MemoryBuffer& buffer,
-                                                     User& user);
+/// caller to compare. BadRecord if the record is of another type, if its count leaves no room for
+/// its address, or if it runs past the spare slot, up to which it is stored. TooManyAddresses if it
+/// begins behind the device's last 16 bytes.
+[[nodiscard]] std::variant<std::string, LoadEnd> StoreRecord(std::string_view record,
+                                                             MemoryBuffer& buffer);
 
 }  // namespace tarnwell

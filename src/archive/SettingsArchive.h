@@ -1,13 +1,13 @@
 // The settings archive: the values of all named settings as a file of S-records.
 #pragma once
 
-#include "archive/ArchiveFile.h"
-#include "archive/SRecord.h"
+#include "archive/ArchiveCommand.h"
+#include "archive/SettingsRecords.h"
 #include "settings/SettingsEngine.h"
 
 namespace tarnwell {
 
-class SettingsArchive final : private Command {
+class SettingsArchive final : private ArchiveCommand {
   public:
     SettingsArchive(const CommandContext& context, SettingCells& cells, SettingsEngine& settings);
 
@@ -16,15 +16,15 @@ class SettingsArchive final : private Command {
     /// Picking a file of the hidden menu's name shows the fill item instead.
     void LoadSettings();
 
-  private:
-    enum class Outcome : std::uint8_t { Loaded, Refused, Unusable };
+    /// The same with the file `path`, a full path, which nobody is asked for, whatever its name.
+    void LoadSettingsFile(const std::string& path);
 
+  private:
     [[nodiscard]] bool SaveTo(const std::string& path);
-    Outcome LoadFrom(const std::string& path);
-    Outcome CheckHeader(ArchiveReader& archive);
-    Outcome LoadRecords(ArchiveReader& archive);
-    [[nodiscard]] bool LoadRecord(std::string_view record);
-    void LoadValue(int cell, std::string_view digits);
+    void LoadFrom(const std::string& path);
+    void LoadRecords(ArchiveFile& file);
+    void ShowValues(const SettingDigits& digits);
+    void Refuse(const Message& box);
 
     SettingCells& cells_;
     SettingsEngine& settings_;

@@ -58,11 +58,14 @@ struct Message {
     }
 };
 
+enum class DefaultButton : std::uint8_t { OfStyle, No };
+
 /// A message box as it is shown.
 struct Box {
     std::string text;
     std::string title;
     BoxStyle style;
+    DefaultButton defaultButton = DefaultButton::OfStyle;
     std::string details;  ///< shown on demand; empty when there are none
 
     // NOLINTNEXTLINE(google-explicit-constructor): every message is a box
@@ -72,6 +75,12 @@ struct Box {
     Box WithLine(std::string_view line) && {
         if (!line.empty())
             text.append(kLineBreak).append(line);
+        return std::move(*this);
+    }
+
+    /// A question whose safe answer is No.
+    Box WithDefaultNo() && {
+        defaultButton = DefaultButton::No;
         return std::move(*this);
     }
 };

@@ -24,8 +24,10 @@ void WriteGuard::DeviceRead(const EepromArray& image) {
 }
 
 bool WriteGuard::WantsNoBackup() {
-    return user_.ShowBox(Box(kAskWithoutBackup).WithLine(store_.Folder()).WithLine(kQuestion)) ==
-           Answer::Yes;
+    return user_.ShowBox(Box(kAskWithoutBackup)
+                             .WithLine(store_.Folder())
+                             .WithLine(kQuestion)
+                             .WithDefaultNo()) == Answer::Yes;
 }
 
 bool WriteGuard::MayWrite() {

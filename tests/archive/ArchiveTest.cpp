@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "archive/ImageArchive.h"
+#include "archive/SRecord.h"
 #include "archive/SettingsArchive.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestProgram.h"
@@ -16,6 +17,11 @@ const std::string kImage = kProgram + "4461746146696C65E7\r\n";
 const std::string kSettings = kProgram + "53657474696E677390\r\n";
 const std::string kEnd = "S9030000FC\r\n";
 const std::string kLoaded = "Record Checksums OK; EEP Image Loaded into Buffer";
+
+constexpr std::size_t kLargest = 1U << 20U;
+const std::string kTooLarge = "E R R O R - File Mismatch|The file is too large to be an archive.";
+const std::string kTooLong = "E R R O R - File Mismatch|A line of the file is too long.";
+const std::string kLongLine(65537, ' ');
 
 /// The records, divided by blanks, as lines with their checksums.
 std::string Lines(const std::string& records) {
@@ -136,7 +142,15 @@ TEST_F(ArchiveTest, ImageLoadTable) {
     const std::string noSRecords = "E R R O R - File Mismatch|The archive is not an S-Record file";
     const std::string noImage = "E R R O R - File Mismatch|The archive is not a valid EEP image";
     const std::string foreign = "C A U T I O N - File Type|The file is not a Tarnwell EEProm data";
-    const std::string corrupt = "E R R O R - Checksum|Data in the S-Record file may be corrupt";
+    const std::string question = "\r\n\r\nDo you want to load it anyway? (Is it 24C64 data?)";
+    const std::string settings = foreign + " file;" + question +
+                                 "\r\nThis is a Tarnwell settings archive: 72 values, no image.";
+    const std::string part = "The buffer holds only part of the file.";
+    const std::string corrupt =
+        "E R R O R - Checksum|Data in the S-Record file may be corrupt;"
+        "\r\n\r\nEEProm image load has been aborted.\r\n" +
+        part;
+    const std::string stopped = "I N F O|" + part;
     const std::string cancelled = "EEProm Image Load Cancelled";
     const std::string failed = "EEProm Image Load Failed";
     const std::string last = "1FF0" + std::string(32, '0') + "AB";
@@ -147,15 +161,19 @@ TEST_F(ArchiveTest, ImageLoadTable) {
         {{"S00F0000ColorVal\n", noImage, failed}, kKept, 0},
         {{"S00F0000Settings", noImage, failed}, kKept, 0},
         {{kImage.substr(0, 70) + " \r\n", foreign, cancelled}, kKept, 0},
-        {{"S0" + std::string(200000, ' '), foreign, cancelled}, kKept, 0},
-        {{kImage, "", cancelled}, 0xFF, 0},
+        {{kSettings + kEnd, settings, cancelled}, kKept, 0},
+        {{"S0" + kLongLine, kTooLong, failed}, kKept, 0},
+        {{std::string(kLargest + 1, '\n'), kTooLarge, failed}, kKept, 0},
+        {{(kImage + kEnd).append(kLargest - 84, '\n'), "", kLoaded}, 0xFF, 0},
+        {{kImage + "S104000042B9\n" + kLongLine, kTooLong + "\r\n" + part, failed}, 0x42, 0},
+        {{kImage, stopped, cancelled}, 0xFF, 0},
         {{kImage + "S1130000", corrupt, failed}, 0, 0},
         {{kImage + "S104000042b9\n", corrupt, failed}, 0x42, 0},
-        {{kImage + "S1040000G1FA\nS5030001FB\n", "", cancelled}, 0x01, 0},
-        {{kImage + "S1040000ab50\nS70500000000FA\n", "", cancelled}, 0xAB, 0},
+        {{kImage + "S1040000G1FA\nS5030001FB\n", stopped, cancelled}, 0x01, 0},
+        {{kImage + "S1040000ab50\nS70500000000FA\n", stopped, cancelled}, 0xAB, 0},
         {{kImage + "S114" + last + "31\n" + kEnd, "", kLoaded}, 0xAB, 8192},
-        {{kImage + "S115" + last, "", cancelled}, 0xAB, 8192},
-        {{kImage + "S102FFFF", "", cancelled}, 0xFF, 0},
+        {{kImage + "S115" + last, stopped, cancelled}, 0xAB, 8192},
+        {{kImage + "S102FFFF", stopped, cancelled}, 0xFF, 0},
     };
     for (const char* record : {"S1041FF100", "S20501000000", "S306FFFFFFF000"}) {
         folder.Write("archive", kImage + record);
@@ -169,7 +187,10 @@ TEST_F(ArchiveTest, ImageLoadTable) {
         program.state.bufferChanged = false;
         program.statusBar.ShowCrc("");
         test.user.answers = {Answer::No};
-        test.user.onBox = [&](const Box&) { EXPECT_EQ(BufferIsShown(), changed); };
+        test.user.onBox = [&](const Box& shown) {
+            EXPECT_EQ(BufferIsShown(), changed);
+            EXPECT_EQ(shown.defaultButton == DefaultButton::No, load.box == settings);
+        };
         Expect(load, &ImageArchive::LoadImage);
         EXPECT_EQ(program.buffer[slot], byte);
         EXPECT_EQ(program.state.bufferChanged, changed);
@@ -248,7 +269,10 @@ TEST_F(ArchiveTest, SettingsLoadTable) {
         {{one + "S10", corrupt, failed}, 6},
         {{one + Lines("S104093C00"), "", canceled}, 6},
         {{kSettings + Lines("S10A093B01020304050607") + kEnd, "", loaded}, 7},
-        {{one + Lines("S10508B40102"), "", canceled}, 6},
+        {{one + Lines("S10508B40102"), "", canceled}, 7},
+        {{one + Lines("S10508B41002"), "", canceled}, 6},
+        {{one + kLongLine, kTooLong, failed}, 6},
+        {{std::string(kLargest + 1, 'S'), kTooLarge, failed}, 0},
         {{kSettings + Lines("S10408253F S10408B40F") + kEnd, "", loaded}, 2},
         {{one + Lines("S104082540"), "", canceled}, 6},
         {{one + Lines("S109095F0102030405G6"), "", canceled}, 6},

@@ -104,7 +104,8 @@ Answer QtUser::ShowBox(const Box& box) {
     QMessageBox messageBox(parts.icon, toQt(box.title), linesToQt(box.text), parts.buttons,
                            parent());
     messageBox.setTextFormat(Qt::PlainText);
-    messageBox.setDefaultButton(parts.defaultButton);
+    messageBox.setDefaultButton(box.defaultButton == DefaultButton::No ? QMessageBox::No
+                                                                       : parts.defaultButton);
     if (auto* icon = messageBox.findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label")))
         icon->setAccessibleName(QLatin1String(parts.iconName));
     if (!box.details.empty())

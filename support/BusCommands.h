@@ -14,7 +14,7 @@ struct BusCommand {
     const char* name;
     bool writes;
     std::uint16_t firstAddress;  ///< of the byte that it meets first
-    std::uint64_t reads;         ///< how many block reads it makes if it only reads
+    std::uint64_t reads;         ///< how many block reads it makes; of a write, in its verification
     void (*run)(TestProgram&);
 };
 
@@ -26,24 +26,24 @@ inline void PrintTo(const BusCommand& command, std::ostream* stream) {
 inline constexpr std::array kBusCommands{
     BusCommand{"ReadEntireEep", false, 0, 1,
                [](TestProgram& test) { test.program.wholeDevice.ReadEntireEep(); }},
-    BusCommand{"WriteEntireEep", true, 0, 0,
+    BusCommand{"WriteEntireEep", true, 0, 1,
                [](TestProgram& test) {
                    test.user.answers = {Answer::Yes};
                    test.program.wholeDevice.WriteEntireEep();
                }},
-    BusCommand{"FillEntireEep", true, 0, 0,
+    BusCommand{"FillEntireEep", true, 0, 1,
                [](TestProgram& test) {
                    test.user.texts = {"171"};
                    test.program.wholeDevice.FillEntireEep();
                }},
     BusCommand{"ReadSettings", false, kFirstCellAddress, kCellCount,
                [](TestProgram& test) { test.program.settings.ReadSettingsFromEep(); }},
-    BusCommand{"WriteSettings", true, kFirstCellAddress, 0,
+    BusCommand{"WriteSettings", true, kFirstCellAddress, 2,
                [](TestProgram& test) {
                    test.user.answers = {Answer::Yes};
                    test.program.settings.WriteSettingsToEep();
                }},
-    BusCommand{"WritePending", true, 16, 0,
+    BusCommand{"WritePending", true, 16, 1,
                [](TestProgram& test) {
                    test.user.answers = {Answer::Yes};
                    test.program.pending.WritePending();

@@ -1,4 +1,6 @@
 // The bus check that opens every command, and the way out of a command that was cut short.
+#include <algorithm>
+
 #include "i2c/mI2Ccode.h"
 
 namespace tarnwell {
@@ -18,13 +20,13 @@ constexpr Message kNoAcknowledge{"There is an I2C bus or\r\nInterface Hardware P
 
 BusCheck mI2Ccode::CheckBus(Quiet quiet) {
     const bool portUsable = !PortFailed();
-    if (busLeftOpen_ && portUsable)
-        FreeBus();
-    clockHeld_ = false;
+    if (portUsable)
+        MakeUp();
 
     BusCheck result = ProbeBus();
-    const bool drove = portUsable && result != BusCheck::BusActivity;
-    busLeftOpen_ = busLeftOpen_ || (drove && (PortFailed() || !LinesAreIdle()));
+    if (portUsable && result != BusCheck::BusActivity)
+        LeaveFree();
+    disturbed_ = false;
     if (result == BusCheck::NoAcknowledge && quiet == Quiet::Yes)
         result = PortFailed() ? BusCheck::HardwareProblem : BusCheck::NobodyAnswered;
     switch (result) {
@@ -59,36 +61,69 @@ BusCheck mI2Ccode::ProbeBus() {
     if ((driven & pins_.DataInMask) != 0)
         return BusCheck::HardwareProblem;
 
-    const bool answered = ProbeDevice() == AckBit::Acknowledged && !clockHeld_;
-    return answered ? BusCheck::Ok : BusCheck::NoAcknowledge;
+    const int sample = ProbeDevice();
+    if (sample == 0)
+        return BusCheck::NoAcknowledge;
+    ackSample_ = sample;
+    return BusCheck::Ok;
 }
 
-AckBit mI2Ccode::ProbeDevice() {
+int mI2Ccode::ProbeDevice() {
     SendStart();
     SendByte(SelectByte());
-    AckBit ack = ReadAck();
-    for (int sample = 1; sample < kAckSamples && ack == AckBit::NotAcknowledged; ++sample)
-        ack = ReadAck();
+    int acknowledged = 0;
+    for (int sample = 1; sample <= kAckSamples && acknowledged == 0; ++sample) {
+        if (ReadAck() == AckBit::Acknowledged)
+            acknowledged = sample;
+    }
     SendStop();
-    return ack;
+    return acknowledged;
 }
 
+void mI2Ccode::LeaveFree() {
+    if (PortFailed())
+        Owe(Owed::FreeBus);
+    else if (!LinesAreIdle())
+        FreeBus();
+}
+
+void mI2Ccode::Owe(Owed owed) {
+    Owed& known = owed_.try_emplace(baseAddress_, owed).first->second;
+    known = std::max(known, owed);
+}
+
+// Lines that are low for another reason are not ours to move.
+void mI2Ccode::MakeUp() {
+    const auto owed = owed_.find(baseAddress_);
+    if (owed == owed_.end())
+        return;
+    if (owed->second == Owed::FreeBus)
+        FreeBus();
+    else
+        ReleaseBus();
+}
+
+// SDA falls while SCL is high, a start, before it rises again, the stop: of a byte that is half
+// sent or not yet acknowledged the device stores nothing.
 void mI2Ccode::FreeBus() {
     SetSDA(1);
     SetSCL(1);
-    for (int clock = 0; clock < kClocksToFreeSda && SdaLevel(Sense()) == Level::Low; ++clock) {
+    for (int clock = 0; clock < kClocksToFreeSda && !SdaIsIdle(Sense()); ++clock) {
         SetSCL(0);
         SetSCL(1);
     }
     SendStop();
     ReleaseBus();
     timing_.WaitUntilFree();
-    busLeftOpen_ = PortFailed() || !LinesAreIdle();
+    if (PortFailed())
+        Owe(Owed::FreeBus);
+    else
+        owed_.erase(baseAddress_);
 }
 
 void mI2Ccode::AbortOperation() {
     if (PortFailed())
-        busLeftOpen_ = true;
+        Owe(Owed::FreeBus);
     else
         FreeBus();
     Report(kNoAcknowledge);

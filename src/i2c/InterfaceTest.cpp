@@ -59,8 +59,8 @@ void InterfaceTest::SetData(Level level) {
 }
 
 void InterfaceTest::ReleaseLines() {
-    SetClock(Level::High);
-    SetData(Level::High);
+    i2c_.ReleaseBus();
+    driven_ = {};
 }
 
 void InterfaceTest::UpdateIndicators() {

@@ -14,18 +14,33 @@ constexpr std::uint8_t kReadBit = 0x01;
 /// A 24C64 finishes its write cycle within 10 ms (data sheet, t_WR).
 constexpr BusTime kWriteCycleBound = std::chrono::milliseconds(50);
 
+/// A bus on which so many readings of one byte differ is not fit for writing.
+constexpr int kMostReadings = 8;
+
 }  // namespace
 
 std::uint8_t mI2Ccode::SelectByte() const {
     return state_.targetDevice == TargetDevice::Primary ? kPrimarySelect : kSecondarySelect;
 }
 
+Transfer mI2Ccode::SendBits(std::uint8_t value) {
+    for (std::uint8_t mask = 0x80; mask != 0 && !BusFailed(); mask >>= 1)
+        SendBit(value & mask);
+    return BusFailed() ? Transfer::Aborted : Transfer::Done;
+}
+
+// A device that lost a clock acknowledges one clock later than it did in the bus check, and has
+// taken another byte than the one sent.
 Transfer mI2Ccode::WaitForAck() {
-    for (int sample = 0; sample < kAckSamples && !BusFailed(); ++sample) {
+    for (int sample = 1; sample <= kAckSamples && !BusFailed(); ++sample) {
         if (ReadAck() == AckBit::Acknowledged)
-            return BusFailed() ? Transfer::Aborted : Transfer::Done;
+            return BusFailed() || sample != ackSample_ ? Transfer::Aborted : Transfer::Done;
     }
     return Transfer::Aborted;
+}
+
+Transfer mI2Ccode::Send(std::uint8_t value) {
+    return SendBits(value) == Transfer::Done ? WaitForAck() : Transfer::Aborted;
 }
 
 Transfer mI2Ccode::SendAddressed(std::uint8_t select, std::int16_t address) {
@@ -33,25 +48,29 @@ Transfer mI2Ccode::SendAddressed(std::uint8_t select, std::int16_t address) {
     const int high = (address - low) / 256 & 0xFF;
     SendStart();
     for (const int byte : {int{select}, high, low}) {
-        SendByte(static_cast<std::uint8_t>(byte));
-        if (WaitForAck() == Transfer::Aborted)
+        if (Send(static_cast<std::uint8_t>(byte)) == Transfer::Aborted)
             return Transfer::Aborted;
     }
     return Transfer::Done;
 }
 
 Transfer mI2Ccode::ReadBlock(std::int16_t address, std::int16_t count) {
+    const bool wholeDevice = count == kEepromBytes;
     std::optional<DeviceProgress> progress;
-    if (count == kEepromBytes)
+    if (wholeDevice)
         progress.emplace(statusBar_, user_, clock_);
     const std::uint8_t select = SelectByte();
     if (SendAddressed(select, address) == Transfer::Aborted)
         return Transfer::Aborted;
     SendStart();
-    SendByte(select | kReadBit);
-    if (WaitForAck() == Transfer::Aborted)
+    if (Send(select | kReadBit) == Transfer::Aborted)
         return Transfer::Aborted;
+    if (ReadBytes(count, progress ? &*progress : nullptr) == Transfer::Aborted)
+        return Transfer::Aborted;
+    return wholeDevice ? ExpectAnswer() : Transfer::Done;
+}
 
+Transfer mI2Ccode::ReadBytes(std::int16_t count, DeviceProgress* progress) {
     const int last = count - 1;
     for (int index = 0; index <= last; ++index) {
         readData_[static_cast<std::size_t>(index)] = ReadByte();
@@ -61,7 +80,7 @@ Transfer mI2Ccode::ReadBlock(std::int16_t address, std::int16_t count) {
             SendAck();
         if (BusFailed())
             return Transfer::Aborted;
-        if (progress && index != last)
+        if (progress != nullptr && index != last)
             progress->Show(index + 1);
     }
     return ExpectIdleBus();
@@ -69,15 +88,28 @@ Transfer mI2Ccode::ReadBlock(std::int16_t address, std::int16_t count) {
 
 Transfer mI2Ccode::ExpectIdleBus() {
     timing_.WaitUntilFree();
-    return LinesAreIdle() && !PortFailed() ? Transfer::Done : Transfer::Aborted;
+    return LinesAreIdle() && !BusFailed() ? Transfer::Done : Transfer::Aborted;
+}
+
+Transfer mI2Ccode::ExpectAnswer() {
+    return ProbeDevice() != 0 ? ExpectIdleBus() : Transfer::Aborted;
+}
+
+Transfer mI2Ccode::ReadAgreed(std::int16_t address) {
+    std::optional<std::uint8_t> before;
+    for (int reading = 0; reading < kMostReadings; ++reading) {
+        if (ReadBlock(address, 1) == Transfer::Aborted)
+            return Transfer::Aborted;
+        if (before == readData_[0])
+            return Transfer::Done;
+        before = readData_[0];
+    }
+    return Transfer::Aborted;
 }
 
 Transfer mI2Ccode::WriteByte(std::int16_t address, std::uint8_t value) {
     const std::uint8_t select = SelectByte();
-    if (SendAddressed(select, address) == Transfer::Aborted)
-        return Transfer::Aborted;
-    SendByte(value);
-    if (WaitForAck() == Transfer::Aborted)
+    if (SendAddressed(select, address) == Transfer::Aborted || Send(value) == Transfer::Aborted)
         return Transfer::Aborted;
     SendStop();
     return PollUntilWritten(select);
@@ -86,10 +118,11 @@ Transfer mI2Ccode::WriteByte(std::int16_t address, std::uint8_t value) {
 Transfer mI2Ccode::PollUntilWritten(std::uint8_t select) {
     const BusTime bound = clock_.Now() + kWriteCycleBound;
     // The processor may leave the program for longer than that within a poll.
-    for (bool last = false; !last && !BusFailed();) {
+    for (bool last = false; !last;) {
         last = clock_.Now() >= bound;
         SendStart();
-        SendByte(select);
+        if (SendBits(select) == Transfer::Aborted)
+            return Transfer::Aborted;
         if (ReadAck() == AckBit::Acknowledged)
             return BusFailed() ? Transfer::Aborted : Transfer::Done;
     }

@@ -27,18 +27,13 @@ void mI2Ccode::ApplyPortOptions() {
 }
 
 void mI2Ccode::Claim() {
-    if (claims_++ > 0)
-        return;
     baseAddress_ = PortAddressValue(state_.portAddress);
     timing_.Forget();
-    clockHeld_ = false;
+    disturbed_ = false;
     port_.Claim(baseAddress_);
-    claimWorked_ = !PortFailed();
 }
 
 void mI2Ccode::Release() {
-    if (--claims_ > 0)
-        return;
     port_.Release();
     trace_.Released();
 }
@@ -93,7 +88,11 @@ Level mI2Ccode::SdaLevel(std::uint8_t status) const {
 void mI2Ccode::ReleaseBus() {
     SetSCL(1);
     SetSDA(1);
-    busLeftOpen_ = busLeftOpen_ || (claimWorked_ && PortFailed());
+    const auto owed = owed_.find(baseAddress_);
+    if (PortFailed())
+        Owe(Owed::Release);
+    else if (owed != owed_.end() && owed->second == Owed::Release)
+        owed_.erase(owed);
 }
 
 void mI2Ccode::SendStart() {
@@ -111,31 +110,39 @@ void mI2Ccode::SendStop() {
 }
 
 void mI2Ccode::SendAck() {
-    SetSDA(0);
-    SetSCL(1);
-    SetSCL(0);
+    SendBit(0);
     SetSDA(1);
 }
 
 void mI2Ccode::SendByte(std::uint8_t value) {
-    for (std::uint8_t mask = 0x80; mask != 0; mask >>= 1) {
-        SetSDA(value & mask);
-        SetSCL(1);
-        SetSCL(0);
-    }
+    for (std::uint8_t mask = 0x80; mask != 0; mask >>= 1)
+        SendBit(value & mask);
 }
 
-bool mI2Ccode::SampleSda() {
+void mI2Ccode::SendBit(std::int16_t level) {
+    SetSDA(level);
+    SetSCL(1);
+    SampleSent(level == 0 ? Level::Low : Level::High);
+    SetSCL(0);
+}
+
+// Zeros that are read from a clock line that is stuck would pass as data.
+std::uint8_t mI2Ccode::Sample() {
     timing_.WaitToSample();
     const std::uint8_t status = Sense();
-    clockHeld_ = clockHeld_ || (status & pins_.ClockInMask) == 0;
-    return (status & pins_.DataInMask) != 0;
+    disturbed_ = disturbed_ || (status & pins_.ClockInMask) == 0;
+    return status;
+}
+
+void mI2Ccode::SampleSent(Level sent) {
+    const Level seen = SdaLevel(Sample());
+    disturbed_ = disturbed_ || seen != sent;
 }
 
 AckBit mI2Ccode::ReadAck() {
     SetSDA(1);
     SetSCL(1);
-    bool high = SampleSda();
+    bool high = (Sample() & pins_.DataInMask) != 0;
     SetSCL(0);
     if (pins_.DataInInverted)
         high = !high;
@@ -146,7 +153,7 @@ std::uint8_t mI2Ccode::ReadByte() {
     unsigned value = 0;
     for (int bit = 0; bit < 8; ++bit) {
         SetSCL(1);
-        value = value << 1 | (SampleSda() ? 1U : 0U);
+        value = value << 1 | ((Sample() & pins_.DataInMask) != 0 ? 1U : 0U);
         SetSCL(0);
     }
     SetSDA(1);

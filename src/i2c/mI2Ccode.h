@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 
 #include "core/ProgramState.h"
 #include "core/StatusBar.h"
@@ -62,6 +63,7 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     /// One read of the status register.
     std::uint8_t Sense();
 
+    /// A release that the port does not take is made up for when it next answers at this address.
     void ReleaseBus();
 
     /// Also the repeated start. SCL is low and SDA released afterwards.
@@ -69,7 +71,8 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     void SendStop();
     void SendAck();
 
-    /// Eight bits, the most significant first; the caller reads the acknowledge.
+    /// Eight bits, the most significant first; the caller reads the acknowledge. What is seen of
+    /// each bit within its clock ends a transaction if it is not what was sent.
     void SendByte(std::uint8_t value);
     AckBit ReadAck();
     std::uint8_t ReadByte();
@@ -79,12 +82,16 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     BusCheck CheckBus(Quiet quiet);
 
     /// Reads `count` (1 to 8192) bytes from `address` (0 to 8191) of the target device into
-    /// ReadData from index 0. A read of a whole device shows its progress.
+    /// ReadData from index 0. A read of a whole device shows its progress, and at its end the
+    /// device is asked whether it still answers: one that fell silent gives 0xFF.
     [[nodiscard]] Transfer ReadBlock(std::int16_t address, std::int16_t count);
 
     /// Writes one byte at `address` (0 to 8191) of the target device and returns when the device
     /// has finished its write cycle.
     [[nodiscard]] Transfer WriteByte(std::int16_t address, std::uint8_t value);
+
+    /// Reads the byte at `address` until two readings in a row agree; it is ReadData()[0] then.
+    [[nodiscard]] Transfer ReadAgreed(std::int16_t address);
 
     /// The bytes of the last block read.
     const EepromArray& ReadData() const { return readData_; }
@@ -107,18 +114,34 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     std::uint8_t SelectByte() const;
 
     BusCheck ProbeBus();
-    AckBit ProbeDevice();
+
+    /// The sample, from 1 on, at which the target device acknowledges its address; 0 if it is
+    /// silent.
+    int ProbeDevice();
     void FreeBus();
+    void LeaveFree();
     void Report(const Message& message);
 
+    /// What the bus at a base address still has to get because the port failed meanwhile.
+    enum class Owed : std::uint8_t { Release, FreeBus };
+    void Owe(Owed owed);
+    void MakeUp();
+
+    void SendBit(std::int16_t level);
+    [[nodiscard]] Transfer SendBits(std::uint8_t value);
+    [[nodiscard]] Transfer Send(std::uint8_t value);
     [[nodiscard]] Transfer WaitForAck();
     [[nodiscard]] Transfer SendAddressed(std::uint8_t select, std::int16_t address);
+    [[nodiscard]] Transfer ReadBytes(std::int16_t count, DeviceProgress* progress);
     [[nodiscard]] Transfer PollUntilWritten(std::uint8_t select);
     [[nodiscard]] Transfer ExpectIdleBus();
-    bool SampleSda();
+    [[nodiscard]] Transfer ExpectAnswer();
+    std::uint8_t Sample();
+    void SampleSent(Level sent);
     bool LinesAreIdle();
+    bool SdaIsIdle(std::uint8_t status) const { return (status & pins_.DataInMask) != 0; }
     bool PortFailed() const { return !port_.Failure().empty(); }
-    bool BusFailed() const { return clockHeld_ || PortFailed(); }
+    bool BusFailed() const { return disturbed_ || PortFailed(); }
 
     Port& port_;
     Clock& clock_;
@@ -130,10 +153,9 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     PinSetup pins_ = DecodePinOptions(kDefaultPinOptions);
     EepromArray readData_{};
     std::uint16_t baseAddress_ = 0;
-    int claims_ = 0;
-    bool claimWorked_ = false;
-    bool clockHeld_ = false;    ///< SCL was low at a sample though it was released
-    bool busLeftOpen_ = false;  ///< the bus could not be freed after a failure
+    std::map<std::uint16_t, Owed> owed_;  ///< by base address
+    int ackSample_ = 1;       ///< at which sample the target device acknowledged in the bus check
+    bool disturbed_ = false;  ///< at a sample a line was not where it was driven or released to
 };
 
 /// Holds the port for this program from a command's bus check to the command's end.

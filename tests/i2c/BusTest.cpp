@@ -1,6 +1,7 @@
 // The bus on the wire: driving, event sequences, the bus check, bus times, bounds.
 #include <algorithm>
 
+#include "i2c/InterfaceTest.h"
 #include "support/QuietProgram.h"
 
 namespace tarnwell {
@@ -140,6 +141,14 @@ TEST(CheckBus, SamplesASilentDeviceFiveTimesAndStops) {
     EXPECT_EQ(ToText(test.television.Events()), "S P S A0----- P");
 }
 
+TEST(CheckBus, TakesAnAcknowledgeAtWhichSclWasLow) {
+    TestProgram test;
+    test.television.Inject({.kind = FaultKind::LinesJoined, .begins = {Byte, 1}, .accesses = 9});
+    const BusClaim claim(test.program.i2c);
+    EXPECT_EQ(test.program.i2c.CheckBus(Quiet::Yes), BusCheck::Ok);
+    EXPECT_TRUE(test.television.Scl() && test.television.Sda());
+}
+
 /// The shortest distances on the wire between the edges of a whole command.
 struct ShortestTimes {
     BusTime low = BusTime::max();
@@ -269,6 +278,58 @@ TEST(Bounds, MakeUpForAPortThatFailedAtTheNextCommand) {
     test.program.wholeDevice.ReadEntireEep();
     EXPECT_THAT(test.user.TakeBoxes(), IsEmpty());
     EXPECT_TRUE(test.program.state.eepRead);
+}
+
+/// The port holds both lines low by bits that were set before it was taken away.
+struct HeldLines : TestProgram {
+    InterfaceTest interfaceTest{program.i2c, television, program.statusBar, user};
+
+    void FailWith(int data) {
+        television.Claim(0x378);
+        television.DlPortWritePortUchar(0x378, static_cast<std::uint8_t>(data));
+        television.Release();
+        television.Inject({.kind = FaultKind::PortFails});
+    }
+    std::string Check(const char* portAddress = "888") {
+        program.state.portAddress = portAddress;
+        television.ClearFaults();
+        television.Record();
+        const BusClaim claim(program.i2c);
+        program.i2c.CheckBus(Quiet::Yes);
+        return ToText(television.Events());
+    }
+};
+
+TEST(Bounds, MakeUpForAReleaseThatDidNotArriveAtItsAddressAndForNothingElse) {
+    HeldLines foreign;
+    foreign.FailWith(3);
+    EXPECT_EQ(foreign.Check(), "") << "nothing was driven here, nothing is owed";
+
+    HeldLines refused;
+    refused.FailWith(3);
+    {
+        const BusClaim claim(refused.program.i2c);
+        refused.program.i2c.ReleaseBus();
+    }
+    EXPECT_EQ(refused.Check("632"), "") << "another port";
+    EXPECT_EQ(refused.Check(), "P S P S A0+ P");
+    refused.FailWith(3);
+    EXPECT_EQ(refused.Check(), "") << "made up for once";
+
+    HeldLines tested;
+    tested.television.Inject({.kind = FaultKind::DeviceSilent});
+    ASSERT_TRUE(tested.interfaceTest.PreCheck());
+    tested.interfaceTest.Open();
+    tested.interfaceTest.DriveClock(Level::Low);
+    tested.television.Inject({.kind = FaultKind::PortFails});
+    tested.interfaceTest.Close();
+    EXPECT_EQ(tested.Check(), "S P S A0+ P");
+
+    HeldLines cut;
+    cut.television.Inject({.kind = FaultKind::PortFails, .begins = {Clock, 40}});
+    cut.program.wholeDevice.ReadEntireEep();
+    EXPECT_EQ(cut.Check("632"), "");
+    EXPECT_THAT(cut.Check(), ::testing::EndsWith("P S P S A0+ P"));
 }
 
 }  // namespace

@@ -33,6 +33,7 @@ enum class FaultKind {
     SdaStuckHigh,
     LinesJoined,      ///< SCL and SDA are one line
     InputsInverted,   ///< both sensed levels are complemented
+    SdaMisread,       ///< the level sensed of SDA is complemented
     AdapterGone,      ///< the port works, its status bits read 1 and nothing drives the bus
     PortFails,        ///< the access fails, and every later one and each Claim
     DeviceSilent,     ///< the device answers nothing and takes nothing
@@ -47,10 +48,11 @@ enum class FaultKind {
 struct Fault {
     FaultKind kind{};
     Moment begins{};
-    Chip chip = Chip::Primary;  ///< the device kinds
-    std::uint16_t address = 0;  ///< FlippedBit
-    std::uint8_t mask = 0x01;   ///< WrongWrite, FlippedBit
-    std::uint8_t samples = 2;   ///< LateAcknowledge
+    std::uint64_t accesses = 0;  ///< how many the lines' and inputs' kinds last; 0 is for good
+    Chip chip = Chip::Primary;   ///< the device kinds
+    std::uint16_t address = 0;   ///< FlippedBit
+    std::uint8_t mask = 0x01;    ///< WrongWrite, FlippedBit
+    std::uint8_t samples = 2;    ///< LateAcknowledge
 };
 
 }  // namespace tarnwell

@@ -88,7 +88,8 @@ std::uint8_t SimulatedTelevision::Sense() {
     if (faults_.adapterGone)
         return kNoValue;
     const int levels = (scl_ ? kSclSensed : 0) | (sda_ ? kSdaSensed : 0);
-    const int inverted = faults_.inputsInverted ? kSclSensed | kSdaSensed : 0;
+    const int inverted = (faults_.inputsInverted ? kSclSensed | kSdaSensed : 0) |
+                         (faults_.sdaMisread ? kSdaSensed : 0);
     return static_cast<std::uint8_t>(kUnusedStatus | (levels ^ inverted));
 }
 
@@ -205,10 +206,24 @@ void SimulatedTelevision::ClearFaults() {
     Settle();
 }
 
+void SimulatedTelevision::PowerCycle() {
+    for (Eeprom24C64& device : devices_)
+        device.StandBy();
+    Settle();
+}
+
 void SimulatedTelevision::CountEvent(WireEvent event) {
     ++counts_[Index(event)];
     if (!pending_.empty())
         BeginFaults(event);
+    if (event == WireEvent::Access && Count(event) == passingUntil_)
+        EndPassingFaults();
+}
+
+void SimulatedTelevision::EndPassingFaults() {
+    faults_ = {};
+    faulty_ = false;
+    Settle();
 }
 
 void SimulatedTelevision::BeginFaults(WireEvent event) {
@@ -240,6 +255,8 @@ bool SimulatedTelevision::AdapterFaults::*SimulatedTelevision::AdapterFault(Faul
             return &AdapterFaults::linesJoined;
         case FaultKind::InputsInverted:
             return &AdapterFaults::inputsInverted;
+        case FaultKind::SdaMisread:
+            return &AdapterFaults::sdaMisread;
         case FaultKind::AdapterGone:
             return &AdapterFaults::adapterGone;
         case FaultKind::PortFails:
@@ -253,6 +270,8 @@ void SimulatedTelevision::Begin(const Fault& fault) {
     if (const auto adapterFault = AdapterFault(fault.kind)) {
         faults_.*adapterFault = true;
         faulty_ = true;
+        if (fault.accesses != 0)
+            passingUntil_ = Count(WireEvent::Access) + fault.accesses;
     }
     EepromFaults& device = Device(fault.chip).Faults();
     switch (fault.kind) {

@@ -55,9 +55,12 @@ class SimulatedTelevision : public Port, public Clock {
     bool Scl() const { return scl_; }
     bool Sda() const { return sda_; }
 
-    /// Sets a fault, which stays until ClearFaults.
+    /// Sets a fault, which stays until ClearFaults or for as long as it says.
     void Inject(const Fault& fault);
     void ClearFaults();
+
+    /// The television is switched off and on: both devices wait for a start.
+    void PowerCycle();
 
     /// How many events of this kind there were since the beginning.
     std::uint64_t Count(WireEvent event) const { return counts_[Index(event)]; }
@@ -82,6 +85,7 @@ class SimulatedTelevision : public Port, public Clock {
         bool sdaStuckHigh = false;
         bool linesJoined = false;
         bool inputsInverted = false;
+        bool sdaMisread = false;
         bool adapterGone = false;
         bool portFails = false;
     };
@@ -111,6 +115,7 @@ class SimulatedTelevision : public Port, public Clock {
 
     void CountEvent(WireEvent event);
     void BeginFaults(WireEvent event);
+    void EndPassingFaults();
     void Begin(const Fault& fault);
 
     Simulation simulation_;
@@ -124,7 +129,8 @@ class SimulatedTelevision : public Port, public Clock {
     AdapterFaults faults_{};
     bool faulty_ = false;
     std::array<std::uint64_t, kWireEvents> counts_{};
-    std::vector<Fault> pending_;  // each with its moment counted from the beginning
+    std::vector<Fault> pending_;      // each with its moment counted from the beginning
+    std::uint64_t passingUntil_ = 0;  // the access at which passing faults end
     std::array<Eeprom24C64, 2> devices_;
     BusMonitor monitor_;
     std::vector<WireSample> samples_;

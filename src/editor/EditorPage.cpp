@@ -74,7 +74,15 @@ bool EditorPage::SettleGridEdits() {
 bool EditorPage::MayRefillGrid() {
     const CommandScope scope(statusBar_);
     cellEditor_.SettleEntry();
-    return !state_.gridChanged || AskAndDiscard();
+    return !state_.gridChanged || user_.ShowBox(kAskDiscard) == Answer::Yes;
+}
+
+void EditorPage::RefillGrid() {
+    grid_.FillGrid();
+    if (!state_.gridChanged)
+        return;
+    grid_.SetGridChanged(false);
+    pending_.ClearPendingWrites();
 }
 
 bool EditorPage::AskAndSettle(const Message& question) {
@@ -90,9 +98,7 @@ bool EditorPage::AskAndDiscard() {
     if (user_.ShowBox(kAskDiscard) != Answer::Yes)
         return false;
     ApplyEditorSwitch();
-    grid_.FillGrid();
-    grid_.SetGridChanged(false);
-    pending_.ClearPendingWrites();
+    RefillGrid();
     return true;
 }
 

@@ -21,8 +21,12 @@ class EditorPage final : private Command {
     /// False if they stay only in the grid.
     bool SettleGridEdits();
 
-    /// Before a command that refills the grid: asks whether edits in it may be discarded.
+    /// Before a command that refills the grid: asks whether edits in it may be discarded, which
+    /// they are only when it comes to RefillGrid.
     bool MayRefillGrid();
+
+    /// Fills the grid from the buffer; edits that were in it are gone.
+    void RefillGrid();
 
   private:
     bool AskAndSettle(const Message& question);

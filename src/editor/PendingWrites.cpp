@@ -55,7 +55,7 @@ void PendingWrites::WritePending() {
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    if (user_.ShowBox(AskWriteBytes(count_)) == Answer::No) {
+    if (user_.ShowBox(AskWriteBytes(count_)) != Answer::Yes) {
         Post(kWriteCancelled);
         return;
     }

@@ -81,14 +81,13 @@ void WholeDevice::WriteEntireEep() {
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    if (user_.ShowBox(kAskWriteImage) == Answer::No) {
+    if (user_.ShowBox(kAskWriteImage) != Answer::Yes) {
         Post(kWriteCancelled);
         return;
     }
-    WriteAndVerify("Please Wait, Writing Buffer to EEProm...",
-                   {.waitLine = "EEP Write Complete, Now Verifing Data...",
-                    .mismatchLine = "ERROR: EEP and Memory Buffer Values Do Not Match!"},
-                   [this](std::size_t address) { return buffer_[address]; });
+    WriteAndVerify(buffer_, {.write = "Please Wait, Writing Buffer to EEProm...",
+                             .verify = "EEP Write Complete, Now Verifing Data...",
+                             .mismatch = "ERROR: EEP and Memory Buffer Values Do Not Match!"});
 }
 
 void WholeDevice::FillEntireEep() {
@@ -104,46 +103,38 @@ void WholeDevice::FillEntireEep() {
         Post(kWriteCancelled);
         return;
     }
-    WriteAndVerify("Please Wait, Writing Fill Value to EEProm...",
-                   {.waitLine = "Please Wait, Verifing Fill Value...",
-                    .mismatchLine = "ERROR: EEP and Desired Value Do Not Match!"},
-                   [&](std::size_t /*address*/) { return *value; });
+    MemoryBuffer image{};
+    image.fill(*value);
+    WriteAndVerify(image, {.write = "Please Wait, Writing Fill Value to EEProm...",
+                           .verify = "Please Wait, Verifing Fill Value...",
+                           .mismatch = "ERROR: EEP and Desired Value Do Not Match!"});
 }
 
-template <typename ValueAt>
-void WholeDevice::WriteAndVerify(std::string_view waitLine, const Verification& verification,
-                                 ValueAt valueAt) {
+void WholeDevice::WriteAndVerify(const MemoryBuffer& image, const Lines& lines) {
     if (!writeGuard_.MayWrite())
         return;
-    statusBar_.PutStatus(waitLine);
-    const Transfer written = WriteAll(valueAt);
-    if (written == Transfer::Aborted) {
+    statusBar_.PutStatus(lines.write);
+    const Transfer written = WriteAll(image);
+    const auto mismatches =
+        written == Transfer::Done ? VerifyEEP(image, lines.verify) : std::nullopt;
+    if (!mismatches) {
         i2c_.AbortOperation();
         return;
     }
-
-    const auto differences = VerifyEEP(verification.waitLine, valueAt);
-    if (!differences) {
-        i2c_.AbortOperation();
-        return;
-    }
-    if (differences->empty()) {
-        statusBar_.ShowStatus(kImageWritten, kResultSeconds);
-        return;
-    }
-    statusBar_.ShowStatus(verification.mismatchLine, kMismatchSeconds);
+    if (mismatches->empty())
+        return Post(kImageWritten);
+    statusBar_.ShowStatus(lines.mismatch, kMismatchSeconds);
     user_.Beep();
     Box box = kImageNotVerified;
-    box.details = *differences;
+    box.details = MismatchText(*mismatches, state_.numberMode);
     user_.ShowBox(box);
     statusBar_.PutStatus("");
 }
 
-template <typename ValueAt>
-Transfer WholeDevice::WriteAll(ValueAt valueAt) {
+Transfer WholeDevice::WriteAll(const MemoryBuffer& image) {
     DeviceProgress progress = i2c_.TrackProgress();
     for (int address = 0; address < kEepromBytes; ++address) {
-        const auto value = valueAt(static_cast<std::size_t>(address));
+        const std::uint8_t value = image[static_cast<std::size_t>(address)];
         if (i2c_.WriteByte(static_cast<std::int16_t>(address), value) == Transfer::Aborted)
             return Transfer::Aborted;
         progress.Show(address);
@@ -152,29 +143,12 @@ Transfer WholeDevice::WriteAll(ValueAt valueAt) {
     return Transfer::Done;
 }
 
-template <typename ValueAt>
-std::optional<std::string> WholeDevice::VerifyEEP(std::string_view waitLine, ValueAt valueAt) {
+std::optional<std::vector<Mismatch>> WholeDevice::VerifyEEP(const MemoryBuffer& image,
+                                                            std::string_view waitLine) {
     statusBar_.PutStatus(waitLine);
     if (i2c_.ReadBlock(0, kEepromBytes) == Transfer::Aborted)
         return std::nullopt;
-
-    int count = 0;
-    std::string lines;
-    for (std::size_t address = 0; address < kEepromBytes; ++address) {
-        const std::uint8_t expected = valueAt(address);
-        const std::uint8_t found = i2c_.ReadData()[address];
-        if (found == expected)
-            continue;
-        ++count;
-        const auto number = [&](std::size_t value) {
-            return NumberText(static_cast<std::uint32_t>(value), state_.numberMode);
-        };
-        lines += "\nAddress " + number(address) + ": wrote " + number(expected) + ", read " +
-                 number(found);
-    }
-    if (count == 0)
-        return std::string{};
-    return std::to_string(count) + (count == 1 ? " byte differs." : " bytes differ.") + lines;
+    return Differences(image, i2c_.ReadData());
 }
 
 void WholeDevice::SelectEeprom(TargetDevice device) {

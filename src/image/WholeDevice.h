@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "image/Command.h"
+#include "image/Mismatch.h"
 
 namespace tarnwell {
 
@@ -42,18 +43,18 @@ class WholeDevice final : private Command {
     bool WantsSecondary();
     void ShowTarget(TargetDevice device, std::string_view status);
 
-    struct Verification {
-        std::string_view waitLine;
-        std::string_view mismatchLine;
+    /// What the status line says of writing and verifying an image.
+    struct Lines {
+        std::string_view write;
+        std::string_view verify;
+        std::string_view mismatch;
     };
-    template <typename ValueAt>
-    void WriteAndVerify(std::string_view waitLine, const Verification& verification,
-                        ValueAt valueAt);
-    template <typename ValueAt>
-    [[nodiscard]] Transfer WriteAll(ValueAt valueAt);
-    /// The differences found, none if empty; nothing if the read was aborted.
-    template <typename ValueAt>
-    std::optional<std::string> VerifyEEP(std::string_view waitLine, ValueAt valueAt);
+    void WriteAndVerify(const MemoryBuffer& image, const Lines& lines);
+    [[nodiscard]] Transfer WriteAll(const MemoryBuffer& image);
+
+    /// What differs from `image`; nothing if the read was aborted.
+    std::optional<std::vector<Mismatch>> VerifyEEP(const MemoryBuffer& image,
+                                                   std::string_view waitLine);
 
     MemoryBuffer& buffer_;
     BufferDisplays& displays_;

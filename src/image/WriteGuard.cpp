@@ -19,8 +19,11 @@ WriteGuard::WriteGuard(const ProgramState& state, StatusBar& statusBar, User& us
     : state_(state), statusBar_(statusBar), user_(user), store_(store) {}
 
 void WriteGuard::DeviceRead(const EepromArray& image) {
-    if (!Target().kept)
-        Target().lastRead = image;
+    Device& device = Target();
+    if (device.lastRead == image)
+        return;
+    device.lastRead = image;
+    device.unkept.push_back(image);
 }
 
 bool WriteGuard::WantsNoBackup() {
@@ -31,15 +34,14 @@ bool WriteGuard::WantsNoBackup() {
 }
 
 bool WriteGuard::MayWrite() {
-    Device& device = Target();
-    if (!device.lastRead)
-        return true;
-    if (!store_.Keep(state_.targetDevice, *device.lastRead) && !WantsNoBackup()) {
+    std::deque<MemoryBuffer>& unkept = Target().unkept;
+    while (!unkept.empty() && store_.Keep(state_.targetDevice, unkept.front()))
+        unkept.pop_front();
+    if (!unkept.empty() && !WantsNoBackup()) {
         statusBar_.ShowStatus(kWriteCancelled, kResultSeconds);
         return false;
     }
-    device.lastRead.reset();
-    device.kept = true;
+    unkept.clear();
     return true;
 }
 

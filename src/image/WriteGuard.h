@@ -1,8 +1,9 @@
-// The safety net under the commands that write: a device's image as it was last read is kept
-// before the first write of a run to that device.
+// The safety net under the commands that write: what was read of a device is kept before the next
+// write to it.
 #pragma once
 
 #include <array>
+#include <deque>
 #include <optional>
 #include <string>
 
@@ -25,7 +26,7 @@ class WriteGuard {
   public:
     WriteGuard(const ProgramState& state, StatusBar& statusBar, User& user, BackupStore& store);
 
-    /// The whole target device was read.
+    /// The whole target device was read. Kept is each image that differs from the one before.
     void DeviceRead(const EepromArray& image);
 
     /// Call before the first byte of a command that writes to the target device. Asks only if
@@ -35,8 +36,8 @@ class WriteGuard {
 
   private:
     struct Device {
-        std::optional<MemoryBuffer> lastRead;  ///< until it is kept
-        bool kept = false;
+        std::optional<MemoryBuffer> lastRead;
+        std::deque<MemoryBuffer> unkept;  ///< in the order in which they were read
     };
     bool WantsNoBackup();
     Device& Target() { return devices_[static_cast<std::size_t>(state_.targetDevice)]; }

@@ -9,16 +9,12 @@ namespace tarnwell {
 
 class BufferFollowers final : public BufferDisplays, public UnsavedWork {
   public:
-    BufferFollowers(DataGrid& grid, PendingWrites& pending, EditorPage& editorPage,
-                    SettingCells& cells, SettingsEngine& settings)
-        : grid_(grid),
-          pending_(pending),
-          editorPage_(editorPage),
-          cells_(cells),
-          settings_(settings) {}
+    BufferFollowers(PendingWrites& pending, EditorPage& editorPage, SettingCells& cells,
+                    SettingsEngine& settings)
+        : pending_(pending), editorPage_(editorPage), cells_(cells), settings_(settings) {}
 
     bool MayRefillGrid() override { return editorPage_.MayRefillGrid(); }
-    void FillGrid() override { grid_.FillGrid(); }
+    void FillGrid() override { editorPage_.RefillGrid(); }
     void ShowSettingsFromBuffer() override { settings_.ShowSettingsFromBuffer(); }
     void ClearSettingCells() override { cells_.ClearSettingCells(); }
     void ClearPendingWrites() override { pending_.ClearPendingWrites(); }
@@ -26,7 +22,6 @@ class BufferFollowers final : public BufferDisplays, public UnsavedWork {
     bool HasChangedSettings() const override { return cells_.AnyHasMark(Mark::Save); }
 
   private:
-    DataGrid& grid_;
     PendingWrites& pending_;
     EditorPage& editorPage_;
     SettingCells& cells_;

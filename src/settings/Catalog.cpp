@@ -37,6 +37,11 @@ std::optional<int> CellAtAddress(int address) {
     return static_cast<int>(found - kCells.begin());
 }
 
+std::string SettingNameAt(int address) {
+    const auto cell = CellAtAddress(address);
+    return cell ? CellTitle(*cell) : std::string();
+}
+
 const SettingGroup* GroupAtBase(int address) {
     const auto found = std::ranges::find(SettingGroups, address, &SettingGroup::baseAddress);
     return found == SettingGroups.end() ? nullptr : &*found;

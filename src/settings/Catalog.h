@@ -307,6 +307,9 @@ std::string CellTitle(int cell);
 /// The cell whose byte lies at an EEPROM address, if a named setting does.
 std::optional<int> CellAtAddress(int address);
 
+/// The title of that cell; empty if there is none.
+std::string SettingNameAt(int address);
+
 /// The group whose base address is `address`, if there is one.
 const SettingGroup* GroupAtBase(int address);
 

@@ -18,9 +18,9 @@ int ShiftOf(int cell) {
 
 }  // namespace
 
-SettingsEngine::SettingsEngine(const CommandContext& context, MemoryBuffer& buffer, DataGrid& grid,
+SettingsEngine::SettingsEngine(const CommandContext& context, MemoryBuffer& buffer,
                                EditorPage& editorPage, SettingCells& cells)
-    : Command(context), buffer_(buffer), grid_(grid), editorPage_(editorPage), cells_(cells) {}
+    : Command(context), buffer_(buffer), editorPage_(editorPage), cells_(cells) {}
 
 bool SettingsEngine::RefuseOnSecondary() {
     if (state_.targetDevice == TargetDevice::Primary)
@@ -72,7 +72,7 @@ void SettingsEngine::Merge() {
         byte = WithField(byte, *value, ShiftOf(cell));
         cells_.SetMark(cell, Mark::Clean);
     }
-    grid_.FillGrid();
+    editorPage_.RefillGrid();
     Post("Settings Values Merged Into Memory Buffer");
     state_.bufferChanged = true;
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
@@ -82,42 +82,41 @@ void SettingsEngine::WriteSettingsToEep() {
     const CommandScope scope(statusBar_);
     if (RefuseOnSecondary())
         return;
-    if (BufferHoldsImage() && !editorPage_.MayRefillGrid())
-        return;
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    if (user_.ShowBox(kAskWriteSettings) == Answer::No) {
-        Post(kWriteCancelled);
-        return;
-    }
+    if (user_.ShowBox(kAskWriteSettings) != Answer::Yes)
+        return Post(kWriteCancelled);
     if (!HasCellToWrite()) {
         user_.ShowBox(kNoSettingsChanged);
         return;
     }
-    if (!writeGuard_.MayWrite())
+    if (!MayMergeAfterWrite())
+        return Post(kWriteCancelled);
+    if (writeGuard_.MayWrite())
+        WriteAndVerify();
+}
+
+bool SettingsEngine::MayMergeAfterWrite() {
+    return !BufferHoldsImage() || editorPage_.MayRefillGrid();
+}
+
+void SettingsEngine::WriteAndVerify() {
+    std::vector<Written> written;
+    const Transfer transfer = WriteCells(written);
+    const auto mismatches = transfer == Transfer::Done ? VerifyEEP(written) : std::nullopt;
+    if (!mismatches) {
+        MarkUnverifiedForSaving();
+        i2c_.AbortOperation();
         return;
-    const Outcome outcome = WriteCells() == Transfer::Done ? VerifyEEP() : Outcome::Aborted;
-    switch (outcome) {
-        case Outcome::Aborted:
-            MarkUnverifiedForSaving();
-            i2c_.AbortOperation();
-            return;
-        case Outcome::Mismatch:
-            statusBar_.ShowStatus("ERROR: EEProm and Settings Values Do Not Match!",
-                                  kMismatchSeconds);
-            user_.Beep();
-            user_.ShowBox(kSettingsNotVerified);
-            statusBar_.PutStatus("");
-            return;
-        case Outcome::Verified:
-            if (BufferHoldsImage()) {
-                Merge();
-                state_.eepRead = false;
-            }
-            statusBar_.ShowStatus(kSettingsWritten, kResultSeconds);
-            return;
     }
+    if (!mismatches->empty())
+        return TellMismatches(*mismatches);
+    if (BufferHoldsImage()) {
+        Merge();
+        state_.eepRead = false;
+    }
+    Post(kSettingsWritten);
 }
 
 bool SettingsEngine::HasCellToWrite() const {
@@ -128,50 +127,68 @@ bool SettingsEngine::HasCellToWrite() const {
     return false;
 }
 
-Transfer SettingsEngine::WriteCells() {
+Transfer SettingsEngine::WriteCells(std::vector<Written>& written) {
     for (int cell = 0; cell < kCellCount; ++cell) {
         const auto value = cells_.Value(cell);
         if (cells_.MarkOf(cell) != Mark::Save || !value)
             continue;
-        if (WriteCell(cell, *value) == Transfer::Aborted)
+        std::uint8_t byte = *value;
+        if (WriteCell(cell, byte) == Transfer::Aborted)
             return Transfer::Aborted;
+        written.push_back({cell, byte});
         cells_.SetMark(cell, Mark::EepWritten);
         cells_.SetColour(cell, CellColour::Normal);
     }
     return Transfer::Done;
 }
 
-Transfer SettingsEngine::WriteCell(int cell, std::uint8_t value) {
+/// Of a field in the upper bits, `byte` is the value before and the whole byte afterwards.
+Transfer SettingsEngine::WriteCell(int cell, std::uint8_t& byte) {
     const int shift = ShiftOf(cell);
-    std::uint8_t byte = value;
     if (shift != 0) {
-        if (i2c_.ReadBlock(AddressOf(cell), 1) == Transfer::Aborted)
+        if (i2c_.ReadAgreed(AddressOf(cell)) == Transfer::Aborted)
             return Transfer::Aborted;
-        byte = WithField(i2c_.ReadData()[0], value, shift);
+        byte = WithField(i2c_.ReadData()[0], byte, shift);
     }
     return i2c_.WriteByte(AddressOf(cell), byte);
 }
 
-SettingsEngine::Outcome SettingsEngine::VerifyEEP() {
-    for (int cell = 0; cell < kCellCount; ++cell) {
-        if (cells_.MarkOf(cell) != Mark::EepWritten || cells_.IsEmpty(cell))
-            continue;
+std::optional<std::vector<Mismatch>> SettingsEngine::VerifyEEP(
+    const std::vector<Written>& written) {
+    std::vector<Mismatch> mismatches;
+    for (const auto& [cell, byte] : written) {
         if (i2c_.ReadBlock(AddressOf(cell), 1) == Transfer::Aborted)
-            return Outcome::Aborted;
-        cells_.SetMark(cell, Mark::Clean);
-        if (FieldOf(i2c_.ReadData()[0], ShiftOf(cell)) != cells_.Value(cell))
-            return Outcome::Mismatch;
+            return std::nullopt;
+        const std::uint8_t found = i2c_.ReadData()[0];
+        if (found == byte) {
+            cells_.SetMark(cell, Mark::Clean);
+            continue;
+        }
+        MarkForSaving(cell);
+        mismatches.push_back({AddressOf(cell), byte, found});
     }
-    return Outcome::Verified;
+    return mismatches;
+}
+
+void SettingsEngine::TellMismatches(const std::vector<Mismatch>& mismatches) {
+    statusBar_.ShowStatus("ERROR: EEProm and Settings Values Do Not Match!", kMismatchSeconds);
+    user_.Beep();
+    Box box = kSettingsNotVerified;
+    box.details = MismatchText(mismatches, state_.numberMode, SettingNameAt);
+    user_.ShowBox(box);
+    statusBar_.PutStatus("");
+}
+
+void SettingsEngine::MarkForSaving(int cell) {
+    cells_.SetMark(cell, Mark::Save);
+    cells_.SetColour(cell, CellColour::Changed);
 }
 
 void SettingsEngine::MarkUnverifiedForSaving() {
     for (int cell = 0; cell < kCellCount; ++cell) {
         const Mark mark = cells_.MarkOf(cell);
-        if (mark != Mark::EepWritten && mark != Mark::Save)
-            continue;
-        cells_.SetMark(cell, Mark::Save);
-        cells_.SetColour(cell, CellColour::Changed);
+        if (mark == Mark::EepWritten || mark == Mark::Save)
+            MarkForSaving(cell);
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "editor/EditorPage.h"
+#include "image/Mismatch.h"
 #include "settings/SettingCells.h"
 
 namespace tarnwell {
@@ -10,8 +11,8 @@ inline constexpr std::string_view kUseDataEditor = "Use the Data Editor to View/
 
 class SettingsEngine final : private Command {
   public:
-    SettingsEngine(const CommandContext& context, MemoryBuffer& buffer, DataGrid& grid,
-                   EditorPage& editorPage, SettingCells& cells);
+    SettingsEngine(const CommandContext& context, MemoryBuffer& buffer, EditorPage& editorPage,
+                   SettingCells& cells);
 
     /// Shows the settings that the buffer holds; refuses while the secondary EEPROM is the target.
     void ShowSettingsFromBuffer();
@@ -24,18 +25,27 @@ class SettingsEngine final : private Command {
     bool RefuseOnSecondary();
 
   private:
-    enum class Outcome : std::uint8_t { Verified, Mismatch, Aborted };
+    /// A cell with the whole byte that was written for it.
+    struct Written {
+        int cell;
+        std::uint8_t byte;
+    };
 
     bool BufferHoldsImage() const { return state_.eepRead || state_.bufferChanged; }
     void Merge();
     bool HasCellToWrite() const;
-    [[nodiscard]] Transfer WriteCells();
-    [[nodiscard]] Transfer WriteCell(int cell, std::uint8_t value);
-    Outcome VerifyEEP();
+    bool MayMergeAfterWrite();
+    void WriteAndVerify();
+    [[nodiscard]] Transfer WriteCells(std::vector<Written>& written);
+    [[nodiscard]] Transfer WriteCell(int cell, std::uint8_t& byte);
+
+    /// What differs of the bytes written; nothing if a read was aborted.
+    std::optional<std::vector<Mismatch>> VerifyEEP(const std::vector<Written>& written);
+    void TellMismatches(const std::vector<Mismatch>& mismatches);
+    void MarkForSaving(int cell);
     void MarkUnverifiedForSaving();
 
     MemoryBuffer& buffer_;
-    DataGrid& grid_;
     EditorPage& editorPage_;
     SettingCells& cells_;
 };

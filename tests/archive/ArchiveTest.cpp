@@ -130,9 +130,10 @@ TEST_F(ArchiveTest, NoImageIsLostBeforeTheHeaderIsAccepted) {
     EXPECT_EQ(Run(&ImageArchive::LoadImage, "unused"), "EEProm Image Load Canceled");
     mkfifo(folder.Path("pipe").c_str(), 0600);
     for (const char* name : {"", "missing", ".", "pipe"}) {
-        test.WillAnswer({Answer::Yes});
+        test.WillAnswer({Answer::Yes, Answer::Yes});
         EXPECT_EQ(Run(&ImageArchive::LoadImage, name), "EEProm Image Load Cancelled") << name;
-        EXPECT_EQ(box, "D I S K   L O A D|Discard Present EEProm Image?");
+        EXPECT_TRUE(program.state.gridChanged) << "only a refill discards";
+        EXPECT_EQ(box, "C A U T I O N|Really discard the Data Grid changes?");
     }
     EXPECT_EQ(program.buffer, MemoryBuffer{});
     EXPECT_TRUE(program.state.eepRead && !program.state.bufferChanged);

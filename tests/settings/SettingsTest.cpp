@@ -106,8 +106,9 @@ TEST_F(SettingsTest, BusTraffic) {
 
     memory[2085] = 0x03;
     memory[2228] = 0xA7;
-    expected = "S P S A0+ P S" + read(2085) + " S" + at(2085) + "27+ P S A0+ Sr" + at(2549) +
-               "09+ P S A0+ Sr" + read(2228) + " S" + at(2228) + "97+ P S A0+ Sr";
+    expected = "S P S A0+ P S" + read(2085) + " S" + read(2085) + " S" + at(2085) +
+               "27+ P S A0+ Sr" + at(2549) + "09+ P S A0+ Sr" + read(2228) + " S" + read(2228) +
+               " S" + at(2228) + "97+ P S A0+ Sr";
     cells.ShowValue(70, 0);
     Edit({71, 32, 70}, 9);
     test.television.Record();
@@ -116,28 +117,33 @@ TEST_F(SettingsTest, BusTraffic) {
               expected + read(2085) + " S" + read(2549) + " S" + read(2228));
 }
 
-TEST_F(SettingsTest, WhatEndedEarlyIsReadBackOrWrittenByTheNextWrite) {
+TEST_F(SettingsTest, WhatDidNotArriveIsToldByNameAndWrittenByTheNextWrite) {
     using enum WireEvent;
     program.state.eepRead = true;
     Edit({0, 1, 32}, 5);
-    test.television.Inject({.kind = FaultKind::FlippedBit, .address = 2364});
+    memory[2085] = 0;
+    test.television.Inject({.kind = FaultKind::FlippedBit, .address = 2364, .mask = 0x80});
     EXPECT_EQ(Write(), "");
-    EXPECT_EQ(Looks({0, 1, 32}), "CnCnEn") << "a mismatch ends the verification";
+    EXPECT_EQ(Looks({0, 1, 32}), "CnScCn");
+    EXPECT_EQ(test.user.boxes.back().details,
+              "1 byte differs.\nAddress 2364 (480i CB02): wrote 5, read 133");
     EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(kVerify, kFailed));
     EXPECT_EQ(test.user.beeps, 1);
     EXPECT_EQ(test.timer.running, std::chrono::seconds(30));
     EXPECT_TRUE(program.state.eepRead && !program.state.bufferChanged);
+
+    test.television.ClearFaults();
+    Edit({32}, 6);
+    test.television.Inject({.kind = FaultKind::WrongWrite, .begins = {WriteCycle, 1}, .mask = 1});
+    EXPECT_EQ(Write(), "");
+    EXPECT_EQ(Looks({1, 32}), "ScSc") << "a wrong bit below the field, too";
+    EXPECT_EQ(test.user.boxes.back().details,
+              "2 bytes differ.\nAddress 2364 (480i CB02): wrote 5, read 4"
+              "\nAddress 2085 (Global TINT): wrote 24, read 25");
     test.television.ClearFaults();
     program.state.eepRead = false;
-    memory[2085] = 0;
-    Edit({0}, 77);
-    EXPECT_EQ(Write(), "") << "what waits for its read-back is not written again";
-    cells.SetMark(32, Mark::EepWritten);
-    cells.ClearSettingCells();
-    Edit({0}, 78);
     EXPECT_EQ(Write(), kWritten);
-    EXPECT_EQ(Looks({0, 32}), "CnEn") << "an empty cell has no value to compare";
-    cells.SetMark(32, Mark::Clean);
+    EXPECT_EQ(Looks({1, 32}), "CnCn");
     int value = 0;
     const std::pair<Moment, std::string> rows[] = {
         {{WriteCycle, 1}, "ScScSc"}, {{WriteCycle, 2}, "ScScSc"}, {{Stop, 5}, "ScScSc"},
@@ -162,11 +168,15 @@ TEST_F(SettingsTest, WriteAndMergeAskForTheGridAndFillABufferThatHoldsAnImage) {
     program.wholeDevice.ReadEntireEep();
     Edit({0, 32}, 10);
     program.grid.SetGridChanged(true);
-    Write(Answer::No);
-    test.WillAnswer({Answer::No, Answer::Yes});
+    EXPECT_EQ(Write(Answer::No), "EEProm Write Cancelled");
+    test.WillAnswer({Answer::Yes});
+    EXPECT_EQ(Write(Answer::No), "EEProm Write Cancelled");
+    test.WillAnswer({Answer::No});
     program.settings.MergeSettingsWithBuffer();
     const std::string ask = "C A U T I O N|Really discard the Data Grid changes?";
-    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(ask, ask));
+    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(kVerify, kVerify, ask, ask));
+    EXPECT_EQ(test.television.Count(WireEvent::WriteCycle), 0U);
+    test.WillAnswer({Answer::Yes});
     EXPECT_EQ(Write(), kWritten);
     EXPECT_TRUE(std::equal(memory.begin(), memory.end(), program.buffer.begin()));
     EXPECT_TRUE(program.state.bufferChanged);

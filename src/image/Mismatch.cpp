@@ -1,0 +1,40 @@
+#include "image/Mismatch.h"
+
+#include "core/Number.h"
+
+namespace tarnwell {
+
+namespace {
+
+std::string Line(const Mismatch& mismatch, NumberMode mode, const ByteNames& names) {
+    const auto number = [mode](int value) {
+        return NumberText(static_cast<std::uint32_t>(value), mode);
+    };
+    const std::string name = names ? names(mismatch.address) : std::string();
+    return "\nAddress " + number(mismatch.address) + (name.empty() ? "" : " (" + name + ")") +
+           ": wrote " + number(mismatch.expected) + ", read " + number(mismatch.found);
+}
+
+}  // namespace
+
+std::vector<Mismatch> Differences(const MemoryBuffer& expected, const MemoryBuffer& found) {
+    std::vector<Mismatch> mismatches;
+    for (std::size_t address = 0; address < kEepromBytes; ++address) {
+        if (expected[address] != found[address])
+            mismatches.push_back({static_cast<int>(address), expected[address], found[address]});
+    }
+    return mismatches;
+}
+
+std::string MismatchText(const std::vector<Mismatch>& mismatches, NumberMode mode,
+                         const ByteNames& names) {
+    if (mismatches.empty())
+        return {};
+    std::string text = std::to_string(mismatches.size()) +
+                       (mismatches.size() == 1 ? " byte differs." : " bytes differ.");
+    for (const Mismatch& mismatch : mismatches)
+        text += Line(mismatch, mode, names);
+    return text;
+}
+
+}  // namespace tarnwell

@@ -7,7 +7,7 @@ namespace tarnwell {
 
 namespace {
 
-constexpr qint64 kPaintingInterval = 40;  // ms
+constexpr qint64 kPaintingInterval = 100;  // ms
 
 bool isInput(QEvent::Type type) {
     switch (type) {
@@ -45,13 +45,12 @@ void InputGate::keepPainting() {
     if (!m_shut) {
         m_shut = true;
         qApp->installEventFilter(this);
-        m_sinceEvents.start();
+    } else if (m_sinceEvents.elapsed() < kPaintingInterval) {
         return;
     }
-    if (m_sinceEvents.elapsed() < kPaintingInterval)
-        return;
+    Q_EMIT painting();
     QCoreApplication::processEvents();
-    m_sinceEvents.restart();
+    m_sinceEvents.start();
 }
 
 void InputGate::open() {

@@ -11,13 +11,18 @@ namespace tarnwell {
 class InputGate final : public QObject {
     Q_OBJECT
   public:
-    /// Shuts the gate; lets pending events through every few hundredths of a second.
+    /// Shuts the gate; lets pending events through at once, then ten times a second, which is as
+    /// often as a person sees a number change.
     void keepPainting();
 
     bool isShut() const { return m_shut; }
 
     /// Opens the gate after the input that is still on its way was dropped.
     void open();
+
+  Q_SIGNALS:
+    /// What is painted now is seen.
+    void painting();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -16,6 +16,8 @@ class QtUser final : public User {
     void Beep() override;
     void KeepPainting() override { m_gate.keepPainting(); }
 
+    const InputGate& gate() const { return m_gate; }
+
     /// The window that boxes belong to while no dialog is open.
     void setWindow(QWidget* window) { m_window = window; }
 

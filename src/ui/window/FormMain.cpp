@@ -118,6 +118,7 @@ void FormMain::buildButtons() {
 void FormMain::connectSignals() {
     connect(&m_msgTimer.timer(), &QTimer::timeout, this,
             [this] { m_program.statusBar.MsgTimerFired(); });
+    connect(&m_user.gate(), &InputGate::painting, this, &FormMain::showProgress);
     connect(&m_menu, &MainMenu::bufferMenuOpening, this,
             [this] { run([this] { m_program.editorPage.SettleGridEdits(); }); });
     connect(&m_menu, &MainMenu::otherMenuOpening, this,
@@ -181,14 +182,13 @@ void FormMain::openImage(const std::string& path) {
 void FormMain::Changed(Shown what) {
     switch (what) {
         case Shown::ModePanel:
-            return m_statusArea.refresh(Panel::Mode);
+            return showPanel(Panel::Mode);
         case Shown::StatusPanel:
-            return m_statusArea.refresh(Panel::Status);
+            return showPanel(Panel::Status);
         case Shown::CrcPanel:
-            return m_statusArea.refresh(Panel::Crc);
+            return showPanel(Panel::Crc);
         case Shown::EepPanel:
-            m_statusArea.refresh(Panel::Eep);
-            return showProgress();
+            return showPanel(Panel::Eep);
         case Shown::Menus:
             return m_menu.sync();
         case Shown::Layout:
@@ -203,8 +203,18 @@ void FormMain::Changed(Shown what) {
     }
 }
 
+// The percentage runs on too fast for titles and screen readers: they follow when it is painted.
+void FormMain::showPanel(Panel panel) {
+    m_statusArea.refresh(panel);
+    if (panel != Panel::Eep)
+        m_statusArea.name(panel);
+    else if (!m_program.statusBar.RunningProgress())
+        showProgress();
+}
+
 void FormMain::showProgress() {
     const std::optional<Progress>& progress = m_program.statusBar.RunningProgress();
+    m_statusArea.name(Panel::Eep);
     setWindowTitle(!progress ? m_caption
                              : QStringLiteral("%1 - %2%, %3 s left")
                                    .arg(m_caption)

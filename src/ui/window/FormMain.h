@@ -77,6 +77,7 @@ class FormMain final : public QMainWindow,
     void showAbout();
 
     void Changed(Shown what) override;
+    void showPanel(Panel panel);
     void showProgress();
 
     void GridRefilled() override;

@@ -78,6 +78,7 @@ StatusArea::StatusArea(const StatusBar& statusBar, QWidget* parent)
         panel->setMargin(scaled(30));
         m_panels[index] = panel;
         refresh(static_cast<Panel>(index));
+        name(static_cast<Panel>(index));
     }
     m_captions[0]->setToolTip(QStringLiteral(" Easter Egg! "));
     m_strip.setObjectName(QStringLiteral("StatusStrip"));
@@ -105,14 +106,17 @@ void StatusArea::setLayoutMode(SizeMode mode) {
 }
 
 void StatusArea::refresh(Panel panel) {
-    const auto index = static_cast<std::size_t>(panel);
-    m_panels[index]->setText(toQt(m_statusBar.Text(panel)));
-    m_panels[index]->setAccessibleName(QLatin1String(kCaptions[index]) + QStringLiteral(": ") +
-                                       m_panels[index]->text());
+    m_panels[static_cast<std::size_t>(panel)]->setText(toQt(m_statusBar.Text(panel)));
     if (panel != Panel::Eep)
         return;
     const std::optional<Progress>& progress = m_statusBar.RunningProgress();
     m_progress->setPercent(progress ? std::optional(progress->percent) : std::nullopt);
+}
+
+void StatusArea::name(Panel panel) {
+    const auto index = static_cast<std::size_t>(panel);
+    m_panels[index]->setAccessibleName(QLatin1String(kCaptions[index]) + QStringLiteral(": ") +
+                                       m_panels[index]->text());
 }
 
 bool StatusArea::eventFilter(QObject* watched, QEvent* event) {

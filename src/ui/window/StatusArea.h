@@ -37,6 +37,9 @@ class StatusArea final : public QWidget {
     void setLayoutMode(SizeMode mode);
     void refresh(Panel panel);
 
+    /// Tells a screen reader what the panel shows.
+    void name(Panel panel);
+
   Q_SIGNALS:
     void captionDoubleClicked();
 

@@ -1,12 +1,18 @@
 // Joins the window with the port that it drives.
 #include <QApplication>
+#include <QSocketNotifier>
 #include <QTimer>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
 
 #include "core/OptionsFile.h"
+#include "core/StopRequest.h"
 #include "core/UserFolders.h"
 #include "port/OpenedPort.h"
 #include "port/system/LinuxSystemCalls.h"
 #include "ui/desktop/CommandLine.h"
+#include "ui/desktop/DisplayNeeded.h"
 #include "ui/window/FormMain.h"
 
 namespace {
@@ -29,22 +35,49 @@ OpenedPort openPort(const CommandLine& line, SystemCalls& system) {
     return std::get<OpenedPort>(std::move(opened));
 }
 
+/// The program while its window may be shown.
+Program* shown = nullptr;
+
+/// Qt leaves the process, whatever it does at the moment, when the display has ended.
+void endWithoutDisplay() {
+    if (shown != nullptr)
+        shown->Abandon("the display has ended");
+}
+
+void endBySignal(int signal) {
+    shown->Abandon(std::string("stopped by SIG") + sigabbrev_np(signal));
+    std::_Exit(128 + signal);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    static StopRequest stop;  // a signal may come until the very end
+    const int signals = NoteSignals(stop);
     nameApplication();
     const CommandLine line = readCommandLine(argc, argv);
     LinuxSystemCalls system;
     const OpenedPort opened = openPort(line, system);
 
-    QApplication application(argc, argv);
+    std::optional<QApplication> application;
+    {
+        const DisplayNeeded needed;
+        application.emplace(argc, argv);
+    }
     OptionsFile store(OptionsPath());
     LinuxPlatform platform;
-    FormMain window({opened.TheWire(), store, platform, opened.port->IsSimulated(),
+    FormMain window({opened.TheWire(stop), store, platform, opened.port->IsSimulated(),
                      StateFolder() + "/backups"});
     window.startUp();
+    shown = &window.program();
+    std::atexit(endWithoutDisplay);
+    stop.wayOut = [&] { endBySignal(stop.Signal()); };
+    const QSocketNotifier notifier(signals, QSocketNotifier::Read);
+    QObject::connect(&notifier, &QSocketNotifier::activated, [&] { stop.Obey(); });
     window.show();
     if (line.imageFile)
         QTimer::singleShot(0, &window, [&] { window.openImage(*line.imageFile); });
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    shown = nullptr;
+    return status;
 }

@@ -195,11 +195,12 @@ struct TestProgram {
     ManualTimer timer;
     ScriptedUser user;
     MemoryRegistry registry;
+    StopRequest stop;
     Program program;
 
     explicit TestProgram(Simulation simulation = {})
         : television(simulation),
-          program({{television, television},
+          program({{television, television, NoBusTrace(), stop},
                    outside,
                    timer,
                    user,

@@ -129,6 +129,12 @@ void mI2Ccode::AbortOperation() {
     Report(kNoAcknowledge);
 }
 
+void mI2Ccode::GiveUp() {
+    if (timing_.HoldsALine() && !PortFailed())
+        FreeBus();
+    Release();
+}
+
 void mI2Ccode::Report(const Message& message) {
     user_.ShowBox(Box(message).WithLine(port_.Failure()));
     statusBar_.ShowStatus("I2C Operation Aborted", kResultSeconds);

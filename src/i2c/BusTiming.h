@@ -52,6 +52,11 @@ class BusTiming {
     /// Tells how long a port read takes, as measured; the shortest one counts.
     void NoteReadTime(BusTime duration) { readTime_ = std::min(readTime_, duration); }
 
+    /// Whether a line was driven low last.
+    bool HoldsALine() const {
+        return (sclKnown_ && scl_ == Level::Low) || (sdaKnown_ && sda_ == Level::Low);
+    }
+
     /// Forgets the levels, after accesses that may not have reached the wire.
     void Forget();
 

@@ -80,6 +80,7 @@ Transfer mI2Ccode::ReadBytes(std::int16_t count, DeviceProgress* progress) {
             SendAck();
         if (BusFailed())
             return Transfer::Aborted;
+        stop_.Obey();
         if (progress != nullptr && index != last)
             progress->Show(index + 1);
     }
@@ -112,7 +113,11 @@ Transfer mI2Ccode::WriteByte(std::int16_t address, std::uint8_t value) {
     if (SendAddressed(select, address) == Transfer::Aborted || Send(value) == Transfer::Aborted)
         return Transfer::Aborted;
     SendStop();
-    return PollUntilWritten(select);
+    if (PollUntilWritten(select) == Transfer::Aborted)
+        return Transfer::Aborted;
+    ++bytesWritten_;
+    stop_.Obey();
+    return Transfer::Done;
 }
 
 Transfer mI2Ccode::PollUntilWritten(std::uint8_t select) {

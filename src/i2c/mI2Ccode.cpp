@@ -19,6 +19,7 @@ mI2Ccode::mI2Ccode(const Wire& wire, const ProgramState& state, StatusBar& statu
       statusBar_(statusBar),
       user_(user),
       trace_(wire.trace),
+      stop_(wire.stop),
       timing_(wire.clock) {}
 
 void mI2Ccode::ApplyPortOptions() {
@@ -36,6 +37,7 @@ void mI2Ccode::Claim() {
 void mI2Ccode::Release() {
     port_.Release();
     trace_.Released();
+    bytesWritten_ = 0;
 }
 
 std::uint8_t mI2Ccode::TimedRead(std::uint16_t address) {

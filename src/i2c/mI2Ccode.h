@@ -7,6 +7,7 @@
 
 #include "core/ProgramState.h"
 #include "core/StatusBar.h"
+#include "core/StopRequest.h"
 #include "core/User.h"
 #include "i2c/BusTiming.h"
 #include "i2c/BusTrace.h"
@@ -45,6 +46,7 @@ struct Wire {
     Port& port;
     Clock& clock;
     BusTrace& trace = NoBusTrace();
+    const StopRequest& stop = NoStopRequest();
 };
 
 /// The program as the only master on the bus. Claim the bus (BusClaim) before any operation.
@@ -102,6 +104,13 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     /// Ends a command whose transaction was aborted: frees the bus and tells the user.
     void AbortOperation();
 
+    /// How many bytes the command that runs has written so far.
+    int BytesWritten() const { return bytesWritten_; }
+
+    /// For the end of the program in a command: frees the bus, if it is not free, and gives the
+    /// port back.
+    void GiveUp();
+
   private:
     friend class BusClaim;
     void Claim();
@@ -149,12 +158,14 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     StatusBar& statusBar_;
     User& user_;
     BusTrace& trace_;
+    const StopRequest& stop_;
     BusTiming timing_;
     PinSetup pins_ = DecodePinOptions(kDefaultPinOptions);
     EepromArray readData_{};
     std::uint16_t baseAddress_ = 0;
     std::map<std::uint16_t, Owed> owed_;  ///< by base address
     int ackSample_ = 1;       ///< at which sample the target device acknowledged in the bus check
+    int bytesWritten_ = 0;    ///< since the claim
     bool disturbed_ = false;  ///< at a sample a line was not where it was driven or released to
 };
 

@@ -16,8 +16,8 @@ struct OpenedPort {
     std::unique_ptr<ChosenPort> port;
     std::unique_ptr<VcdTrace> trace;
 
-    Wire TheWire() const {
-        return {port->ThePort(), port->TheClock(), trace ? *trace : NoBusTrace()};
+    Wire TheWire(const StopRequest& stop = NoStopRequest()) const {
+        return {port->ThePort(), port->TheClock(), trace ? *trace : NoBusTrace(), stop};
     }
 };
 

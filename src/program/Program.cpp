@@ -1,5 +1,7 @@
 #include "program/Program.h"
 
+#include <cstdio>
+
 namespace tarnwell {
 
 namespace {
@@ -38,6 +40,18 @@ void Program::StartUp(StartUpSteps& steps) {
 
 Closing Program::ShutDown() {
     return tarnwell::ShutDown(RunOf(*this, outside_), followers);
+}
+
+void Program::Abandon(std::string_view why) {
+    std::string line = "tarnwell: " + std::string(why);
+    if (const int written = i2c.BytesWritten(); written > 0)
+        line += "; " + std::to_string(written) +
+                (written == 1 ? " byte was written" : " bytes were written") + " to the " +
+                (state.targetDevice == TargetDevice::Primary ? "primary" : "secondary") +
+                " EEPROM and not verified";
+    i2c.GiveUp();
+    SaveOptions(outside_.registry, state, outside_.window);
+    std::fprintf(stderr, "%s.\n", line.c_str());
 }
 
 void Program::ChoosePort(const PortChoice& choice) {

@@ -36,6 +36,10 @@ class Program final {
     void StartUp(StartUpSteps& steps);
     Closing ShutDown();
 
+    /// The end of the program in whatever it does, without a question: frees the bus, saves the
+    /// options, and says on standard error why and what was left. End the process then.
+    void Abandon(std::string_view why);
+
     /// The Parallel Port menu; nothing else happens until the next access.
     void ChoosePort(const PortChoice& choice);
 

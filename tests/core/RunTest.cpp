@@ -1,5 +1,8 @@
 // The two ends of a run, the options between runs, the status line and its timer.
-#include "support/TestProgram.h"
+#include <csignal>
+#include <span>
+
+#include "support/BusCommands.h"
 
 namespace tarnwell {
 namespace {
@@ -132,6 +135,28 @@ TEST(ShutDown, AsksAtMostOneQuestionAfterSavingTheOptions) {
             EXPECT_EQ(test.registry.flushes, flushes + 1);
             EXPECT_EQ(test.program.state.bufferChanged, row.buffer);
         }
+    }
+}
+
+TEST(Abandon, FreesTheBusAtTheNextByteOfACommandAndSavesTheOptions) {
+    for (const BusCommand& command : std::span(kBusCommands).first(4)) {
+        TestProgram test;
+        const int flushes = test.registry.flushes;
+        test.stop.wayOut = [&] {
+            test.program.Abandon("ended");
+            throw test.stop.Signal();
+        };
+        test.stop.Note(SIGTERM);
+        testing::internal::CaptureStderr();
+        EXPECT_THROW(command.run(test), int) << command.name;
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  command.writes ? "tarnwell: ended; 1 byte was written to the primary EEPROM and "
+                                   "not verified.\n"
+                                 : "tarnwell: ended.\n");
+        EXPECT_EQ(test.television.Count(WireEvent::WriteCycle), command.writes ? 1U : 0U);
+        EXPECT_TRUE(test.television.Scl() && test.television.Sda());
+        EXPECT_EQ(test.television.DlPortReadPortUchar(0x378), 0xFF) << "the port is given back";
+        EXPECT_EQ(test.registry.flushes, flushes + 1);
     }
 }
 

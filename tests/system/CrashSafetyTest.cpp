@@ -105,7 +105,7 @@ void StartProgram(const std::string& folder) {
         waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT);
     }
     usleep(200'000);
-    EXPECT_EQ(WTERMSIG(End(program, SIGTERM)), SIGTERM);
+    EXPECT_EQ(WEXITSTATUS(End(program, SIGTERM)), 128 + SIGTERM);
 }
 
 class CrashSafety : public testing::TestWithParam<Store> {};

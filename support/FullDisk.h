@@ -1,4 +1,4 @@
-// A disk without room: files of this process cannot grow beyond a few bytes.
+// A disk without room: files of this process cannot grow beyond a size.
 #pragma once
 
 #include <sys/resource.h>
@@ -9,10 +9,10 @@ namespace tarnwell {
 
 class FullDisk {
   public:
-    FullDisk() {
+    explicit FullDisk(rlim_t bytes = 100) {
         std::signal(SIGXFSZ, SIG_IGN);
         getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit full{100, before_.rlim_max};
+        const rlimit full{bytes, before_.rlim_max};
         setrlimit(RLIMIT_FSIZE, &full);
     }
     ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }

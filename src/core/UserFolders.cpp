@@ -9,13 +9,6 @@ namespace tarnwell {
 
 namespace {
 
-std::string HomeFolder() {
-    if (const char* const home = std::getenv("HOME"); home && *home)
-        return home;
-    const passwd* const account = getpwuid(getuid());
-    return account ? account->pw_dir : ".";
-}
-
 std::string Folder(const char* variable, const char* belowHome) {
     // A relative path is to be ignored.
     const char* const given = std::getenv(variable);
@@ -23,6 +16,13 @@ std::string Folder(const char* variable, const char* belowHome) {
 }
 
 }  // namespace
+
+std::string HomeFolder() {
+    if (const char* const home = std::getenv("HOME"); home && *home)
+        return home;
+    const passwd* const account = getpwuid(getuid());
+    return account ? account->pw_dir : ".";
+}
 
 std::string ConfigFolder() {
     return Folder("XDG_CONFIG_HOME", "/.config") + "/Halvdorn";

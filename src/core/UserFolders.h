@@ -5,6 +5,9 @@
 
 namespace tarnwell {
 
+/// $HOME, or the account's home where that is not set.
+std::string HomeFolder();
+
 /// For the options: `Halvdorn` below $XDG_CONFIG_HOME or ~/.config.
 std::string ConfigFolder();
 

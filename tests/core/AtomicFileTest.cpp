@@ -2,12 +2,10 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
-
+#include "support/FullDisk.h"
 #include "support/TemporaryFolder.h"
 
 namespace tarnwell {
@@ -47,13 +45,10 @@ TEST_F(AtomicFileTest, ReplacesContentAndKeepsPermissionsAndLinks) {
 
 TEST_F(AtomicFileTest, FullDiskLeavesTheOldFileAlone) {
     folder.Write("file", "old");
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit full{100, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &full);
-    EXPECT_FALSE(Save(folder.Path("file"), std::string(200, 'x')));
-    setrlimit(RLIMIT_FSIZE, &before);
+    {
+        const FullDisk full;
+        EXPECT_FALSE(Save(folder.Path("file"), std::string(200, 'x')));
+    }
     EXPECT_EQ(folder.Read("file"), "old");
     EXPECT_EQ(FilesLeft(), 1);
 }

@@ -1,14 +1,12 @@
 // The VCD of the bus: beside the wire of the simulated television, and as sigrok decodes it.
 #include "port/VcdTrace.h"
 
-#include <sys/resource.h>
-
-#include <csignal>
 #include <cstdlib>
 #include <sstream>
 
 #include "core/Number.h"
 #include "support/BusChanges.h"
+#include "support/FullDisk.h"
 #include "support/QuietProgram.h"
 #include "support/TemporaryFolder.h"
 
@@ -127,16 +125,12 @@ TEST_F(VcdTraceTest, IsNoTraceOfAPortThatFails) {
 }
 
 TEST_F(VcdTraceTest, EndsWithOneLineWhereTheDiskIsFull) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit small{10'000, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
+    std::optional<FullDisk> full(10'000);
     testing::internal::CaptureStderr();
     const Transfer first = Read(0, 300);
     const Transfer second = Read(0, 300);
     const std::string told = testing::internal::GetCapturedStderr();
-    setrlimit(RLIMIT_FSIZE, &before);
+    full.reset();
     EXPECT_EQ(first, Transfer::Done);
     EXPECT_EQ(second, Transfer::Done);
     EXPECT_EQ(told,

@@ -9,6 +9,7 @@
 #include <QScreen>
 #include <QStandardPaths>
 
+#include "core/UserFolders.h"
 #include "ui/looks/Measures.h"
 #include "ui/looks/Text.h"
 
@@ -76,7 +77,7 @@ QString startFolder(const std::string& folder) {
     if (!wanted.isEmpty() && QDir(wanted).exists())
         return wanted;
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QDir(documents).exists() ? documents : QDir::homePath();
+    return QDir(documents).exists() ? documents : pathToQt(HomeFolder());
 }
 
 /// A dotted date would pass for an extension, so the dialog would not add its own.

@@ -42,7 +42,7 @@ void AddArchives(Table& table) {
     folder.Write("image.bin", {program.buffer.begin(), program.buffer.end() - 1});
     quiet.user.file = folder.Path("image.mot");
     const double save = BestOf(kTimes, [&] {
-        program.state.bufferChanged = true;
+        program.state.BufferChanged = true;
         program.imageArchive.SaveImage();
     });
     const double load = BestOf(kTimes, [&] { program.imageArchive.LoadImage(); });

@@ -24,7 +24,7 @@ void LoadSettings(std::string_view content, NumberMode mode) {
         REQUIRE(value && *value < 256 >> Cell(cell).setting->shift);
         values[static_cast<std::size_t>(cell)] = *value;
     }
-    program.state.bufferChanged = true;
+    program.state.BufferChanged = true;
     program.settings.MergeSettingsWithBuffer();
     program.settings.ShowSettingsFromBuffer();
     const auto requireSameValues = [&] {

@@ -55,7 +55,7 @@ ImageArchive::ImageArchive(const CommandContext& context, const Calendar& calend
 
 void ImageArchive::SaveImage() {
     const CommandScope scope(statusBar_);
-    if (!state_.eepRead && !state_.bufferChanged) {
+    if (!state_.EepRead && !state_.BufferChanged) {
         user_.ShowBox(kMustReadFirst);
         return;
     }
@@ -63,8 +63,8 @@ void ImageArchive::SaveImage() {
         AskArchive(FileRequest::Kind::Save, "Save EEPROM Image As...", ProposedName());
     if (!path || !SaveTo(*path))
         return Post(kSaveCancelled);
-    state_.bufferChanged = false;
-    state_.eepRead = false;
+    state_.BufferChanged = false;
+    state_.EepRead = false;
     Post("EEProm Image Saved to Disk");
 }
 
@@ -97,7 +97,7 @@ void ImageArchive::LoadImageFile(const std::string& path) {
 bool ImageArchive::MayReplaceBuffer() {
     if (!displays_.MayRefillGrid())
         return false;
-    if (!state_.eepRead || user_.ShowBox(kAskDiscard) == Answer::Yes)
+    if (!state_.EepRead || user_.ShowBox(kAskDiscard) == Answer::Yes)
         return true;
     Post(kDiscardRefused);
     return false;
@@ -136,8 +136,8 @@ bool ImageArchive::WantsForeign(ArchiveKind kind) {
 }
 
 void ImageArchive::LoadRecords(ArchiveFile& file) {
-    state_.eepRead = false;
-    state_.bufferChanged = true;
+    state_.EepRead = false;
+    state_.BufferChanged = true;
     const LoadEnd end = LoadImageRecords(file, buffer_);
     if (end == LoadEnd::TooManyAddresses)
         EndProgram(user_, kTooManyAddresses);

@@ -31,9 +31,9 @@ struct ProgramState {
     std::string editLeft;
     std::string archiveFolder;  ///< where the file dialogs open
 
-    bool bufferChanged = false;
-    bool eepRead = false;
-    bool gridChanged = false;
+    bool BufferChanged = false;
+    bool EepRead = false;
+    bool GridChanged = false;
 
     bool fillItemVisible = false;
     bool driverLoaderItemVisible = false;

@@ -43,7 +43,7 @@ Closing ShutDown(const RunContext& run, UnsavedWork& work) {
     Answer answer = Answer::Yes;
     if (work.HasChangedSettings())
         answer = run.user.ShowBox(kSettingsNotSaved);
-    else if (run.state.bufferChanged)
+    else if (run.state.BufferChanged)
         answer = run.user.ShowBox(kBufferNotSaved);
     return answer == Answer::Yes ? Closing::EndProgram : Closing::KeepRunning;
 }

@@ -86,7 +86,7 @@ CellEditor::Commit CellEditor::CommitCellEdit() {
     record_.EditOldValue = before;
     record_.EditNewValue = grid_.EditText();
 
-    const bool gridWasChanged = state_.gridChanged;
+    const bool gridWasChanged = state_.GridChanged;
     grid_.SetGridChanged(true);
     if (!CheckEditValue())
         return Commit::Settled;

@@ -28,7 +28,7 @@ void DataGrid::TransferGrid() {
     view_.GridRefilled();
     SetGridChanged(false);
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
-    state_.bufferChanged = true;
+    state_.BufferChanged = true;
     statusBar_.ShowStatus("Data Grid Values Transfered to Memory Buffer", kResultSeconds);
 }
 
@@ -67,7 +67,7 @@ void DataGrid::SetCurrentText(const std::string& text) {
 }
 
 void DataGrid::SetGridChanged(bool changed) {
-    state_.gridChanged = changed;
+    state_.GridChanged = changed;
     screen_.Changed(Shown::EditorCaption);
 }
 

@@ -74,19 +74,19 @@ bool EditorPage::SettleGridEdits() {
 bool EditorPage::MayRefillGrid() {
     const CommandScope scope(statusBar_);
     cellEditor_.SettleEntry();
-    return !state_.gridChanged || user_.ShowBox(kAskDiscard) == Answer::Yes;
+    return !state_.GridChanged || user_.ShowBox(kAskDiscard) == Answer::Yes;
 }
 
 void EditorPage::RefillGrid() {
     grid_.FillGrid();
-    if (!state_.gridChanged)
+    if (!state_.GridChanged)
         return;
     grid_.SetGridChanged(false);
     pending_.ClearPendingWrites();
 }
 
 bool EditorPage::AskAndSettle(const Message& question) {
-    if (!state_.gridChanged)
+    if (!state_.GridChanged)
         return true;
     if (user_.ShowBox(question) != Answer::Yes)
         return AskAndDiscard();

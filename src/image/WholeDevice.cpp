@@ -73,7 +73,7 @@ void WholeDevice::ReadEntireEep() {
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
     displays_.FillGrid();
     displays_.ShowSettingsFromBuffer();
-    state_.eepRead = true;
+    state_.EepRead = true;
 }
 
 void WholeDevice::WriteEntireEep() {

@@ -74,7 +74,7 @@ void SettingsEngine::Merge() {
     }
     editorPage_.RefillGrid();
     Post("Settings Values Merged Into Memory Buffer");
-    state_.bufferChanged = true;
+    state_.BufferChanged = true;
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
 }
 
@@ -114,7 +114,7 @@ void SettingsEngine::WriteAndVerify() {
         return TellMismatches(*mismatches);
     if (BufferHoldsImage()) {
         Merge();
-        state_.eepRead = false;
+        state_.EepRead = false;
     }
     Post(kSettingsWritten);
 }

@@ -31,7 +31,7 @@ class SettingsEngine final : private Command {
         std::uint8_t byte;
     };
 
-    bool BufferHoldsImage() const { return state_.eepRead || state_.bufferChanged; }
+    bool BufferHoldsImage() const { return state_.EepRead || state_.BufferChanged; }
     void Merge();
     bool HasCellToWrite() const;
     bool MayMergeAfterWrite();

@@ -22,11 +22,11 @@ void ValueEditor::CellClicked(int cell) {
 }
 
 int ValueEditor::Maximum() const {
-    return Cell(edit_->cell).setting->maximum;
+    return Cell(edit_->EditCellIndex).setting->maximum;
 }
 
 int ValueEditor::StartValue() const {
-    return std::min<int>(cells_.Value(edit_->cell).value_or(0), Maximum());
+    return std::min<int>(cells_.Value(edit_->EditCellIndex).value_or(0), Maximum());
 }
 
 std::string ValueEditor::Readout(int value) const {
@@ -34,7 +34,7 @@ std::string ValueEditor::Readout(int value) const {
 }
 
 ValueEditor::Accepted ValueEditor::Accept(const std::string& readout) {
-    const int cell = edit_->cell;
+    const int cell = edit_->EditCellIndex;
     if (!cells_.IsEmpty(cell) && readout == cells_.Caption(cell)) {
         cells_.SetMark(cell, Mark::False);
         return Accepted::Unchanged;
@@ -47,16 +47,16 @@ ValueEditor::Accepted ValueEditor::Accept(const std::string& readout) {
 void ValueEditor::EndEdit() {
     const Edit edit = *edit_;
     edit_.reset();
-    if (cells_.MarkOf(edit.cell) == Mark::Changed) {
-        Post(StatusLineName(edit.cell) + "Value Changed");
-        cells_.SetMark(edit.cell, Mark::Save);
-        cells_.SetColour(edit.cell, CellColour::Changed);
+    if (cells_.MarkOf(edit.EditCellIndex) == Mark::Changed) {
+        Post(StatusLineName(edit.EditCellIndex) + "Value Changed");
+        cells_.SetMark(edit.EditCellIndex, Mark::Save);
+        cells_.SetColour(edit.EditCellIndex, CellColour::Changed);
         return;
     }
     Post("Value Change Aborted");
     const bool waits = edit.mark == Mark::Save;
-    cells_.SetMark(edit.cell, waits ? Mark::Save : Mark::Clean);
-    cells_.SetColour(edit.cell, waits ? edit.colour : CellColour::Normal);
+    cells_.SetMark(edit.EditCellIndex, waits ? Mark::Save : Mark::Clean);
+    cells_.SetColour(edit.EditCellIndex, waits ? edit.colour : CellColour::Normal);
 }
 
 }  // namespace tarnwell

@@ -33,7 +33,7 @@ class ValueEditor final : private Command {
 
     /// The cell as it was before the click.
     struct Edit {
-        int cell;
+        int EditCellIndex;
         Mark mark;
         CellColour colour;
     };

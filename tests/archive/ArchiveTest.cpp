@@ -108,14 +108,14 @@ TEST_F(ArchiveTest, ImageHoldsWhatDiffersFromAnErasedDevice) {
     EXPECT_EQ(box, "E R R O R|Must First Read the EEPROM! ");
     program.buffer.fill(0xFF);
     program.buffer[0x123] = 0x5A;
-    program.state.eepRead = program.state.bufferChanged = true;
+    program.state.EepRead = program.state.BufferChanged = true;
     std::filesystem::create_symlink("/dev/full", folder.Path("full.mot"));
     for (const char* name : {"", "full.mot", "missing/image.mot"})
         EXPECT_EQ(Run(&ImageArchive::SaveImage, name), "EEProm Image Save Cancelled") << name;
-    EXPECT_TRUE(program.state.eepRead && program.state.bufferChanged);
+    EXPECT_TRUE(program.state.EepRead && program.state.BufferChanged);
 
     EXPECT_EQ(Run(&ImageArchive::SaveImage, "a.mot"), "EEProm Image Saved to Disk");
-    EXPECT_FALSE(program.state.eepRead || program.state.bufferChanged);
+    EXPECT_FALSE(program.state.EepRead || program.state.BufferChanged);
     EXPECT_EQ(folder.Read("a.mot"),
               kImage + "S1130120FFFFFF5AFFFFFFFFFFFFFFFFFFFFFFFF80\r\n" + kEnd);
     EXPECT_EQ(program.state.archiveFolder + "/", folder.Path());
@@ -123,7 +123,7 @@ TEST_F(ArchiveTest, ImageHoldsWhatDiffersFromAnErasedDevice) {
 }
 
 TEST_F(ArchiveTest, NoImageIsLostBeforeTheHeaderIsAccepted) {
-    program.state.eepRead = true;
+    program.state.EepRead = true;
     program.grid.SetGridChanged(true);
     test.WillAnswer({Answer::No, Answer::Yes, Answer::No});
     EXPECT_EQ(Run(&ImageArchive::LoadImage, "unused"), "");
@@ -132,11 +132,11 @@ TEST_F(ArchiveTest, NoImageIsLostBeforeTheHeaderIsAccepted) {
     for (const char* name : {"", "missing", ".", "pipe"}) {
         test.WillAnswer({Answer::Yes, Answer::Yes});
         EXPECT_EQ(Run(&ImageArchive::LoadImage, name), "EEProm Image Load Cancelled") << name;
-        EXPECT_TRUE(program.state.gridChanged) << "only a refill discards";
+        EXPECT_TRUE(program.state.GridChanged) << "only a refill discards";
         EXPECT_EQ(box, "C A U T I O N|Really discard the Data Grid changes?");
     }
     EXPECT_EQ(program.buffer, MemoryBuffer{});
-    EXPECT_TRUE(program.state.eepRead && !program.state.bufferChanged);
+    EXPECT_TRUE(program.state.EepRead && !program.state.BufferChanged);
 }
 
 TEST_F(ArchiveTest, ImageLoadTable) {
@@ -185,7 +185,7 @@ TEST_F(ArchiveTest, ImageLoadTable) {
         SCOPED_TRACE(load.content.substr(0, 99));
         const bool changed = byte != kKept;
         program.buffer.fill(kKept);
-        program.state.bufferChanged = false;
+        program.state.BufferChanged = false;
         program.statusBar.ShowCrc("");
         test.user.answers = {Answer::No};
         test.user.onBox = [&](const Box& shown) {
@@ -194,7 +194,7 @@ TEST_F(ArchiveTest, ImageLoadTable) {
         };
         Expect(load, &ImageArchive::LoadImage);
         EXPECT_EQ(program.buffer[slot], byte);
-        EXPECT_EQ(program.state.bufferChanged, changed);
+        EXPECT_EQ(program.state.BufferChanged, changed);
         EXPECT_EQ(BufferIsShown(), changed);
     }
 }
@@ -207,7 +207,7 @@ TEST_F(ArchiveTest, ImagesGoRoundThroughOtherPrograms) {
         for (std::size_t i = 0; i < kEepromBytes; ++i)
             program.buffer[i] = static_cast<std::uint8_t>(i * i / 7 & 0x7F);
         program.buffer.back() = 0xFF;
-        program.state.bufferChanged = true;
+        program.state.BufferChanged = true;
         const MemoryBuffer image = program.buffer;
         Run(&ImageArchive::SaveImage, "a.mot");
         Shell("objcopy -I srec -O binary --gap-fill=0xFF a.mot in.bin");

@@ -117,7 +117,7 @@ TEST(ShutDown, AsksAtMostOneQuestionAfterSavingTheOptions) {
           Row{true, false, kSettingsQuestion}, Row{false, true, kBufferQuestion}}) {
         for (const Answer answer : {Answer::Yes, Answer::No}) {
             TestProgram test;
-            test.program.state.bufferChanged = row.buffer;
+            test.program.state.BufferChanged = row.buffer;
             if (row.settings)
                 test.program.cells.SetMark(71, Mark::Save);
             const std::string question = row.question;
@@ -133,7 +133,7 @@ TEST(ShutDown, AsksAtMostOneQuestionAfterSavingTheOptions) {
             EXPECT_EQ(test.user.TakeBoxes(), question.empty() ? std::vector<std::string>{}
                                                               : std::vector<std::string>{question});
             EXPECT_EQ(test.registry.flushes, flushes + 1);
-            EXPECT_EQ(test.program.state.bufferChanged, row.buffer);
+            EXPECT_EQ(test.program.state.BufferChanged, row.buffer);
         }
     }
 }

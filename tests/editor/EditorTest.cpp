@@ -102,7 +102,7 @@ TEST_F(EditorTest, WritePendingAndItsOutcomes) {
         EXPECT_EQ(WritePending(), status);
         EXPECT_EQ(test.user.TakeBoxes().back(), box);
         EXPECT_EQ(program.pending.Count(), 2);
-        EXPECT_TRUE(program.state.gridChanged && !program.state.bufferChanged);
+        EXPECT_TRUE(program.state.GridChanged && !program.state.BufferChanged);
         test.television.ClearFaults();
     }
     EXPECT_EQ(test.user.beeps, 1);
@@ -114,7 +114,7 @@ TEST_F(EditorTest, WritePendingAndItsOutcomes) {
     EXPECT_EQ(WritePending(), "EEP Verified OK; New Data Written to EEProm");
     EXPECT_TRUE(memory[300] == 12 && program.buffer[300] == 12 && program.buffer[301] == 13);
     EXPECT_EQ(test.Crc(), mCRC32::BufferCrcText(program.buffer));
-    EXPECT_TRUE(program.state.bufferChanged && !program.state.gridChanged);
+    EXPECT_TRUE(program.state.BufferChanged && !program.state.GridChanged);
     EXPECT_FALSE(program.grid.IsChanged(At(301)));
 }
 

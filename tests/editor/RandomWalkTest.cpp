@@ -84,7 +84,7 @@ class RandomWalk : public testing::Test {
         ASSERT_EQ(program.grid.Current(), At(model.current));
         ASSERT_EQ(program.grid.EntryIsOpen(), model.open);
         ASSERT_TRUE(!model.open || program.grid.EditText() == model.edit);
-        ASSERT_EQ(program.state.gridChanged, model.changed);
+        ASSERT_EQ(program.state.GridChanged, model.changed);
         // Every edit is in the grid or has come into the buffer, unless the user gave it up.
         for (const auto& [address, value] : model.edits)
             ASSERT_EQ(model.changed ? model.Byte(model.grid[address]) : model.buffer[address],

@@ -271,13 +271,13 @@ TEST(Bounds, MakeUpForAPortThatFailedAtTheNextCommand) {
     test.television.Inject({.kind = FaultKind::PortFails, .begins = {Byte, 100}});
     test.program.wholeDevice.ReadEntireEep();
     EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(::testing::StartsWith(kNoAcknowledge)));
-    EXPECT_FALSE(test.program.state.eepRead);
+    EXPECT_FALSE(test.program.state.EepRead);
     EXPECT_EQ(test.Crc(), "");
 
     test.television.ClearFaults();
     test.program.wholeDevice.ReadEntireEep();
     EXPECT_THAT(test.user.TakeBoxes(), IsEmpty());
-    EXPECT_TRUE(test.program.state.eepRead);
+    EXPECT_TRUE(test.program.state.EepRead);
 }
 
 /// The port holds both lines low by bits that were set before it was taken away.

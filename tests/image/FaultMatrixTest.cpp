@@ -59,16 +59,16 @@ char ExpectedOf(const BusCommand& command, char letter) {
 /// All that a command that was cut short must leave as it was.
 struct Snapshot {
     MemoryBuffer buffer;
-    bool eepRead, bufferChanged, gridChanged;
+    bool EepRead, BufferChanged, GridChanged;
     int pending;
     std::string crc, eep, gridText;
     std::vector<std::string> captions;
 
     explicit Snapshot(const TestProgram& test)
         : buffer(test.program.buffer),
-          eepRead(test.program.state.eepRead),
-          bufferChanged(test.program.state.bufferChanged),
-          gridChanged(test.program.state.gridChanged),
+          EepRead(test.program.state.EepRead),
+          BufferChanged(test.program.state.BufferChanged),
+          GridChanged(test.program.state.GridChanged),
           pending(test.program.pending.Count()),
           crc(test.Crc()),
           eep(test.Eep()),

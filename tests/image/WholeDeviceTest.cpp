@@ -73,8 +73,8 @@ TEST_F(WholeDevice, ReadsTheTargetIntoTheBuffer) {
     EXPECT_TRUE(SameImage(test.program.buffer, primary));
     EXPECT_EQ(test.Status(), "Primary EEProm Data Read Into Memory");
     EXPECT_EQ(test.Crc(), mCRC32::BufferCrcText(test.program.buffer));
-    EXPECT_TRUE(test.program.state.eepRead);
-    EXPECT_FALSE(test.program.state.bufferChanged);
+    EXPECT_TRUE(test.program.state.EepRead);
+    EXPECT_FALSE(test.program.state.BufferChanged);
     EXPECT_EQ(test.program.grid.Text({1, 1}), std::to_string(primary[16]));
     EXPECT_EQ(test.program.cells.Caption(0), std::to_string(primary[2363]));
 
@@ -103,7 +103,7 @@ TEST_F(WholeDevice, WritesTheBufferAndVerifiesIt) {
                                                    "V E R I F Y|Write memory buffer to EEProm?"));
     EXPECT_EQ(test.Status(), "EEP Verified OK; EEProm Write Successful");
     EXPECT_EQ(test.Eep(), "Sec");
-    EXPECT_TRUE(test.program.state.eepRead);
+    EXPECT_TRUE(test.program.state.EepRead);
     EXPECT_GE(test.user.paintings, kEepromBytes);
 }
 

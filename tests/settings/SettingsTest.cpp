@@ -55,7 +55,7 @@ class SettingsTest : public testing::Test {
 TEST_F(SettingsTest, EveryCellIsReadEditedWrittenAndMergedAlone) {
     for (const NumberMode mode : {NumberMode::Hex, NumberMode::Decimal}) {
         program.numberModeMenu.Select(mode);
-        program.state.bufferChanged = false;
+        program.state.BufferChanged = false;
         Randomize(memory);
         Randomize(program.buffer);
         EepromImage expected = memory;
@@ -80,7 +80,7 @@ TEST_F(SettingsTest, EveryCellIsReadEditedWrittenAndMergedAlone) {
         program.settings.MergeSettingsWithBuffer();
         EXPECT_EQ(test.Status(), "Settings Values Merged Into Memory Buffer");
         EXPECT_EQ(program.buffer, merged);
-        EXPECT_TRUE(program.state.bufferChanged);
+        EXPECT_TRUE(program.state.BufferChanged);
         EXPECT_EQ(test.Crc(), mCRC32::BufferCrcText(merged));
         EXPECT_EQ(program.grid.Text({2363 / 16, 2363 % 16 + 1}) + cells.Caption(6),
                   mode == NumberMode::Hex ? "FFFF" : "255255");
@@ -119,7 +119,7 @@ TEST_F(SettingsTest, BusTraffic) {
 
 TEST_F(SettingsTest, WhatDidNotArriveIsToldByNameAndWrittenByTheNextWrite) {
     using enum WireEvent;
-    program.state.eepRead = true;
+    program.state.EepRead = true;
     Edit({0, 1, 32}, 5);
     memory[2085] = 0;
     test.television.Inject({.kind = FaultKind::FlippedBit, .address = 2364, .mask = 0x80});
@@ -130,7 +130,7 @@ TEST_F(SettingsTest, WhatDidNotArriveIsToldByNameAndWrittenByTheNextWrite) {
     EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(kVerify, kFailed));
     EXPECT_EQ(test.user.beeps, 1);
     EXPECT_EQ(test.timer.running, std::chrono::seconds(30));
-    EXPECT_TRUE(program.state.eepRead && !program.state.bufferChanged);
+    EXPECT_TRUE(program.state.EepRead && !program.state.BufferChanged);
 
     test.television.ClearFaults();
     Edit({32}, 6);
@@ -141,7 +141,7 @@ TEST_F(SettingsTest, WhatDidNotArriveIsToldByNameAndWrittenByTheNextWrite) {
               "2 bytes differ.\nAddress 2364 (480i CB02): wrote 5, read 4"
               "\nAddress 2085 (Global TINT): wrote 24, read 25");
     test.television.ClearFaults();
-    program.state.eepRead = false;
+    program.state.EepRead = false;
     EXPECT_EQ(Write(), kWritten);
     EXPECT_EQ(Looks({1, 32}), "CnCn");
     int value = 0;
@@ -179,8 +179,8 @@ TEST_F(SettingsTest, WriteAndMergeAskForTheGridAndFillABufferThatHoldsAnImage) {
     test.WillAnswer({Answer::Yes});
     EXPECT_EQ(Write(), kWritten);
     EXPECT_TRUE(std::equal(memory.begin(), memory.end(), program.buffer.begin()));
-    EXPECT_TRUE(program.state.bufferChanged);
-    EXPECT_FALSE(program.state.eepRead || program.state.gridChanged);
+    EXPECT_TRUE(program.state.BufferChanged);
+    EXPECT_FALSE(program.state.EepRead || program.state.GridChanged);
 }
 
 TEST_F(SettingsTest, SecondaryTargetAndEmptyCells) {

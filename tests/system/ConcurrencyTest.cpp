@@ -23,10 +23,10 @@ TEST(Concurrency, ASecondInstanceIsRefusedUntilTheFirstHasEnded) {
                 testing::MatchesRegex(".*\r\nThe simulated television is in use by another program "
                                       "\\(.*, process " +
                                       std::to_string(first) + "\\). Close it and try again."));
-    EXPECT_FALSE(second.program.state.eepRead);
+    EXPECT_FALSE(second.program.state.EepRead);
     End(first, SIGKILL);
     second.program.wholeDevice.ReadEntireEep();
-    EXPECT_TRUE(second.program.state.eepRead);
+    EXPECT_TRUE(second.program.state.EepRead);
 }
 
 TEST(Concurrency, CommandsOfTwoInstancesNeverInterleave) {

@@ -26,7 +26,7 @@ void Fill(Program& program, int number) {
     program.buffer.fill(static_cast<std::uint8_t>(number));
     for (int cell = 0; cell < kCellCount; ++cell)
         program.cells.ShowValue(cell, number & 7);
-    program.state.bufferChanged = true;
+    program.state.BufferChanged = true;
     program.state.editTop = program.state.editLeft = TextFor(number);
 }
 

@@ -324,7 +324,7 @@ TEST_F(FormMainTest, AsksBeforeEditsInTheGridAreLost) {
     script.press(QMessageBox::No);
     script.press(QMessageBox::No);
     child<QTabWidget>("SSTab1").setCurrentIndex(0);
-    EXPECT_TRUE(program.state.gridChanged);
+    EXPECT_TRUE(program.state.GridChanged);
     EXPECT_EQ(status(), "Chroma Settings");
     script.takeTitles();
 
@@ -334,7 +334,7 @@ TEST_F(FormMainTest, AsksBeforeEditsInTheGridAreLost) {
     menu.close();
     EXPECT_THAT(script.takeTitles(), ElementsAre("D A T A - Changed"));
     EXPECT_EQ(program.buffer[0], 99);
-    EXPECT_FALSE(program.state.gridChanged);
+    EXPECT_FALSE(program.state.GridChanged);
 
     script.press(QMessageBox::No);
     window.close();

@@ -197,7 +197,7 @@ void FormMain::Changed(Shown what) {
             return m_editorPage.showSwitch(m_program.state.editor);
         case Shown::EditorCaption:
             m_tabs.setTabText(static_cast<int>(Page::Editor),
-                              toQt(m_program.state.gridChanged ? kChangedEditorCaption
+                              toQt(m_program.state.GridChanged ? kChangedEditorCaption
                                                                : Info(Page::Editor).caption));
             return;
     }

@@ -112,6 +112,7 @@ TEST_F(AdapterDialogsTest, HoweverTheTestEndsLinesPortAndTimerAreLeftAtRest) {
         click(*dialog, {"DataOut_0", "AutoTestcheck"});
         const QPointer<QTimer> timer(&child<QTimer>(*dialog, "Timer1"));
         ASSERT_TRUE(timer->isActive() && timer->interval() == 500 && !t_.television.Sda());
+        EXPECT_EQ(timer->timerType(), Qt::PreciseTimer);
         end(dialog);
         EXPECT_FALSE(timer != nullptr && timer->isActive());
         EXPECT_TRUE(t_.television.Scl() && t_.television.Sda());

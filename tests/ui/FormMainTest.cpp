@@ -80,6 +80,7 @@ class FormMainTest : public ::testing::Test {
 
 TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
     EXPECT_EQ(status(), "Welcome to Tarnwell");
+    EXPECT_EQ(QtTimer().timer().timerType(), Qt::PreciseTimer);
     EXPECT_EQ(window.windowTitle(), " Tarnwell 2 - Simulated Television");
     const auto& tabs = child<QTabWidget>("SSTab1");
     QStringList captions;

@@ -48,4 +48,17 @@ class ScreenPlace {
     QPoint m_pixels;
 };
 
+/// The window whose place is kept between runs.
+class KeptPlace final : public PlacedWindow {
+  public:
+    explicit KeptPlace(QWidget& window) : m_window(window) {}
+    void Place(WindowPlace place) override { m_place.place(m_window, place); }
+    WindowPlace Place() const override { return m_place.of(m_window); }
+    void bringBack() { m_place.bringBack(m_window); }
+
+  private:
+    QWidget& m_window;
+    ScreenPlace m_place;
+};
+
 }  // namespace tarnwell

@@ -35,11 +35,10 @@ QRect rowPlace(const Column& column, int row) {
 
 }  // namespace
 
-EditorPageWidget::EditorPageWidget(DataGrid& grid, CellEditor& editor, const ProgramState& state,
-                                   int tabRow)
+EditorPageWidget::EditorPageWidget(DataGrid& grid, CellEditor& editor, const ProgramState& state)
     : m_grid(grid), m_view(grid, editor, state, this), m_switch(this), m_lamp(this) {
-    const auto place = [tabRow](int left, int top, int width, int height) {
-        return scaledRect(left, top - tabRow, width, height);
+    const auto place = [](int left, int top, int width, int height) {
+        return scaledRect(left, top - kTabRow, width, height);
     };
     m_switch.setObjectName(QStringLiteral("EditorEnabled"));
     m_switch.setAccessibleName(QStringLiteral("Data Editor"));

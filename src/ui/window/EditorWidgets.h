@@ -11,11 +11,13 @@
 
 namespace tarnwell {
 
+/// Height of the tabs above a page, in twips.
+inline constexpr int kTabRow = 330;
+
 class EditorPageWidget final : public QWidget {
     Q_OBJECT
   public:
-    /// `tabRow` is the height of the tabs above the page, in twips.
-    EditorPageWidget(DataGrid& grid, CellEditor& editor, const ProgramState& state, int tabRow);
+    EditorPageWidget(DataGrid& grid, CellEditor& editor, const ProgramState& state);
 
     GridView& grid() { return m_view; }
     void colourHeadings();

@@ -7,12 +7,9 @@
 #include <QTabBar>
 #include <cstdlib>
 
-#include "core/Pages.h"
 #include "ui/desktop/ScreenArea.h"
-#include "ui/dialogs/FormEdit.h"
-#include "ui/dialogs/FormWarning.h"
 #include "ui/looks/ReadableStyle.h"
-#include "ui/looks/Text.h"
+#include "ui/window/WindowSteps.h"
 
 static void initPictures() {
     Q_INIT_RESOURCE(resources);
@@ -22,8 +19,6 @@ namespace tarnwell {
 
 namespace {
 
-/// Height of the tabs above a page, in twips.
-constexpr int kTabRow = 330;
 constexpr int kStatusTop = 3510;
 
 int windowWidth(SizeMode mode) {
@@ -38,7 +33,10 @@ FormMain::FormMain(const Connections& connections)
       m_platform(connections.platform),
       m_caption(connections.simulated ? QStringLiteral(" Tarnwell 2 - Simulated Television")
                                       : QStringLiteral(" Tarnwell 2")),
-      m_program({connections.wire, *this, m_msgTimer, m_user, *this, *this, *this,
+      m_place(*this),
+      m_editor(*this),
+      m_settings(*this),
+      m_program({connections.wire, *this, m_msgTimer, m_user, m_editor, m_settings, m_place,
                  connections.platform, m_desktop, connections.registry, m_desktop,
                  connections.backupFolder}),
       m_helpKey(m_program.state,
@@ -46,23 +44,7 @@ FormMain::FormMain(const Connections& connections)
       m_menu(*new MainMenu(*menuBar(), m_program.state)),
       m_body(*new QWidget(this)),
       m_tabs(*new QTabWidget(&m_body)),
-      m_settingsPages(*new SettingsPages(m_tabs)),
-      m_editorPage(
-          *new EditorPageWidget(m_program.grid, m_program.cellEditor, m_program.state, kTabRow)),
-      m_pendingFrame(*new PendingFrame(m_program.pending, &m_body)),
-      m_statusArea(*new StatusArea(m_program.statusBar, &m_body)),
-      m_readSettings(addButton("cmdReadSettings", "Read Settings from EEP",
-                               " Read settings values from the EEP ",
-                               scaledRect(75, 3120, 2240, 300))),
-      m_mergeSettings(addButton("cmdCopySettingsToBuffer", "Merge Settings with Buffer",
-                                " Merge the settings values with the Tarnwell buffer ",
-                                scaledRect(2520, 3120, 2175, 300))),
-      m_writeSettings(addButton("cmdSaveSettings", "Write Settings to EEP",
-                                " Write settings values to the EEP ",
-                                scaledRect(4920, 3120, 2240, 300))),
-      m_writePending(addButton("cmdWriteData", "Write Pending to EEP",
-                               " Write pending Data Editor changes to the EEP ",
-                               scaledRect(7320, 3120, 1935, 300))) {
+      m_statusArea(*new StatusArea(m_program.statusBar, &m_body)) {
     initPictures();
     m_user.setWindow(this);
     setObjectName(QStringLiteral("formMain"));
@@ -73,9 +55,11 @@ FormMain::FormMain(const Connections& connections)
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     setContextMenuPolicy(Qt::NoContextMenu);
     buildPages();
-    buildButtons();
+    orderTabs();
     connectSignals();
-    SetLayout();
+    connectButtons();
+    connectPageKeys();
+    showLayout();
     adjustSize();
 }
 
@@ -88,31 +72,17 @@ void FormMain::buildPages() {
     m_tabs.setUsesScrollButtons(false);
     m_tabs.setElideMode(Qt::ElideNone);
     m_tabs.tabBar()->setFixedHeight(scaled(kTabRow));
-    m_tabs.addTab(&m_editorPage, toQt(Info(Page::Editor).caption));
-    m_pendingFrame.setGeometry(scaledRect(7320, 60, 1935, 3015));
+    m_settings.build(m_program, m_tabs);
+    m_editor.build(m_program, m_tabs);
     m_statusArea.move(0, scaled(kStatusTop));
-    for (int cell = 0; cell < kCellCount; ++cell)
-        SettingCellChanged(cell);
 }
 
-QPushButton& FormMain::addButton(const char* name, const char* caption, const char* toolTip,
-                                 const QRect& place) {
-    auto* button = new QPushButton(QLatin1String(caption), &m_body);
-    button->setObjectName(QLatin1String(name));
-    button->setAccessibleName(QLatin1String(caption));
-    button->setToolTip(QLatin1String(toolTip));
-    button->setGeometry(place);
-    fitCaption(*button);
-    return *button;
-}
-
-void FormMain::buildButtons() {
-    for (QPushButton* button : {&m_readSettings, &m_mergeSettings, &m_writeSettings})
-        button->setEnabled(false);
-    setTabOrder(&m_editorPage.grid(), &m_readSettings);
-    setTabOrder(&m_readSettings, &m_mergeSettings);
-    setTabOrder(&m_mergeSettings, &m_writeSettings);
-    setTabOrder(&m_writeSettings, &m_writePending);
+void FormMain::orderTabs() {
+    const auto& [read, merge, write] = m_settings.buttons();
+    setTabOrder(&m_editor.page().grid(), read);
+    setTabOrder(read, merge);
+    setTabOrder(merge, write);
+    setTabOrder(write, &m_editor.writePending());
 }
 
 void FormMain::connectSignals() {
@@ -126,29 +96,28 @@ void FormMain::connectSignals() {
     connect(&m_menu, &MainMenu::chosen, this, &FormMain::runMenu);
     connect(&m_tabs, &QTabWidget::currentChanged, this,
             [this](int index) { turnToPage(static_cast<Page>(index)); });
-    connect(&m_settingsPages, &SettingsPages::cellClicked, this, [this](int cell) {
+    connect(&m_settings.pages(), &SettingsPages::cellClicked, this, [this](int cell) {
         if (!m_user.isBusy())
             m_program.valueEditor.CellClicked(cell);
     });
-    connect(&m_editorPage, &EditorPageWidget::toggled, this, [this] {
-        if (!m_user.isBusy())
-            m_program.editorPage.ToggleEditor();
-        m_editorPage.showSwitch(m_program.state.editor);
-    });
+    connect(&m_editor.page(), &EditorPageWidget::toggled, this, &FormMain::toggleEditor);
     connect(&m_statusArea, &StatusArea::captionDoubleClicked, this,
             [this] { run([this] { m_program.helpCommands.StartExtraProgram(); }); });
-    connect(&m_readSettings, &QPushButton::clicked, this,
-            [this] { runButton([this] { m_program.settings.ReadSettingsFromEep(); }); });
-    connect(&m_mergeSettings, &QPushButton::clicked, this,
-            [this] { runButton([this] { m_program.settings.MergeSettingsWithBuffer(); }); });
-    connect(&m_writeSettings, &QPushButton::clicked, this,
-            [this] { runButton([this] { m_program.settings.WriteSettingsToEep(); }); });
-    connect(&m_writePending, &QPushButton::clicked, this,
-            [this] { runButton([this] { m_program.pending.WritePending(); }); });
     connect(
-        qApp, &QGuiApplication::screenRemoved, this, [this] { m_place.bringBack(*this); },
+        qApp, &QGuiApplication::screenRemoved, this, [this] { m_place.bringBack(); },
         Qt::QueuedConnection);
-    connectPageKeys();
+}
+
+void FormMain::connectButtons() {
+    const auto starts = [this](const CommandButton& button, std::function<void()> command) {
+        connect(&button, &QPushButton::clicked, this,
+                [this, command = std::move(command)] { runButton(command); });
+    };
+    const auto& [read, merge, write] = m_settings.buttons();
+    starts(*read, [this] { m_program.settings.ReadSettingsFromEep(); });
+    starts(*merge, [this] { m_program.settings.MergeSettingsWithBuffer(); });
+    starts(*write, [this] { m_program.settings.WriteSettingsToEep(); });
+    starts(m_editor.writePending(), [this] { m_program.pending.WritePending(); });
 }
 
 void FormMain::connectPageKeys() {
@@ -168,7 +137,8 @@ void FormMain::connectPageKeys() {
 }
 
 void FormMain::startUp() {
-    run([this] { m_program.StartUp(*this); });
+    WindowSteps steps(m_program, *this, m_statusArea, m_editor, m_settings);
+    run([&] { m_program.StartUp(steps); });
     // A window that is resized while it is shown loses the place that includes its frame.
     ensurePolished();
     layout()->activate();
@@ -192,14 +162,11 @@ void FormMain::Changed(Shown what) {
         case Shown::Menus:
             return m_menu.sync();
         case Shown::Layout:
-            return SetLayout();
+            return showLayout();
         case Shown::EditorSwitch:
-            return m_editorPage.showSwitch(m_program.state.editor);
+            return m_editor.showSwitch();
         case Shown::EditorCaption:
-            m_tabs.setTabText(static_cast<int>(Page::Editor),
-                              toQt(m_program.state.GridChanged ? kChangedEditorCaption
-                                                               : Info(Page::Editor).caption));
-            return;
+            return m_editor.showCaption();
     }
 }
 
@@ -222,79 +189,11 @@ void FormMain::showProgress() {
                                    .arg(progress->secondsLeft));
 }
 
-void FormMain::SetLayout() {
+void FormMain::showLayout() {
     const SizeMode mode = m_program.state.sizeMode;
-    m_pendingFrame.setVisible(mode == SizeMode::Big);
-    m_writePending.setVisible(mode == SizeMode::Big);
+    m_editor.setLayoutMode(mode);
     m_statusArea.setLayoutMode(mode);
     m_body.setFixedSize(scaled(windowWidth(mode)), scaled(kStatusTop + StatusArea::kHeight));
-}
-
-void FormMain::ColourControls() {
-    m_editorPage.colourHeadings();
-    m_pendingFrame.colourRows();
-    m_statusArea.colourStrip();
-}
-
-void FormMain::ReleaseBus() {
-    const BusClaim claim(m_program.i2c);
-    m_program.i2c.ReleaseBus();
-}
-
-void FormMain::SetupGrid() {
-    m_editorPage.grid().setUp();
-    m_program.grid.SetupGrid();
-}
-
-void FormMain::EnableSettingsButtons() {
-    for (QPushButton* button : {&m_readSettings, &m_mergeSettings, &m_writeSettings})
-        button->setEnabled(true);
-}
-
-void FormMain::GridRefilled() {
-    m_editorPage.refill();
-}
-
-void FormMain::GridCellChanged(GridCell cell) {
-    m_editorPage.grid().refresh(cell);
-}
-
-void FormMain::CurrentCellMoved() {
-    m_editorPage.grid().showCurrentCell();
-}
-
-void FormMain::EditBoxOpened(EditSelection selection) {
-    m_editorPage.grid().openEditBox(selection);
-}
-
-void FormMain::EditBoxTextChanged() {
-    m_editorPage.grid().refreshEditBox();
-}
-
-void FormMain::EditBoxClosed() {
-    m_editorPage.grid().closeEditBox();
-}
-
-void FormMain::PendingWritesChanged() {
-    m_pendingFrame.refresh();
-}
-
-void FormMain::FocusGrid() {
-    m_editorPage.grid().setFocus(Qt::OtherFocusReason);
-}
-
-bool FormMain::ShowWarningAgain() {
-    FormWarning warning(this);
-    warning.exec();
-    return !warning.dontShowAgain();
-}
-
-void FormMain::SettingCellChanged(int cell) {
-    m_settingsPages.refresh(m_program.cells, cell);
-}
-
-void FormMain::ShowFormEdit() {
-    FormEdit(m_program.valueEditor, m_program.state, this).exec();
 }
 
 }  // namespace tarnwell

@@ -3,19 +3,15 @@
 
 #include <QCloseEvent>
 #include <QMainWindow>
-#include <QPushButton>
-#include <QTabWidget>
 #include <functional>
 
-#include "core/DriverLoader.h"
-#include "program/Program.h"
 #include "ui/desktop/Desktop.h"
 #include "ui/desktop/QtUser.h"
 #include "ui/looks/Measures.h"
-#include "ui/window/EditorWidgets.h"
+#include "ui/window/EditorDisplay.h"
 #include "ui/window/HelpKey.h"
 #include "ui/window/MainMenu.h"
-#include "ui/window/SettingsPages.h"
+#include "ui/window/SettingsDisplay.h"
 #include "ui/window/StatusArea.h"
 
 namespace tarnwell {
@@ -29,13 +25,7 @@ struct Connections {
     std::string backupFolder;
 };
 
-class FormMain final : public QMainWindow,
-                       private Screen,
-                       private EditorView,
-                       private SettingsView,
-                       private PlacedWindow,
-                       private StartUpSteps,
-                       private DriverPathWindow {
+class FormMain final : public QMainWindow, private Screen {
     Q_OBJECT
   public:
     explicit FormMain(const Connections& connections);
@@ -57,11 +47,10 @@ class FormMain final : public QMainWindow,
 
   private:
     void buildPages();
-    void buildButtons();
+    void orderTabs();
     void connectSignals();
+    void connectButtons();
     void connectPageKeys();
-    QPushButton& addButton(const char* name, const char* caption, const char* toolTip,
-                           const QRect& place);
 
     /// Runs what may end the program.
     void guard(const std::function<void()>& action);
@@ -71,6 +60,7 @@ class FormMain final : public QMainWindow,
     void runButton(const std::function<void()>& command);
     void runMenu(MenuCommand command);
     void turnToPage(Page page);
+    void toggleEditor();
     void showPortOptions();
     void showInterfaceTest();
     void startDriverLoader();
@@ -79,33 +69,7 @@ class FormMain final : public QMainWindow,
     void Changed(Shown what) override;
     void showPanel(Panel panel);
     void showProgress();
-
-    void GridRefilled() override;
-    void GridCellChanged(GridCell cell) override;
-    void CurrentCellMoved() override;
-    void EditBoxOpened(EditSelection selection) override;
-    void EditBoxTextChanged() override;
-    void EditBoxClosed() override;
-    void PendingWritesChanged() override;
-    void FocusGrid() override;
-    bool ShowWarningAgain() override;
-
-    void SettingCellChanged(int cell) override;
-    void ShowFormEdit() override;
-
-    void Place(WindowPlace place) override { m_place.place(*this, place); }
-    WindowPlace Place() const override { return m_place.of(*this); }
-
-    void SetUpFileDialog() override {}
-    void SyncMenuChecks() override { m_menu.sync(); }
-    void SetLayout() override;
-    void ColourControls() override;
-    void ApplyPortOptions() override { m_program.i2c.ApplyPortOptions(); }
-    void ReleaseBus() override;
-    void SetupGrid() override;
-    void EnableSettingsButtons() override;
-
-    void ShowFormCnP(const std::string& driverPath) override;
+    void showLayout();
 
     Port& m_port;
     Platform& m_platform;
@@ -113,21 +77,16 @@ class FormMain final : public QMainWindow,
     Desktop m_desktop;
     QtTimer m_msgTimer;
     QtUser m_user;
-    ScreenPlace m_place;
+    KeptPlace m_place;
+    EditorDisplay m_editor;
+    SettingsDisplay m_settings;
     Program m_program;
     HelpKey m_helpKey;
 
     MainMenu& m_menu;
     QWidget& m_body;
     QTabWidget& m_tabs;
-    SettingsPages& m_settingsPages;
-    EditorPageWidget& m_editorPage;
-    PendingFrame& m_pendingFrame;
     StatusArea& m_statusArea;
-    QPushButton& m_readSettings;
-    QPushButton& m_mergeSettings;
-    QPushButton& m_writeSettings;
-    QPushButton& m_writePending;
 };
 
 }  // namespace tarnwell

@@ -1,6 +1,7 @@
 // The main window's commands: what starts them, and what they wait for.
 #include <QTabBar>
 
+#include "core/DriverLoader.h"
 #include "i2c/InterfaceTest.h"
 #include "i2c/PortOptions.h"
 #include "ui/dialogs/FormAbout.h"
@@ -10,6 +11,22 @@
 #include "ui/window/FormMain.h"
 
 namespace tarnwell {
+
+namespace {
+
+/// formCnP, above the main window.
+class DriverPathDialog final : public DriverPathWindow {
+  public:
+    explicit DriverPathDialog(QWidget* parent) : m_parent(parent) {}
+    void ShowFormCnP(const std::string& driverPath) override {
+        FormCnP(driverPath, m_parent).exec();
+    }
+
+  private:
+    QWidget* m_parent;
+};
+
+}  // namespace
 
 void FormMain::guard(const std::function<void()>& action) {
     try {
@@ -46,7 +63,13 @@ void FormMain::turnToPage(Page page) {
     }
     run([&] { m_program.editorPage.SwitchPage(page); });
     if (page == Page::Editor && !m_tabs.tabBar()->hasFocus())
-        FocusGrid();
+        m_editor.FocusGrid();
+}
+
+void FormMain::toggleEditor() {
+    if (!m_user.isBusy())
+        m_program.editorPage.ToggleEditor();
+    m_editor.showSwitch();
 }
 
 void FormMain::runMenu(MenuCommand command) {
@@ -129,12 +152,10 @@ void FormMain::showInterfaceTest() {
 }
 
 void FormMain::startDriverLoader() {
-    guard(
-        [this] { DriverLoader(m_platform, m_desktop, m_program.statusBar, m_user, *this).Run(); });
-}
-
-void FormMain::ShowFormCnP(const std::string& driverPath) {
-    FormCnP(driverPath, this).exec();
+    DriverPathDialog pathWindow(this);
+    guard([&] {
+        DriverLoader(m_platform, m_desktop, m_program.statusBar, m_user, pathWindow).Run();
+    });
 }
 
 }  // namespace tarnwell

@@ -1,0 +1,48 @@
+#include "ui/window/EditorDisplay.h"
+
+#include "core/Pages.h"
+#include "ui/dialogs/FormWarning.h"
+#include "ui/looks/Measures.h"
+#include "ui/looks/Text.h"
+
+namespace tarnwell {
+
+void EditorDisplay::build(Program& program, QTabWidget& tabs) {
+    m_state = &program.state;
+    m_tabs = &tabs;
+    m_page = new EditorPageWidget(program.grid, program.cellEditor, program.state);
+    tabs.addTab(m_page, toQt(Info(Page::Editor).caption));
+    m_pendingFrame = new PendingFrame(program.pending, tabs.parentWidget());
+    m_pendingFrame->setGeometry(scaledRect(7320, 60, 1935, 3015));
+    m_writePending = new CommandButton("cmdWriteData", "Write Pending to EEP",
+                                       " Write pending Data Editor changes to the EEP ",
+                                       scaledRect(7320, 3120, 1935, 300), tabs.parentWidget());
+}
+
+void EditorDisplay::colour() {
+    m_page->colourHeadings();
+    m_pendingFrame->colourRows();
+}
+
+void EditorDisplay::showSwitch() {
+    m_page->showSwitch(m_state->editor);
+}
+
+void EditorDisplay::showCaption() {
+    m_tabs->setTabText(
+        static_cast<int>(Page::Editor),
+        toQt(m_state->GridChanged ? kChangedEditorCaption : Info(Page::Editor).caption));
+}
+
+void EditorDisplay::setLayoutMode(SizeMode mode) {
+    m_pendingFrame->setVisible(mode == SizeMode::Big);
+    m_writePending->setVisible(mode == SizeMode::Big);
+}
+
+bool EditorDisplay::ShowWarningAgain() {
+    FormWarning warning(&m_window);
+    warning.exec();
+    return !warning.dontShowAgain();
+}
+
+}  // namespace tarnwell

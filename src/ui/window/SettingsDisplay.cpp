@@ -1,0 +1,40 @@
+#include "ui/window/SettingsDisplay.h"
+
+#include "ui/dialogs/FormEdit.h"
+#include "ui/looks/Measures.h"
+
+namespace tarnwell {
+
+void SettingsDisplay::build(Program& program, QTabWidget& tabs) {
+    m_program = &program;
+    m_pages = new SettingsPages(tabs);
+    QWidget* const body = tabs.parentWidget();
+    m_buttons = {new CommandButton("cmdReadSettings", "Read Settings from EEP",
+                                   " Read settings values from the EEP ",
+                                   scaledRect(75, 3120, 2240, 300), body),
+                 new CommandButton("cmdCopySettingsToBuffer", "Merge Settings with Buffer",
+                                   " Merge the settings values with the Tarnwell buffer ",
+                                   scaledRect(2520, 3120, 2175, 300), body),
+                 new CommandButton("cmdSaveSettings", "Write Settings to EEP",
+                                   " Write settings values to the EEP ",
+                                   scaledRect(4920, 3120, 2240, 300), body)};
+    for (CommandButton* button : {m_buttons.read, m_buttons.merge, m_buttons.write})
+        button->setEnabled(false);
+    for (int cell = 0; cell < kCellCount; ++cell)
+        SettingCellChanged(cell);
+}
+
+void SettingsDisplay::enableButtons() {
+    for (CommandButton* button : {m_buttons.read, m_buttons.merge, m_buttons.write})
+        button->setEnabled(true);
+}
+
+void SettingsDisplay::SettingCellChanged(int cell) {
+    m_pages->refresh(m_program->cells, cell);
+}
+
+void SettingsDisplay::ShowFormEdit() {
+    FormEdit(m_program->valueEditor, m_program->state, &m_window).exec();
+}
+
+}  // namespace tarnwell

@@ -34,21 +34,16 @@ BusCheck mI2Ccode::CheckBus(Quiet quiet) {
         case BusCheck::NobodyAnswered:
             break;
         case BusCheck::BusActivity:
-            Report(kBusActivity);
+            Report(kBusActivity, ExplainActivity());
             break;
         case BusCheck::HardwareProblem:
-            Report(kHardwareProblem);
+            Report(kHardwareProblem, ExplainAdapter());
             break;
         case BusCheck::NoAcknowledge:
-            Report(kNoAcknowledge);
+            Report(kNoAcknowledge, ExplainSilence());
             break;
     }
     return result;
-}
-
-bool mI2Ccode::LinesAreIdle() {
-    const unsigned both = pins_.ClockInMask | pins_.DataInMask;
-    return (Sense() & both) == both;
 }
 
 BusCheck mI2Ccode::ProbeBus() {
@@ -108,7 +103,7 @@ void mI2Ccode::MakeUp() {
 void mI2Ccode::FreeBus() {
     SetSDA(1);
     SetSCL(1);
-    for (int clock = 0; clock < kClocksToFreeSda && !SdaIsIdle(Sense()); ++clock) {
+    for (int clock = 0; clock < kClocksToFreeSda && SenseLevels().sda == Level::Low; ++clock) {
         SetSCL(0);
         SetSCL(1);
     }
@@ -126,7 +121,7 @@ void mI2Ccode::AbortOperation() {
         Owe(Owed::FreeBus);
     else
         FreeBus();
-    Report(kNoAcknowledge);
+    Report(kNoAcknowledge, {});
 }
 
 void mI2Ccode::GiveUp() {
@@ -135,8 +130,8 @@ void mI2Ccode::GiveUp() {
     Release();
 }
 
-void mI2Ccode::Report(const Message& message) {
-    user_.ShowBox(Box(message).WithLine(port_.Failure()));
+void mI2Ccode::Report(const Message& message, std::string_view cause) {
+    user_.ShowBox(Box(message).WithLine(port_.Failure()).WithLine(cause));
     statusBar_.ShowStatus("I2C Operation Aborted", kResultSeconds);
 }
 

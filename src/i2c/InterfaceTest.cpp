@@ -64,11 +64,7 @@ void InterfaceTest::ReleaseLines() {
 }
 
 void InterfaceTest::UpdateIndicators() {
-    const std::uint8_t status = i2c_.Sense();
-    const auto level = [status](std::uint16_t mask) {
-        return (status & mask) != 0 ? Level::High : Level::Low;
-    };
-    sensed_ = {level(i2c_.Pins().ClockInMask), level(i2c_.Pins().DataInMask)};
+    sensed_ = i2c_.SenseLevels();
     diagnosis_.Note({driven_, sensed_});
 }
 

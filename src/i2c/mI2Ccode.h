@@ -9,6 +9,7 @@
 #include "core/StatusBar.h"
 #include "core/StopRequest.h"
 #include "core/User.h"
+#include "i2c/AdapterDiagnosis.h"
 #include "i2c/BusTiming.h"
 #include "i2c/BusTrace.h"
 #include "i2c/DeviceProgress.h"
@@ -65,6 +66,9 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     /// One read of the status register.
     std::uint8_t Sense();
 
+    /// Both lines by the same read, raw: a set bit is a high line.
+    LineLevels SenseLevels();
+
     /// A release that the port does not take is made up for when it next answers at this address.
     void ReleaseBus();
 
@@ -80,7 +84,7 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     std::uint8_t ReadByte();
 
     /// Tests that the lines are idle, that SDA follows the adapter and that the target device
-    /// answers. Tells the user of any failure but NobodyAnswered.
+    /// answers. Tells the user of any failure but NobodyAnswered, with its probable cause.
     BusCheck CheckBus(Quiet quiet);
 
     /// Reads `count` (1 to 8192) bytes from `address` (0 to 8191) of the target device into
@@ -129,7 +133,13 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     int ProbeDevice();
     void FreeBus();
     void LeaveFree();
-    void Report(const Message& message);
+    void Report(const Message& message, std::string_view cause);
+
+    /// What the lines say of the cause of a bus check's outcome, in one line; empty where the port
+    /// itself failed. Only a line that is free is driven.
+    std::string ExplainActivity();
+    std::string ExplainAdapter();
+    std::string ExplainSilence();
 
     /// What the bus at a base address still has to get because the port failed meanwhile.
     enum class Owed : std::uint8_t { Release, FreeBus };
@@ -147,8 +157,7 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     [[nodiscard]] Transfer ExpectAnswer();
     std::uint8_t Sample();
     void SampleSent(Level sent);
-    bool LinesAreIdle();
-    bool SdaIsIdle(std::uint8_t status) const { return (status & pins_.DataInMask) != 0; }
+    bool LinesAreIdle() { return SenseLevels() == LineLevels{}; }
     bool PortFailed() const { return !port_.Failure().empty(); }
     bool BusFailed() const { return disturbed_ || PortFailed(); }
 

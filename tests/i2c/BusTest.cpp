@@ -92,44 +92,59 @@ constexpr const char* kNoAcknowledge =
     "E R R O R|There is an I2C bus or\r\nInterface Hardware Problem";
 
 TEST(CheckBus, TellsEachOutcome) {
+    using enum BusCheck;
     struct Row {
         FaultKind fault;
         std::uint8_t samples;
-        BusCheck loud;
-        BusCheck quiet;
+        BusCheck result;
         const char* box;
-        const char* quietBox;
+        const char* cause;
     };
     for (const Row& row : {
-             Row{FaultKind::LateAcknowledge, 1, BusCheck::Ok, BusCheck::Ok, "", ""},
-             Row{FaultKind::LateAcknowledge, 3, BusCheck::Ok, BusCheck::Ok, "", ""},
-             Row{FaultKind::DeviceSilent, 0, BusCheck::NoAcknowledge, BusCheck::NobodyAnswered,
-                 kNoAcknowledge, ""},
-             Row{FaultKind::SclStuckLow, 0, BusCheck::BusActivity, BusCheck::BusActivity,
-                 kBusActivity, kBusActivity},
-             Row{FaultKind::SdaStuckLow, 0, BusCheck::BusActivity, BusCheck::BusActivity,
-                 kBusActivity, kBusActivity},
-             Row{FaultKind::InputsInverted, 0, BusCheck::BusActivity, BusCheck::BusActivity,
-                 kBusActivity, kBusActivity},
-             Row{FaultKind::SdaStuckHigh, 0, BusCheck::HardwareProblem, BusCheck::HardwareProblem,
-                 kHardware, kHardware},
-             Row{FaultKind::AdapterGone, 0, BusCheck::HardwareProblem, BusCheck::HardwareProblem,
-                 kHardware, kHardware},
+             Row{FaultKind::LateAcknowledge, 1, Ok, "", ""},
+             Row{FaultKind::LateAcknowledge, 5, Ok, "", ""},
+             Row{FaultKind::LateAcknowledge, 6, NoAcknowledge, kNoAcknowledge, "Both lines do"},
+             Row{FaultKind::DeviceSilent, 0, NoAcknowledge, kNoAcknowledge, "Both lines do what"},
+             Row{FaultKind::SclStuckHigh, 0, NoAcknowledge, kNoAcknowledge, "SCL stays high"},
+             Row{FaultKind::LinesJoined, 0, NoAcknowledge, kNoAcknowledge, "Driving either line"},
+             Row{FaultKind::SclStuckLow, 0, BusActivity, kBusActivity, "SCL stays low. A device"},
+             Row{FaultKind::SdaStuckLow, 0, BusActivity, kBusActivity, "SDA stays low. A device"},
+             Row{FaultKind::InputsInverted, 0, BusActivity, kBusActivity, "SCL and SDA stay low."},
+             Row{FaultKind::SdaStuckHigh, 0, HardwareProblem, kHardware, "SDA stays high though"},
+             Row{FaultKind::AdapterGone, 0, HardwareProblem, kHardware, "Nothing follows what"},
          }) {
         for (const Quiet quiet : {Quiet::No, Quiet::Yes}) {
             TestProgram test;
             test.program.statusBar.ShowStatus("", 1);
             test.television.Inject({.kind = row.fault, .samples = row.samples});
             const BusClaim claim(test.program.i2c);
-            const bool loud = quiet == Quiet::No;
-            EXPECT_EQ(test.program.i2c.CheckBus(quiet), loud ? row.loud : row.quiet);
-            const std::string box = loud ? row.box : row.quietBox;
-            EXPECT_EQ(test.user.TakeBoxes(),
-                      box.empty() ? std::vector<std::string>{} : std::vector<std::string>{box});
-            EXPECT_EQ(test.Status(), box.empty() ? "" : "I2C Operation Aborted");
+            const bool nobody = row.result == NoAcknowledge && quiet == Quiet::Yes;
+            EXPECT_EQ(test.program.i2c.CheckBus(quiet), nobody ? NobodyAnswered : row.result);
+            const bool told = row.result != Ok && !nobody;
+            const auto boxes = test.user.TakeBoxes();
+            ASSERT_EQ(boxes.size(), told ? 1U : 0U);
+            if (told) {
+                EXPECT_THAT(boxes[0],
+                            ::testing::StartsWith(std::string(row.box) + "\r\n" + row.cause));
+            }
+            EXPECT_EQ(test.Status(), told ? "I2C Operation Aborted" : "");
             test.television.ClearFaults();
             EXPECT_TRUE(test.television.Scl() && test.television.Sda());
         }
+    }
+}
+
+TEST(CheckBus, TellsAnotherMasterFromALineThatStands) {
+    for (const auto& [accesses, cause, seen] :
+         {std::tuple(900, "The lines move: another master", "P"), {2000, "SDA stays low.", ""}}) {
+        TestProgram test;
+        test.television.Inject(
+            {.kind = FaultKind::SdaStuckLow, .accesses = static_cast<std::uint64_t>(accesses)});
+        test.television.Record();
+        const BusClaim claim(test.program.i2c);
+        EXPECT_EQ(test.program.i2c.CheckBus(Quiet::Yes), BusCheck::BusActivity);
+        EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(::testing::HasSubstr(cause)));
+        EXPECT_EQ(ToText(test.television.Events()), seen) << "nothing of ours";
     }
 }
 

@@ -75,8 +75,8 @@ int main(int argc, char** argv) {
     const QSocketNotifier notifier(signals, QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, [&] { stop.Obey(); });
     window.show();
-    if (line.imageFile)
-        QTimer::singleShot(0, &window, [&] { window.openImage(*line.imageFile); });
+    if (line.archiveFile)
+        QTimer::singleShot(0, &window, [&] { window.openArchive(*line.archiveFile); });
     const int status = QApplication::exec();
     shown = nullptr;
     return status;

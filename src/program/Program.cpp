@@ -54,6 +54,13 @@ void Program::Abandon(std::string_view why) {
     std::fprintf(stderr, "%s.\n", line.c_str());
 }
 
+void Program::OpenArchive(const std::string& path) {
+    if (ArchiveFile(path).Kind() == ArchiveKind::Settings)
+        settingsArchive.LoadSettingsFile(path);
+    else
+        imageArchive.LoadImageFile(path);
+}
+
 void Program::ChoosePort(const PortChoice& choice) {
     state.portAddress = choice.addressText;
     outside_.screen.Changed(Shown::Menus);

@@ -40,6 +40,10 @@ class Program final {
     /// options, and says on standard error why and what was left. End the process then.
     void Abandon(std::string_view why);
 
+    /// Loads the file `path`, a full path: a settings archive into the cells, anything else as the
+    /// menu loads an image.
+    void OpenArchive(const std::string& path);
+
     /// The Parallel Port menu; nothing else happens until the next access.
     void ChoosePort(const PortChoice& choice);
 

@@ -1,12 +1,14 @@
 // The main window, driven with real key and mouse events.
 #include <QApplication>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <regex>
 
 #include "support/ModalWindows.h"
 #include "support/TemporaryFolder.h"
@@ -20,6 +22,10 @@ namespace tarnwell {
 namespace {
 
 using ::testing::ElementsAre;
+
+const std::string kSettingsFile =
+    "S021000048616C7620446F726E205461726E77656C6C2032020253657474696E677390\n"
+    "S10408B4053A\nS9030000FC\n";
 
 class FormMainTest : public ::testing::Test {
   protected:
@@ -96,7 +102,7 @@ TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
             EXPECT_TRUE(child<QAction>(marked).isChecked()) << chosen;
         EXPECT_FALSE(child<QAction>("mnuEEPsel_1").isChecked());
     }
-    for (const QAction* action : window.findChildren<QAction*>())
+    for (const QAction* action : window.menuBar()->findChildren<QAction*>())
         EXPECT_TRUE(action->shortcut().isEmpty());
     EXPECT_EQ(child("cmdSaveSettings").geometry(), scaledRect(4920, 3120, 2240, 300));
     EXPECT_EQ(window.centralWidget()->width(), scaled(7305));
@@ -387,22 +393,82 @@ TEST_F(FormMainTest, ShowsProgressAndDropsInputDuringAWholeDeviceOperation) {
     EXPECT_EQ(text("statusPanel_4"), "Pri");
 }
 
-TEST_F(FormMainTest, OpensAGivenImageWithTheChecksOfTheMenu) {
+TEST_F(FormMainTest, OpensAGivenArchiveWithTheChecksOfTheMenu) {
     const std::string name = "im\xE4ge.mot";
     folder.Write(name, "S0030000FC\r\nS1040012AB3E\r\nS9030000FC\r\n");
     choose("mnuEEPRead");
     script.press(QMessageBox::No);
-    window.openImage(folder.Path(name));
+    window.openArchive(folder.Path(name));
     EXPECT_EQ(status(), "EEProm Image Load Canceled");
     script.press(QMessageBox::Yes);
     script.then([this](QWidget& box) {
         EXPECT_EQ(box.parentWidget(), &window);
         dynamic_cast<QMessageBox&>(box).button(QMessageBox::Yes)->click();
     });
-    window.openImage(folder.Path(name));
+    window.openArchive(folder.Path(name));
     EXPECT_EQ(status(), "Record Checksums OK; EEP Image Loaded into Buffer");
     EXPECT_EQ(program.buffer[0x12], 0xAB);
     EXPECT_EQ(program.state.archiveFolder + "/", folder.Path());
+
+    folder.Write("settings.mot", kSettingsFile);
+    QMimeData data;
+    const auto drop = [&](const QList<QUrl>& urls) {
+        data.setUrls(urls);
+        constexpr auto actions = Qt::CopyAction | Qt::MoveAction;
+        QDragEnterEvent enter({}, actions, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&window, &enter);
+        QDropEvent event({}, actions, &data, Qt::LeftButton, {});
+        event.setDropAction(Qt::MoveAction);
+        QCoreApplication::sendEvent(&window, &event);
+        QCoreApplication::processEvents();
+        return event.isAccepted() && event.dropAction() == Qt::CopyAction;
+    };
+    const QUrl settings = QUrl::fromLocalFile(pathToQt(folder.Path("settings.mot")));
+    for (const QList<QUrl>& urls :
+         {QList<QUrl>{}, {settings, settings}, {QUrl("http://a/b")}, {QUrl("file:///tmp")}})
+        EXPECT_FALSE(drop(urls));
+    EXPECT_TRUE(drop({settings}));
+    EXPECT_EQ(status(), "Settings Loaded from Archive Disk File");
+    EXPECT_EQ(child<QAbstractButton>("lblSetting_71").text(), "5");
+    EXPECT_EQ(program.buffer[0x12], 0xAB);
+}
+
+TEST_F(FormMainTest, PicksArchivesInOneDialogThatKeepsItsFilter) {
+    program.state.archiveFolder = folder.Path();
+    program.state.bufferChanged = true;
+    folder.Write("plain", kSettingsFile);
+    bool first = true;
+    const auto expect = [&](const char* item, const char* proposed, const char* typed,
+                            const char* result) {
+        script.then([=, &first](QWidget& shown) {
+            auto& dialog = dynamic_cast<QFileDialog&>(shown);
+            auto& name = Child<QLineEdit>(dialog, QStringLiteral("fileNameEdit"));
+            EXPECT_TRUE(name.text().startsWith(proposed)) << name.text().toStdString();
+            EXPECT_EQ(name.text().isEmpty(), *proposed == 0);
+            EXPECT_EQ(dialog.selectedNameFilter().startsWith("Motorola"), first);
+            dialog.selectNameFilter(dialog.nameFilters().last());
+            first = false;
+            name.setText(typed);
+            static_cast<QDialog&>(shown).accept();
+        });
+        choose(item);
+        EXPECT_EQ(status(), result);
+    };
+    expect("mnuFileSaveImage", "Tarnwell-", "saved", "EEProm Image Saved to Disk");
+    EXPECT_TRUE(std::filesystem::exists(folder.Path("saved.mot")));
+    expect("mnuFileLoadImage", "", "saved", "Record Checksums OK; EEP Image Loaded into Buffer");
+    expect("mnuFileLoadValues", "Tarnwell-Settings", "plain",
+           "Settings Loaded from Archive Disk File");
+    expect("mnuFileLoadValues", "Tarnwell-Settings", "missing", "Load Settings Canceled");
+}
+
+TEST(DesktopTest, WritesSecondsAsTheLocaleSeparatesMinutes) {
+    for (const auto& [name, form] : {std::pair("da_DK", R"(\d\d\.\d\d\.\d\d)"),
+                                     {"en_US", R"(\d+:\d\d:\d\d .*)"},
+                                     {"C", R"(\d\d:\d\d:\d\d)"}}) {
+        QLocale::setDefault(QLocale(name));
+        EXPECT_TRUE(std::regex_match(Desktop().TimeWithSeconds(), std::regex(form))) << name;
+    }
 }
 
 }  // namespace

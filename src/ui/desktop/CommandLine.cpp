@@ -119,9 +119,10 @@ CommandLine readCommandLine(int argc, char** argv) {
         QStringLiteral("Reads, archives, edits and writes the EEPROMs of an HDTV."));
     parser.addOptions({options.help, options.version, options.port, options.noTelevision,
                        options.realTime, options.trace});
-    parser.addPositionalArgument(QStringLiteral("FILE.mot"),
-                                 QStringLiteral("An image archive to start with."),
-                                 QStringLiteral("[FILE.mot]"));
+    parser.addPositionalArgument(
+        QStringLiteral("FILE.mot"),
+        QStringLiteral("An archive to start with, of an image or of settings."),
+        QStringLiteral("[FILE.mot]"));
     if (!parser.parse(ownArguments(argc, argv)))
         refuseArgument(toBytes(parser.errorText()));
     if (parser.isSet(options.help) || parser.isSet(options.version))
@@ -134,13 +135,13 @@ CommandLine readCommandLine(int argc, char** argv) {
                               .noTelevision = parser.isSet(options.noTelevision),
                               .realTime = parser.isSet(options.realTime),
                               .traceFile = {}},
-                     .imageFile = {}};
+                     .archiveFile = {}};
     if (parser.isSet(options.trace))
         line.port.traceFile = toBytes(parser.value(options.trace));
     if (line.port.traceFile == "")
         refuseArgument("Missing value after '--trace'.");
     if (!files.isEmpty())
-        line.imageFile = readableFile(toBytes(files.first()));
+        line.archiveFile = readableFile(toBytes(files.first()));
     return line;
 }
 

@@ -10,7 +10,7 @@ namespace tarnwell {
 
 struct CommandLine {
     PortRequest port;
-    std::optional<std::string> imageFile;  ///< the full path of a file that can be read
+    std::optional<std::string> archiveFile;  ///< the full path of a file that can be read
 };
 
 /// Reads the arguments, Qt's own set aside; no window system is needed. For --help and --version,

@@ -18,11 +18,13 @@ namespace {
 
 constexpr int kModinfoTimeout = 2000;  // ms
 
-/// The locale's time format, with seconds where its short form leaves them out.
+/// The locale's time format; where its short form leaves the seconds out, they stand behind what
+/// separates the minutes from the hours.
 QString timeFormatWithSeconds(const QLocale& locale) {
     QString format = locale.timeFormat(QLocale::ShortFormat);
     if (!format.contains(QLatin1Char('s')))
-        format.replace(QRegularExpression(QStringLiteral("(mm?)")), QStringLiteral("\\1:ss"));
+        format.replace(QRegularExpression(QStringLiteral("([^\\w'])(mm?)")),
+                       QStringLiteral("\\1\\2\\1ss"));
     return format;
 }
 

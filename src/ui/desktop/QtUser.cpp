@@ -1,24 +1,16 @@
 #include "ui/desktop/QtUser.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFileDialog>
 #include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
-#include <QScreen>
-#include <QStandardPaths>
 
-#include "core/UserFolders.h"
-#include "ui/looks/Measures.h"
+#include "ui/desktop/ArchiveDialog.h"
 #include "ui/looks/Text.h"
 
 namespace tarnwell {
 
 namespace {
-
-/// Leaves room for the window manager's frame.
-constexpr double kShareOfScreen = 0.9;
 
 struct StyleParts {
     QMessageBox::Icon icon;
@@ -60,35 +52,11 @@ Answer answerOf(int button) {
     }
 }
 
-/// Qt takes the pattern from the last brackets and is told to show what stands before them.
-QStringList nameFilters() {
-    QStringList filters;
-    const QStringList parts = toQt(kArchiveFilter).split(QLatin1Char('|'));
-    for (qsizetype index = 0; index + 1 < parts.size(); index += 2) {
-        const QString pattern =
-            parts[index + 1] == QLatin1String("*.*") ? QStringLiteral("*") : parts[index + 1];
-        filters.append(QStringLiteral("%1 (%2)").arg(parts[index], pattern));
-    }
-    return filters;
-}
-
-QString startFolder(const std::string& folder) {
-    QString wanted = pathToQt(folder);
-    if (!wanted.isEmpty() && QDir(wanted).exists())
-        return wanted;
-    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QDir(documents).exists() ? documents : pathToQt(HomeFolder());
-}
-
-/// A dotted date would pass for an extension, so the dialog would not add its own.
-QString proposedName(const FileRequest& request) {
-    QString name = pathToQt(request.fileName);
-    if (request.kind == FileRequest::Kind::Save && name.contains(QLatin1Char('.')))
-        name += toQt(kArchiveExtension);
-    return name;
-}
-
 }  // namespace
+
+void QtUser::setUpFileDialog() {
+    m_fileDialog = new ArchiveDialog(m_window);
+}
 
 QWidget* QtUser::parent() const {
     QWidget* dialog = QApplication::activeModalWidget();
@@ -127,21 +95,7 @@ std::optional<std::string> QtUser::AskText(const TextRequest& request) {
 
 std::optional<std::string> QtUser::AskFile(const FileRequest& request) {
     m_gate.open();
-    const bool save = request.kind == FileRequest::Kind::Save;
-    QFileDialog dialog(parent(), toQt(request.title));
-    dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog.setFileMode(request.kind == FileRequest::Kind::Open ? QFileDialog::ExistingFile
-                                                               : QFileDialog::AnyFile);
-    dialog.setOption(QFileDialog::HideNameFilterDetails);
-    dialog.setNameFilters(nameFilters());
-    dialog.setDefaultSuffix(toQt(kArchiveExtension.substr(1)));
-    dialog.setDirectory(startFolder(request.folder));
-    dialog.selectFile(proposedName(request));
-    const QSize screen = dialog.screen()->availableGeometry().size();
-    dialog.resize(scaledRect(0, 0, 8700, 5600).size().boundedTo(screen * kShareOfScreen));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return std::nullopt;
-    return pathFromQt(dialog.selectedFiles().constFirst());
+    return m_fileDialog->ask(request);
 }
 
 void QtUser::Beep() {

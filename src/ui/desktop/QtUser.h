@@ -8,6 +8,8 @@
 
 namespace tarnwell {
 
+class ArchiveDialog;
+
 class QtUser final : public User {
   public:
     Answer ShowBox(const Box& box) override;
@@ -21,6 +23,9 @@ class QtUser final : public User {
     /// The window that boxes belong to while no dialog is open.
     void setWindow(QWidget* window) { m_window = window; }
 
+    /// Call it before a file is asked for.
+    void setUpFileDialog();
+
     /// Whether a command works for long, or waits for the answer to a box.
     bool isBusy() const;
 
@@ -32,6 +37,7 @@ class QtUser final : public User {
 
     InputGate m_gate;
     QWidget* m_window = nullptr;
+    ArchiveDialog* m_fileDialog = nullptr;  ///< belongs to the window
 };
 
 }  // namespace tarnwell

@@ -41,6 +41,7 @@ FormMain::FormMain(const Connections& connections)
                  connections.backupFolder}),
       m_helpKey(m_program.state,
                 [this](Topic topic) { guard([&] { m_program.helpCommands.ShowTopic(topic); }); }),
+      m_fileDrop(*this, [this](const std::string& path) { openArchive(path); }),
       m_menu(*new MainMenu(*menuBar(), m_program.state)),
       m_body(*new QWidget(this)),
       m_tabs(*new QTabWidget(&m_body)),
@@ -137,7 +138,7 @@ void FormMain::connectPageKeys() {
 }
 
 void FormMain::startUp() {
-    WindowSteps steps(m_program, *this, m_statusArea, m_editor, m_settings);
+    WindowSteps steps(m_user, m_program, *this, m_statusArea, m_editor, m_settings);
     run([&] { m_program.StartUp(steps); });
     // A window that is resized while it is shown loses the place that includes its frame.
     ensurePolished();
@@ -145,8 +146,8 @@ void FormMain::startUp() {
     adjustSize();
 }
 
-void FormMain::openImage(const std::string& path) {
-    run([&] { m_program.imageArchive.LoadImageFile(path); });
+void FormMain::openArchive(const std::string& path) {
+    runButton([&] { m_program.OpenArchive(path); });
 }
 
 void FormMain::Changed(Shown what) {

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "ui/desktop/Desktop.h"
+#include "ui/desktop/FileDrop.h"
 #include "ui/desktop/QtUser.h"
 #include "ui/looks/Measures.h"
 #include "ui/window/EditorDisplay.h"
@@ -33,9 +34,9 @@ class FormMain final : public QMainWindow, private Screen {
     /// Brings the window into a usable state; show it afterwards.
     void startUp();
 
-    /// Loads the image archive at `path`, a full path, as the command of the menu does with the
-    /// file that is picked. Call it once the window is shown.
-    void openImage(const std::string& path);
+    /// Loads the archive at `path`, a full path, as the command of the menu for its kind does with
+    /// the file that is picked. Call it once the window is shown.
+    void openArchive(const std::string& path);
 
     Program& program() { return m_program; }
 
@@ -82,6 +83,7 @@ class FormMain final : public QMainWindow, private Screen {
     SettingsDisplay m_settings;
     Program m_program;
     HelpKey m_helpKey;
+    FileDrop m_fileDrop;
 
     MainMenu& m_menu;
     QWidget& m_body;

@@ -1,6 +1,7 @@
 // What start-up sets up in the main window, step by step.
 #pragma once
 
+#include "ui/desktop/QtUser.h"
 #include "ui/window/EditorDisplay.h"
 #include "ui/window/SettingsDisplay.h"
 #include "ui/window/StatusArea.h"
@@ -9,15 +10,16 @@ namespace tarnwell {
 
 class WindowSteps final : public StartUpSteps {
   public:
-    WindowSteps(Program& program, Screen& screen, StatusArea& statusArea, EditorDisplay& editor,
-                SettingsDisplay& settings)
-        : m_program(program),
+    WindowSteps(QtUser& user, Program& program, Screen& screen, StatusArea& statusArea,
+                EditorDisplay& editor, SettingsDisplay& settings)
+        : m_user(user),
+          m_program(program),
           m_screen(screen),
           m_statusArea(statusArea),
           m_editor(editor),
           m_settings(settings) {}
 
-    void SetUpFileDialog() override {}
+    void SetUpFileDialog() override { m_user.setUpFileDialog(); }
     void SyncMenuChecks() override { m_screen.Changed(Shown::Menus); }
     void SetLayout() override { m_screen.Changed(Shown::Layout); }
     void ColourControls() override {
@@ -36,6 +38,7 @@ class WindowSteps final : public StartUpSteps {
     void EnableSettingsButtons() override { m_settings.enableButtons(); }
 
   private:
+    QtUser& m_user;
     Program& m_program;
     Screen& m_screen;
     StatusArea& m_statusArea;

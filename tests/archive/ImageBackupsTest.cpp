@@ -117,6 +117,7 @@ TEST(ImageBackups, ThatFailAreAskedAboutOnceBeforeTheFirstByte) {
                 return;
             EXPECT_EQ(run.primary, before) << command.name;
             EXPECT_THAT(box.text, HasSubstr("\r\n" + run.backups + "\r\n")) << command.name;
+            EXPECT_EQ(box.defaultButton, DefaultButton::No) << command.name;
             ASSERT_FALSE(answers.empty()) << command.name;
             run.user.answers.push_front(answers.front());
             answers.pop_front();

@@ -439,7 +439,7 @@ TEST_F(FormMainTest, PicksArchivesInOneDialogThatKeepsItsFilter) {
     folder.Write("plain", kSettingsFile);
     bool first = true;
     const auto expect = [&](const char* item, const char* proposed, const char* typed,
-                            const char* result) {
+                            const char* result, const ModalWindows::Action& next = {}) {
         script.then([=, &first](QWidget& shown) {
             auto& dialog = dynamic_cast<QFileDialog&>(shown);
             auto& name = Child<QLineEdit>(dialog, QStringLiteral("fileNameEdit"));
@@ -451,6 +451,8 @@ TEST_F(FormMainTest, PicksArchivesInOneDialogThatKeepsItsFilter) {
             name.setText(typed);
             static_cast<QDialog&>(shown).accept();
         });
+        if (next)
+            script.then(next);
         choose(item);
         EXPECT_EQ(status(), result);
     };
@@ -460,6 +462,9 @@ TEST_F(FormMainTest, PicksArchivesInOneDialogThatKeepsItsFilter) {
     expect("mnuFileLoadValues", "Tarnwell-Settings", "plain",
            "Settings Loaded from Archive Disk File");
     expect("mnuFileLoadValues", "Tarnwell-Settings", "missing", "Load Settings Canceled");
+    expect("mnuFileLoadImage", "", "plain", "EEProm Image Load Cancelled", [](QWidget& question) {
+        QTest::keyClick(&question, Qt::Key_Return);  // No
+    });
 }
 
 TEST(DesktopTest, WritesSecondsAsTheLocaleSeparatesMinutes) {

@@ -179,8 +179,12 @@ void CellEditBox::mouseReleaseEvent(QMouseEvent* event) {
 void CellEditBox::contextMenuEvent(QContextMenuEvent* event) {
     QMenu* menu = createStandardContextMenu();
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    if (auto* paste = menu->findChild<QAction*>(QStringLiteral("edit-paste")))
-        paste->setEnabled(enters(clipboardText(QClipboard::Clipboard)));
+    const bool pastes = enters(clipboardText(QClipboard::Clipboard));
+    for (QAction* action : menu->actions()) {
+        // The item has no name in this version of Qt: it is the one that would paste.
+        if (!pastes && disconnect(action, nullptr, this, SLOT(paste())))
+            action->setEnabled(false);
+    }
     menu->popup(event->globalPos());
 }
 

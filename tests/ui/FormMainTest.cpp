@@ -435,7 +435,7 @@ TEST_F(FormMainTest, OpensAGivenArchiveWithTheChecksOfTheMenu) {
 
 TEST_F(FormMainTest, PicksArchivesInOneDialogThatKeepsItsFilter) {
     program.state.archiveFolder = folder.Path();
-    program.state.bufferChanged = true;
+    program.state.BufferChanged = true;
     folder.Write("plain", kSettingsFile);
     bool first = true;
     const auto expect = [&](const char* item, const char* proposed, const char* typed,

@@ -254,7 +254,14 @@ TEST_F(FormMainTest, FiltersCommitsAndAbandonsEntries) {
             [&] { key(Qt::Key_V, Qt::ControlModifier); },
             [&] { key(Qt::Key_Insert, Qt::ShiftModifier); },
             [&] { QCoreApplication::sendEvent(&box(), &composed); },
-            [&] { QCoreApplication::sendEvent(&box(), &drop); }};
+            [&] { QCoreApplication::sendEvent(&box(), &drop); },
+            [&] {
+                QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, {});
+                QCoreApplication::sendEvent(&box(), &menu);
+                for (QAction* item : QApplication::activePopupWidget()->actions())
+                    item->text().startsWith("&Paste") ? item->trigger() : void();
+                QApplication::activePopupWidget()->close();
+            }};
         for (const auto& paste : ways) {
             box().selectAll();
             const QString marked = box().text();

@@ -22,6 +22,9 @@ void AddWindow(Table& table);
 /// The program itself, started anew.
 void AddStartUp(Table& table);
 
+/// The program without a window.
+void AddCommandLine(Table& table);
+
 /// A picture on a screen that shows 60 a second.
 inline constexpr double kFrame = 1.0 / 60;
 

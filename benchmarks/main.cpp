@@ -16,6 +16,7 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     Table table;
     AddStartUp(table);
+    AddCommandLine(table);
     AddWindow(table);
     AddArchives(table);
     AddWire(table, quick ? Length::Quick : Length::Whole);

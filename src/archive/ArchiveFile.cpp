@@ -4,7 +4,6 @@
 
 #include "archive/SRecord.h"
 #include "core/AtomicFile.h"
-#include "core/SmallFile.h"
 
 namespace tarnwell {
 
@@ -30,10 +29,9 @@ ArchiveKind KindOf(FileFault fault) {
 
 }  // namespace
 
-ArchiveFile::ArchiveFile(const std::string& path) {
-    SmallFile file = ReadSmallFile(path);
-    content_ = std::move(file.content);
-    rest_ = content_;
+ArchiveFile::ArchiveFile(const std::string& path) : ArchiveFile(ReadSmallFile(path)) {}
+
+ArchiveFile::ArchiveFile(SmallFile file) : content_(std::move(file.content)), rest_(content_) {
     kind_ = file.fault == FileFault::None ? KindOfHeader() : KindOf(file.fault);
 }
 
@@ -64,12 +62,16 @@ LoadEnd ArchiveFile::EndOfLines() const {
     return rest_.empty() ? LoadEnd::NoTerminator : LoadEnd::LineTooLong;
 }
 
-bool WriteArchive(const std::string& path, const std::vector<std::string>& lines) {
+std::string ArchiveText(const std::vector<std::string>& lines) {
     std::string content;
     for (const std::string& line : lines)
         content.append(line).append(kLineEnd);
+    return content;
+}
+
+bool WriteArchive(const std::string& path, const std::vector<std::string>& lines) {
     AtomicFile file(path);
-    file.Write(content);
+    file.Write(ArchiveText(lines));
     return file.Commit();
 }
 

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/SmallFile.h"
+
 namespace tarnwell {
 
 inline constexpr std::string_view kImageHeader =
@@ -44,6 +46,11 @@ class ArchiveFile {
   public:
     explicit ArchiveFile(const std::string& path);
 
+    /// Of what was read already, maybe from a stream.
+    explicit ArchiveFile(SmallFile file);
+    ArchiveFile(const ArchiveFile&) = delete;
+    ArchiveFile& operator=(const ArchiveFile&) = delete;
+
     ArchiveKind Kind() const { return kind_; }
 
     /// The next line behind the header without its line break, CR LF or LF; nothing where the file
@@ -60,6 +67,9 @@ class ArchiveFile {
     std::string_view rest_;
     ArchiveKind kind_;
 };
+
+/// The lines, each ended by CR LF.
+std::string ArchiveText(const std::vector<std::string>& lines);
 
 /// Writes the lines, each ended by CR LF, as the file `path`; false if it could not be completed,
 /// which leaves a former file of that name as it was.

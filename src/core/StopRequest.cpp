@@ -33,6 +33,7 @@ void Handle(int signal, void (*handler)(int)) {
     action = {};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
+    sigfillset(&action.sa_mask);
     sigaction(signal, &action, nullptr);
 }
 

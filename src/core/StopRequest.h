@@ -9,8 +9,11 @@ namespace tarnwell {
 /// Whoever works for long asks after each step that leaves nothing half done.
 class StopRequest {
   public:
-    /// Also from a signal's handler.
-    void Note(int signal) noexcept { signal_ = signal; }
+    /// The first signal counts. Also from a signal's handler.
+    void Note(int signal) noexcept {
+        int none = 0;
+        signal_.compare_exchange_strong(none, signal);
+    }
 
     /// The signal that asked; 0 while none has.
     int Signal() const noexcept { return signal_; }

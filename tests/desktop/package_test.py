@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Makes the Debian package of a finished build, checks it, installs it in folders of its own,
-drives what it installed, and removes it.
+"""Makes the Debian packages of a finished build, checks them, installs them in folders of their own,
+drives what they installed, and removes them.
 
     tests/desktop/session /usr/bin/python3 package_test.py BUILD-FOLDER
 """
@@ -34,11 +34,11 @@ def run(*command, **environment):
     return result.stdout.strip()
 
 
-def make_package(folder):
+def make_packages(folder):
+    """The packages' files by their names."""
     run("cpack", "--config", BUILD / "CPackConfig.cmake", "-B", folder,
         SOURCE_DATE_EPOCH="1700000000")
-    [package] = folder.glob("*.deb")
-    return package
+    return {path.name.split("_")[0]: path for path in folder.glob("*.deb")}
 
 
 def files_below(folder):
@@ -62,24 +62,32 @@ class PackageTest(unittest.TestCase):
         scratch = tempfile.TemporaryDirectory()
         cls.addClassCleanup(scratch.cleanup)
         cls.scratch = Path(scratch.name)
-        cls.package = make_package(cls.scratch / "first")
-        cls.root = cls.scratch / "unpacked"
-        run("dpkg-deb", "-x", cls.package, cls.root)
+        cls.packages = make_packages(cls.scratch / "first")
+        cls.package = cls.packages["tarnwell"]
+        (cls.scratch / "unpacked").mkdir()
+        cls.roots = {name: cls.scratch / "unpacked" / name for name in cls.packages}
+        for name, package in cls.packages.items():
+            run("dpkg-deb", "-x", package, cls.roots[name])
+        cls.root = cls.roots["tarnwell"]
         cls.share = cls.root / "usr/share"
 
-    def field(self, name):
-        return run("dpkg-deb", "-f", self.package, name)
+    def field(self, name, package="tarnwell"):
+        return run("dpkg-deb", "-f", self.packages[package], name)
 
-    def test_is_named_as_debian_wants_it(self):
+    def test_are_named_as_debian_wants_it(self):
         architecture = run("dpkg", "--print-architecture")
-        self.assertEqual(self.package.name, f"tarnwell_{self.field('Version')}_{architecture}.deb")
+        self.assertEqual({package.name for package in self.packages.values()},
+                         {f"{name}_{self.field('Version')}_{architecture}.deb" for name in ("tarnwell", "tarnwell-cli")})
 
     def test_lintian_finds_no_fault(self):
-        run("lintian", "--no-cfg", "--fail-on", "error,warning", self.package)
+        run("lintian", "--no-cfg", "--fail-on", "error,warning", *self.packages.values())
 
-    def test_is_the_same_when_made_again(self):
-        again = make_package(self.scratch / "second")
-        self.assertTrue(filecmp.cmp(self.package, again, shallow=False))
+    def test_are_the_same_when_made_again(self):
+        for name, again in make_packages(self.scratch / "second").items():
+            self.assertTrue(filecmp.cmp(self.packages[name], again, shallow=False), name)
+
+    def test_the_one_without_a_window_needs_no_desktop(self):
+        self.assertNotRegex(self.field("Depends", "tarnwell-cli"), "(?i)qt|x11|xcb|gl|font")
 
     def test_desktop_finds_the_program(self):
         entry = self.share / "applications/tarnwell.desktop"
@@ -113,13 +121,14 @@ class PackageTest(unittest.TestCase):
         self.assertIn("tarnwell.desktop", run("gio", "mime", "text/x-srecord", **folders))
 
     def test_manual_page_is_well_formed(self):
-        page = self.share / "man/man1/tarnwell.1.gz"
-        self.assertEqual(run("sh", "-c", 'man --warnings -l -Tutf8 -Z "$0" >/dev/null', page), "")
-        described = run("man", "-l", page, MANWIDTH="200")
-        help_text = run(self.root / "usr/bin/tarnwell", "--help", DISPLAY="")
-        offered = re.findall(r"^ .*?(--[a-z-]+)", help_text, re.MULTILINE)
-        self.assertIn("--port", offered)
-        self.assertEqual([option for option in offered if option not in described], [])
+        for name, root in self.roots.items():
+            page = root / f"usr/share/man/man1/{name}.1.gz"
+            self.assertEqual(run("sh", "-c", 'man --warnings -l -Tutf8 -Z "$0" >/dev/null', page), "")
+            described = run("man", "-l", page, MANWIDTH="200")
+            help_text = run(root / "usr/bin" / name, "--help", DISPLAY="")
+            offered = re.findall(r"^ .*?(--[a-z-]+)", help_text, re.MULTILINE)
+            self.assertIn("--port", offered)
+            self.assertEqual([option for option in offered if option not in described], [], name)
 
     def test_versions_agree(self):
         version = self.field("Version")
@@ -128,12 +137,14 @@ class PackageTest(unittest.TestCase):
         [metainfo] = self.share.glob("metainfo/*")
         self.assertEqual(ElementTree.parse(metainfo).find("releases/release").get("version"),
                          version)
-        self.assertIn(version, run(self.root / "usr/bin/tarnwell", "--version", DISPLAY=""))
+        for name, root in self.roots.items():
+            self.assertEqual(run(root / "usr/bin" / name, "--version", DISPLAY=""), f"{name} {version}")
 
     def test_installs_below_any_prefix(self):
         run("cmake", "--install", BUILD, "--prefix", "/opt/tv", DESTDIR=str(self.scratch / "dest"))
         installed = self.scratch / "dest/opt/tv"
-        self.assertEqual(files_below(installed), files_below(self.root / "usr"))
+        self.assertEqual(files_below(installed),
+                         set.union(*(files_below(root / "usr") for root in self.roots.values())))
         run(installed / "bin/tarnwell", "--version")
         (self.scratch / "parport0").touch()
         self.assertIn("is ready", run(installed / "libexec/tarnwell/loaddrv",
@@ -142,10 +153,12 @@ class PackageTest(unittest.TestCase):
     def test_is_driven_and_leaves_nothing(self):
         root = self.scratch / "installed"
         root.mkdir()
-        dpkg(root, "--install", self.package)
-        self.assertLess({"usr", "usr/bin/tarnwell"}, files_below(root))
+        dpkg(root, "--install", *self.packages.values())
         self.drive(root / "usr/bin/tarnwell")
         dpkg(root, "--purge", "tarnwell")
+        self.assertFalse((root / "usr/bin/tarnwell").exists())
+        run(root / "usr/bin/tarnwell-cli", "--port=simulated", "check", DISPLAY="")
+        dpkg(root, "--purge", "tarnwell-cli")
         self.assertLessEqual(files_below(root), {"var", "var/lib"})
 
     def test_is_driven_where_it_is_unpacked(self):

@@ -1,0 +1,51 @@
+# Completion of tarnwell-cli for bash.
+_tarnwell_cli() {
+    local commands='check read write verify info get set peek poke'
+    local options='--device= --port= --address= --pins= --wait= --trace= --real-time --no-television
+        --image= --output= --raw --force --yes --dry-run --json --quiet --progress= --help --version'
+    local by_format='R-YR R-YB G-YR G-YB CR02 CB02 SHRP SSH1 SHF1 PROV LT1 DCOL CTIL DPIC DTC'
+    local settings='TINT SHPM OT1 IT2 CN0 CN1 CN2 BR0 BR1 BR2 CLP CLP.480i CLP.1080i'
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    local word words='' command=''
+    [[ $current == '=' ]] && current=
+    [[ $previous == '=' ]] && previous=${COMP_WORDS[COMP_CWORD - 2]}
+    for word in "${COMP_WORDS[@]:1:COMP_CWORD - 1}"; do
+        [[ -z $command && " $commands " == *" $word "* ]] && command=$word
+    done
+    COMPREPLY=()
+    case $previous in
+        --device) words='primary secondary' ;;
+        --port) words='auto ppdev devport simulated' ;;
+        --address) words='378 278 3BC' ;;
+        --progress) words='auto always never' ;;
+        --pins | --wait) return ;;
+        --trace | --image | --output)
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            return
+            ;;
+    esac
+    if [[ -z $words && $current == -* ]]; then
+        words=$options
+        compopt -o nospace
+    elif [[ -z $words && -z $command ]]; then
+        words=$commands
+    elif [[ -z $words ]]; then
+        case $command in
+            read | write | verify | info)
+                compopt -o filenames
+                mapfile -t COMPREPLY < <(compgen -f -- "$current")
+                return
+                ;;
+            get | set)
+                [[ $command == get ]] || compopt -o nospace
+                words=$settings
+                for word in $by_format; do
+                    words+=" $word $word.480i $word.480p $word.1080i $word.VGA"
+                done
+                ;;
+        esac
+    fi
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
+}
+complete -F _tarnwell_cli tarnwell-cli

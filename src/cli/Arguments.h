@@ -1,0 +1,96 @@
+// The arguments of the command line, read and checked before anything happens.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "cli/Operands.h"
+#include "core/ProgramState.h"
+#include "i2c/PortRequest.h"
+
+namespace tarnwell::cli {
+
+enum class Command : std::uint8_t { Check, Read, Write, Verify, Info, Get, Set, Peek, Poke };
+
+struct CommandInfo {
+    Command command;
+    std::string_view name;
+    std::string_view operands;
+    std::string_view description;
+};
+
+inline constexpr std::array kCommands{
+    CommandInfo{Command::Check, "check", "",
+                "Say which EEPROMs answer; where the bus fails, find the cause."},
+    CommandInfo{Command::Read, "read", "FILE", "Read the whole EEPROM into a file."},
+    CommandInfo{Command::Write, "write", "FILE",
+                "Write an image, or the values of a settings archive, and verify."},
+    CommandInfo{Command::Verify, "verify", "FILE", "Compare the EEPROM with a file."},
+    CommandInfo{Command::Info, "info", "FILE", "Say what a file is and what it holds."},
+    CommandInfo{Command::Get, "get", "[NAME[.FORMAT]...]",
+                "Show settings, all of them without a name."},
+    CommandInfo{Command::Set, "set", "NAME[.FORMAT]=VALUE...", "Change settings and verify."},
+    CommandInfo{Command::Peek, "peek", "ADDRESS[-ADDRESS|+COUNT]...", "Show bytes."},
+    CommandInfo{Command::Poke, "poke", "ADDRESS=VALUE...", "Write bytes and verify."},
+};
+
+constexpr const CommandInfo& Info(Command command) {
+    return kCommands[static_cast<std::size_t>(command)];
+}
+
+enum class Show : std::uint8_t { Auto, Always, Never };
+
+struct Arguments {
+    Command command = Command::Check;
+
+    std::string file;               ///< of read, write, verify and info
+    std::vector<int> cells;         ///< of get
+    CellValues cellValues;          ///< of set
+    std::vector<ByteRange> ranges;  ///< of peek
+    ByteValues byteValues;          ///< of poke
+
+    TargetDevice device = TargetDevice::Primary;
+    PortRequest port;
+    std::optional<std::string> portAddress;  ///< as the program state has it
+    std::optional<std::string> pins;
+    int waitSeconds = 0;
+
+    std::optional<std::string> image;
+    std::optional<std::string> output;
+    bool raw = false;
+    bool force = false;
+
+    bool yes = false;
+    bool dryRun = false;
+
+    bool json = false;
+    bool quiet = false;
+    Show progress = Show::Auto;
+};
+
+/// `-` stands for standard input or output.
+inline constexpr std::string_view kStandardStream = "-";
+
+/// Whether it is the file that goes there, and not the report.
+bool WritesToStandardOutput(const Arguments& arguments);
+
+/// What --help and --version ask for.
+struct Text {
+    std::string text;
+};
+
+/// Why the arguments are wrong, and what of them counts all the same.
+struct WrongUse {
+    std::string reason;
+    std::optional<Command> command;
+    bool json;
+};
+
+std::variant<Arguments, Text, WrongUse> ReadArguments(int argc, const char* const* argv);
+
+}  // namespace tarnwell::cli

@@ -1,0 +1,109 @@
+#include "cli/CommandLine.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "cli/Commands.h"
+#include "cli/Interruption.h"
+#include "core/OptionsFile.h"
+
+namespace tarnwell::cli {
+
+namespace {
+
+constexpr std::string_view kHint = " Try 'tarnwell-cli --help'.";
+
+using OnDevice = void (*)(const Arguments&, Device&, Report&);
+constexpr std::array<OnDevice, kCommands.size()> kOnDevice{Check, Read, Write, Verify, nullptr,
+                                                           Get,   Set,  Peek,  Poke};
+
+/// A file that is opened later must not become standard output.
+void OpenStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0)
+            static_cast<void>(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    }
+}
+
+bool Print(const std::string& text, std::FILE* stream) {
+    return std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
+           std::fflush(stream) == 0;
+}
+
+/// What failed, in one line whatever the names in it.
+void PrintError(std::string message) {
+    std::ranges::replace_if(
+        message, [](char letter) { return static_cast<unsigned char>(letter) < ' '; }, '?');
+    Print("tarnwell-cli: " + message + "\n", stderr);
+}
+
+void RunOnDevice(const Arguments& arguments, PortSource& ports, Report& report) {
+    const auto opened = ports.Open(arguments.port, ProcessStop());
+    if (const auto* const refusal = std::get_if<PortRefusal>(&opened))
+        return report.End(Status::WrongUse,
+                          refusal->reason + std::string(refusal->wrongArgument ? kHint : ""));
+    OptionsFile options(OptionsPath(), OptionsFile::Access::Read);
+    Device device(arguments, std::get<JoinedPort>(opened), options, report);
+    try {
+        kOnDevice.at(static_cast<std::size_t>(arguments.command))(arguments, device, report);
+    } catch (const Interrupted&) {
+        device.EndInterrupted();
+    }
+}
+
+void RunOnFiles(const Arguments& arguments, Report& report) {
+    try {
+        if (arguments.command == Command::Info)
+            Info(arguments, report);
+        else
+            arguments.command == Command::Get ? GetFromFile(arguments, report)
+                                              : SetInFile(arguments, report);
+    } catch (const Interrupted&) {
+        report.Interrupt(ProcessStop().Signal(), "");
+    }
+}
+
+/// A report that is lost counts as a failed file unless the device itself has failed.
+int Tell(const Report& report, const Arguments& arguments) {
+    if (report.IsError())
+        PrintError(report.message);
+    bool told = true;
+    if (arguments.json)
+        told = Print(JsonText(report), stdout);
+    else if (!arguments.quiet)
+        told = Print(PlainText(report), WritesToStandardOutput(arguments) ? stderr : stdout);
+    if (told || report.IsError())
+        return report.ExitStatus();
+    PrintError("The report could not be written.");
+    return static_cast<int>(Status::File);
+}
+
+}  // namespace
+
+int RunCommandLine(int argc, const char* const* argv, PortSource& ports) {
+    OpenStandardStreams();
+    ProcessStop();
+    const auto read = ReadArguments(argc, argv);
+    if (const auto* const text = std::get_if<Text>(&read))
+        return static_cast<int>(Print(text->text, stdout) ? Status::Done : Status::File);
+    Report report;
+    Arguments arguments;
+    if (const auto* const wrong = std::get_if<WrongUse>(&read)) {
+        report.command = wrong->command;
+        arguments.json = wrong->json;
+        report.End(Status::WrongUse, wrong->reason + std::string(kHint));
+    } else {
+        arguments = std::get<Arguments>(read);
+        report.command = arguments.command;
+        if (arguments.command == Command::Info || arguments.image)
+            RunOnFiles(arguments, report);
+        else
+            RunOnDevice(arguments, ports, report);
+    }
+    return Tell(report, arguments);
+}
+
+}  // namespace tarnwell::cli

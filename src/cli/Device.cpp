@@ -1,0 +1,153 @@
+#include "cli/Device.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "core/UserFolders.h"
+
+namespace tarnwell::cli {
+
+namespace {
+
+bool ShowsProgress(Show show) {
+    return show == Show::Always || (show == Show::Auto && isatty(STDERR_FILENO) != 0);
+}
+
+std::int16_t Short(int number) {
+    return static_cast<std::int16_t>(number);
+}
+
+}  // namespace
+
+Device::Device(const Arguments& arguments, const JoinedPort& port, mRegistry& options,
+               Report& report)
+    : arguments_(arguments),
+      report_(report),
+      port_(port.wire.port),
+      stop_(port.wire.stop),
+      screen_(ShowsProgress(arguments.progress)),
+      program_({port.wire, screen_, window_, user_, window_, window_, window_, platform_, window_,
+                options, calendar_, StateFolder() + "/backups"}) {
+    screen_.Follow(program_.statusBar);
+    LoadOptions(options, program_.state, window_);
+    program_.state.targetDevice = arguments.device;
+    program_.state.portAddress = arguments.portAddress.value_or(program_.state.portAddress);
+    program_.state.pinOptions = arguments.pins.value_or(program_.state.pinOptions);
+    program_.i2c.ApplyPortOptions();
+    report.device = arguments.device;
+    report.simulated = port.isSimulated;
+    report.port = port.isSimulated ? "simulated" : arguments.port.kind;
+}
+
+void Device::Claim() {
+    using Steady = std::chrono::steady_clock;
+    const auto deadline = Steady::now() + std::chrono::seconds(arguments_.waitSeconds);
+    claim_.emplace(program_.i2c);
+    while (port_.IsTaken() && Steady::now() < deadline) {
+        stop_.Obey();
+        claim_.reset();
+        claim_.emplace(program_.i2c);
+    }
+}
+
+bool Device::Open() {
+    Claim();
+    if (program_.i2c.CheckBus(Quiet::No) == BusCheck::Ok)
+        return true;
+    report_.End(Status::Bus, user_.LastLine());
+    return false;
+}
+
+bool Device::ReadImage(MemoryBuffer& image) {
+    if (program_.i2c.ReadBlock(0, kEepromBytes) == Transfer::Aborted)
+        return EndAborted();
+    image = program_.i2c.ReadData();
+    program_.writeGuard.DeviceRead(image);
+    report_.bytes = kEepromBytes;
+    return true;
+}
+
+bool Device::ReadBytes(ByteRange range, std::vector<AddressedByte>& bytes) {
+    if (program_.i2c.ReadBlock(Short(range.first), Short(range.count)) == Transfer::Aborted)
+        return EndAborted();
+    for (int index = 0; index < range.count; ++index)
+        bytes.push_back(
+            {range.first + index, program_.i2c.ReadData()[static_cast<std::size_t>(index)]});
+    report_.bytes = report_.bytes.value_or(0) + range.count;
+    return true;
+}
+
+bool Device::ReadAgreed(int address, std::uint8_t& byte) {
+    if (program_.i2c.ReadAgreed(Short(address)) == Transfer::Aborted)
+        return EndAborted();
+    byte = program_.i2c.ReadData()[0];
+    return true;
+}
+
+bool Device::KeepBackup() {
+    if (!program_.writeGuard.MayWrite()) {
+        report_.End(Status::File, user_.LastLine() +
+                                      " Nothing was written. Make room there, or name another "
+                                      "place by XDG_STATE_HOME.");
+        return false;
+    }
+    report_.backup = program_.backups.LastKept();
+    return true;
+}
+
+bool Device::Write(const ByteValues& values) {
+    DeviceProgress progress = program_.i2c.TrackProgress();
+    int& written = report_.written.emplace(0);
+    for (const auto& [address, value] : values) {
+        if (program_.i2c.WriteByte(Short(address), value) == Transfer::Aborted)
+            return EndAborted();
+        ++written;
+        if (values.size() == kEepromBytes)
+            progress.Show(address);
+    }
+    return true;
+}
+
+bool Device::ReadBack(const ByteValues& values) {
+    const bool whole = values.size() == kEepromBytes;
+    if (whole && program_.i2c.ReadBlock(0, kEepromBytes) == Transfer::Aborted)
+        return EndAborted();
+    for (const auto& [address, value] : values) {
+        if (!whole && program_.i2c.ReadBlock(Short(address), 1) == Transfer::Aborted)
+            return EndAborted();
+        const std::uint8_t found =
+            program_.i2c.ReadData()[whole ? static_cast<std::size_t>(address) : 0];
+        if (found != value)
+            report_.mismatches.push_back({address, value, found});
+    }
+    return true;
+}
+
+std::string Device::HowFar() const {
+    if (!report_.written)
+        return {};
+    if (*report_.written == 0)
+        return " Nothing was written.";
+    return " " + std::to_string(*report_.written) +
+           " bytes were written and not verified: repeat the command.";
+}
+
+bool Device::EndAborted() {
+    program_.i2c.AbortOperation();
+    const bool portFailed = !port_.Failure().empty();
+    report_.End(Status::Bus, user_.LastLine() +
+                                 (portFailed ? "" : " Find the cause with 'tarnwell-cli check'.") +
+                                 HowFar());
+    return false;
+}
+
+void Device::EndInterrupted() {
+    if (report_.written)
+        report_.written = program_.i2c.BytesWritten();
+    program_.i2c.GiveUp();
+    report_.Interrupt(stop_.Signal(), HowFar());
+}
+
+}  // namespace tarnwell::cli

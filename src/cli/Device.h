@@ -1,0 +1,71 @@
+// The target device as the commands use it: every step tells its failure to the report.
+#pragma once
+
+#include "archive/ImageBackups.h"
+#include "cli/LineUser.h"
+#include "cli/ProgressBar.h"
+#include "cli/Report.h"
+#include "cli/SystemCalendar.h"
+#include "program/NoWindow.h"
+
+namespace tarnwell::cli {
+
+/// The port that whoever joins the command line with it hands over.
+struct JoinedPort {
+    Wire wire;
+    bool isSimulated;
+};
+
+/// A step that returns false has ended the command.
+class Device {
+  public:
+    Device(const Arguments& arguments, const JoinedPort& port, mRegistry& options, Report& report);
+
+    /// Claims the port, waiting as long as --wait says for another program that has it.
+    void Claim();
+
+    /// The same, and checks the bus.
+    [[nodiscard]] bool Open();
+
+    [[nodiscard]] bool ReadImage(MemoryBuffer& image);
+    [[nodiscard]] bool ReadBytes(ByteRange range, std::vector<AddressedByte>& bytes);
+
+    /// Reads a byte of which some bits are to be kept.
+    [[nodiscard]] bool ReadAgreed(int address, std::uint8_t& byte);
+
+    /// Keeps the image that was read as a backup.
+    [[nodiscard]] bool KeepBackup();
+
+    /// Gives the port back: what follows is no work on the device.
+    void GiveBack() { claim_.reset(); }
+
+    [[nodiscard]] bool Write(const ByteValues& values);
+
+    /// Reads back what was written and lists what differs.
+    [[nodiscard]] bool ReadBack(const ByteValues& values);
+
+    /// A signal ended the command: frees the bus, gives the port back and tells how far it came.
+    void EndInterrupted();
+
+    Program& TheProgram() { return program_; }
+    const std::string& LastLine() const { return user_.LastLine(); }
+
+  private:
+    /// Always false.
+    bool EndAborted();
+    std::string HowFar() const;
+
+    const Arguments& arguments_;
+    Report& report_;
+    Port& port_;
+    const StopRequest& stop_;
+    LineUser user_;
+    ProgressBar screen_;
+    NoWindow window_;
+    LinuxPlatform platform_;
+    SystemCalendar calendar_;
+    Program program_;
+    std::optional<BusClaim> claim_;
+};
+
+}  // namespace tarnwell::cli

@@ -1,0 +1,26 @@
+// The files that commands read and write: archives, plain bytes, standard input and output.
+#pragma once
+
+#include "cli/Report.h"
+#include "image/MemoryBuffer.h"
+
+namespace tarnwell::cli {
+
+/// What a file holds: an image, or setting values by cell.
+struct Content {
+    std::optional<MemoryBuffer> image;
+    CellValues values;
+};
+
+/// Nothing if the file cannot be used, which ends the command.
+[[nodiscard]] std::optional<Content> Load(const std::string& name, const Arguments& arguments,
+                                          Report& report);
+
+/// Whether a file may be saved under this name; if not, ends the command.
+[[nodiscard]] bool MaySave(const std::string& name, const Arguments& arguments, Report& report);
+
+/// Saves an image, or else the values, by the kind that the name asks for.
+void Save(const std::string& name, const Content& content, const Arguments& arguments,
+          Report& report);
+
+}  // namespace tarnwell::cli

@@ -1,0 +1,28 @@
+// The user of a command line: boxes are kept as lines, and nothing is asked by them.
+#pragma once
+
+#include <string>
+
+#include "core/User.h"
+
+namespace tarnwell::cli {
+
+/// The text of a box as one line; what its last part asks is left out.
+std::string OneLine(const Box& box);
+
+class LineUser final : public User {
+  public:
+    Answer ShowBox(const Box& box) override;
+    std::optional<std::string> AskText(const TextRequest& /*request*/) override { return {}; }
+    std::optional<std::string> AskFile(const FileRequest& /*request*/) override { return {}; }
+    void Beep() override {}
+    void KeepPainting() override {}
+
+    /// What the last box said.
+    const std::string& LastLine() const { return lastLine_; }
+
+  private:
+    std::string lastLine_;
+};
+
+}  // namespace tarnwell::cli

@@ -1,0 +1,16 @@
+#include "cli/Commands.h"
+#include "cli/Files.h"
+
+namespace tarnwell::cli {
+
+void Read(const Arguments& arguments, Device& device, Report& report) {
+    Content content;
+    if (!MaySave(arguments.file, arguments, report) || !device.Open() ||
+        !device.ReadImage(content.image.emplace()))
+        return;
+    device.GiveBack();
+    report.crc = mCRC32::BufferCrcText(*content.image);
+    Save(arguments.file, content, arguments, report);
+}
+
+}  // namespace tarnwell::cli

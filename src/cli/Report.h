@@ -1,0 +1,91 @@
+// What a command found and did, as data; two writers tell it to a person or to a program.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/Arguments.h"
+#include "image/Mismatch.h"
+
+namespace tarnwell::cli {
+
+/// How a command ended; its value is the exit status, except for Interrupted.
+enum class Status : std::uint8_t {
+    Done = 0,
+    Different = 1,
+    WrongUse = 2,
+    Bus = 3,
+    File = 4,
+    Unverified = 5,  ///< written and read back completely, but different
+    NotConfirmed = 6,
+    Interrupted = 128,  ///< the signal's number is added
+};
+
+/// A byte of the device and what a command makes of it.
+struct ByteChange {
+    int address;
+    std::uint8_t before;
+    std::uint8_t after;
+};
+
+struct AddressedByte {
+    int address;
+    std::uint8_t value;
+};
+
+struct CellValue {
+    int cell;
+    std::uint8_t value;
+};
+
+struct Report {
+    std::optional<Command> command;
+    std::optional<TargetDevice> device;
+    std::optional<std::array<bool, 2>> devices;  ///< whether each answers
+    std::string port;                            ///< empty where none was opened
+    bool simulated = false;
+    Status status = Status::Done;
+    int signal = 0;
+    std::string crc;
+    std::optional<int> bytes;
+    std::vector<AddressedByte> data;
+    std::vector<ByteChange> planned;  ///< of a dry run
+    std::optional<int> written;
+    std::vector<Mismatch> mismatches;  ///< of setting values, compared with a settings archive
+    std::vector<CellValue> settings;
+    std::string backup;
+    std::string message;
+
+    /// Ends the command; the message of an error says what failed and what to do.
+    void End(Status how, std::string text) {
+        status = how;
+        message = std::move(text);
+    }
+    void Interrupt(int bySignal, const std::string& howFar);
+    bool IsError() const { return status != Status::Done && status != Status::Different; }
+    int ExitStatus() const { return static_cast<int>(status) + signal; }
+};
+
+/// One line for each byte, with the setting's name where it has one; of a whole device only those
+/// that change, behind a line that counts them. After `most` lines the rest is counted.
+std::string ChangeLines(const std::vector<ByteChange>& changes, std::size_t most);
+
+/// The report for a person, without the message of an error.
+std::string PlainText(const Report& report);
+
+/// One JSON object, on one line.
+std::string JsonText(const Report& report);
+
+/// The name of the setting that an address belongs to, if it does to one.
+std::optional<std::string> SettingAt(int address);
+
+/// "7-2": the bits of its byte that the cell's value fills.
+std::string BitsOf(int cell);
+
+/// A neighbour's description covers a row without one.
+std::string_view DescriptionOf(int cell);
+
+}  // namespace tarnwell::cli

@@ -1,0 +1,310 @@
+#!/usr/bin/python3
+"""Drives tarnwell-cli itself, on the simulated television and on faults.
+
+    command_line_test.py PROGRAM PROGRAM-WITH-FAULTS
+"""
+
+import json
+import os
+import pty
+import re
+import resource
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+FAULTY, PROGRAM = (Path(sys.argv.pop()).resolve() for _ in range(2))
+SOURCES = Path(__file__).resolve().parents[2]
+KEYS = {"command": str, "device": str, "devices": dict, "port": str, "simulated": bool, "result": str,
+        "crc": str, "bytes": int, "data": list, "written": int, "mismatches": list, "settings": list,
+        "backup": str, "message": str}
+SETTING = {"name": str, "format": str, "page": str, "description": str, "value": int, "maximum": int,
+           "address": int, "bits": str}
+RESULTS = {0: "done", 1: "different", 2: "refused", 3: "failed", 4: "failed", 5: "unverified",
+           6: "refused", 129: "interrupted", 130: "interrupted", 143: "interrupted"}
+
+
+class CommandLine(unittest.TestCase):
+    def setUp(self):
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        self.folder = Path(scratch.name)
+        self.primary = self.folder / "data/tarnwell/simulated-primary.bin"
+        self.backups = self.folder / "state/tarnwell/backups"
+        self.environment = {**os.environ, "HOME": scratch.name, "TZ": "UTC"}
+        for name in ("config", "data", "state"):
+            self.environment[f"XDG_{name.upper()}_HOME"] = f"{scratch.name}/{name}"
+        self.run_cli("poke", "--yes", "5=1", "0x1000=9")
+        self.before = self.primary.read_bytes()
+
+    def start(self, *arguments, program=PROGRAM, **streams):
+        streams = {"stdin": subprocess.DEVNULL, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **streams}
+        return subprocess.Popen([program, *arguments], cwd=self.folder, env=self.environment, **streams)
+
+    def run_cli(self, *arguments, status=0, given=None, **streams):
+        """What it prints, the exit status being the one given; an error is one line."""
+        if given is not None:
+            streams["stdin"] = subprocess.PIPE
+        process = self.start(*arguments, **streams)
+        out, err = process.communicate(given, timeout=60)
+        err = (err or b"").decode()
+        self.assertEqual(process.returncode, status, f"{arguments}: {err}")
+        if status > 1:
+            self.assertRegex(err, r"(\A|\[y/N\] \n?|\r)tarnwell-cli: [^\n]+[.?!]\n\Z")
+        return out, err
+
+    def report(self, *arguments, status=0, **streams):
+        """The JSON object, after a look at its form."""
+        out, err = self.run_cli("--json", *arguments, status=status, **streams)
+        report = json.loads(out)
+        for key, value in report.items():
+            self.assertIs(type(value), KEYS[key], key)
+        for setting in report.get("settings", []):
+            self.assertEqual({key: type(value) for key, value in setting.items()}, SETTING)
+        self.assertEqual(report["result"], RESULTS[status])
+        if status > 1:
+            self.assertIn(report["message"], err)
+        return report
+
+    def on_terminal(self, answer, *arguments, status=0):
+        """What it asks, and the answer typed."""
+        terminal, stdin = pty.openpty()
+        os.write(terminal, answer)
+        try:
+            return self.run_cli(*arguments, status=status, stdin=stdin)[1]
+        finally:
+            os.close(stdin)
+            os.close(terminal)
+
+    def image_of(self, archive):
+        subprocess.run(["srec_cat", archive, "-fill", "0xFF", "0", "8192", "-o", "srec.bin", "-binary"],
+                       cwd=self.folder, check=True)
+        return (self.folder / "srec.bin").read_bytes()
+
+    def changed(self):
+        after = self.primary.read_bytes()
+        return {address: after[address] for address in range(8192) if after[address] != self.before[address]}
+
+    def test_reads_and_verifies_archives_and_bytes(self):
+        report = self.report("read", "a.mot")
+        self.assertEqual((report["command"], report["device"], report["port"], report["simulated"], report["bytes"]),
+                         ("read", "primary", "simulated", True, 8192))
+        self.assertEqual(self.image_of("a.mot"), self.before)
+        self.run_cli("read", "a.bin")
+        self.assertEqual((self.folder / "a.bin").read_bytes(), self.before)
+        archive = (self.folder / "a.mot").read_bytes()
+        out, err = self.run_cli("read", "-")
+        self.assertEqual(out, archive)
+        self.assertIn(report["crc"], err)
+        self.assertEqual(self.run_cli("--raw", "read", "-")[0], self.before)
+        for name, given in (("a.mot", None), ("a.bin", None), ("-", archive)):
+            self.assertEqual(self.report("verify", name, given=given)["crc"], report["crc"])
+            self.assertEqual(self.report("info", name, given=given)["crc"], report["crc"])
+        self.run_cli("read", "a.mot", status=4)
+        self.run_cli("--device", "secondary", "read", "a.mot", "--force")
+        self.assertNotEqual(self.image_of("a.mot"), self.before)
+        different = self.report("verify", "a.mot", status=1)["mismatches"]
+        named = next(m for m in different if m["address"] == 2085)
+        self.assertEqual((named["setting"], named["found"]), ("TINT", self.before[2085]))
+        self.assertIn(b"Address 2085 (TINT): expected", self.run_cli("verify", "a.mot", status=1)[0])
+
+    def test_writes_what_other_programs_made(self):
+        image = bytes(address * 7 % 253 for address in range(8192))
+        (self.folder / "new.bin").write_bytes(image)
+        report = self.report("--yes", "write", "new.bin")
+        self.assertEqual(report["written"], 8192)
+        self.assertEqual(self.primary.read_bytes(), image)
+        self.assertEqual(self.image_of(report["backup"]), self.before)
+        self.run_cli("write", "--yes", "--raw", "-", given=self.before)
+        self.run_cli("read", "back.mot")
+        self.assertEqual(self.image_of("back.mot"), self.before)
+        self.run_cli("--yes", "write", "short.bin", status=4)
+        (self.folder / "short.bin").write_bytes(image[:-1])
+        self.run_cli("--yes", "write", "short.bin", status=4)
+
+    def test_settings_are_read_changed_and_archived(self):
+        everything = self.report("get")["settings"]
+        self.assertEqual(len(everything), 72)
+        tint = next(s for s in everything if s["name"] == "TINT")
+        self.assertEqual(tint, {"name": "TINT", "format": "", "page": "Global", "description": "Main Tint",
+                                "value": self.before[2085] >> 2, "maximum": 63, "address": 2085, "bits": "7-2"})
+        self.assertEqual([s["format"] for s in self.report("get", "r-yr")["settings"]], ["480i", "480p", "1080i", "VGA"])
+        self.assertIn(b"CB02.VGA ", self.run_cli("get", "cb02.vga")[0])
+        report = self.report("--yes", "set", "TINT=0x15", "R-YR=3", "r-yr.480P=4")
+        wanted = {2085: 0x15 << 2 | self.before[2085] & 3, 2365: 3, 2401: 4, 2437: 3, 2473: 3}
+        self.assertEqual(self.changed(), {a: v for a, v in wanted.items() if v != self.before[a]})
+        self.assertEqual(report["written"], len(self.changed()))
+        self.assertEqual(self.report("--yes", "set", "TINT=21")["written"], 0)
+        self.run_cli("read", "a.mot")
+        changed = self.report("--image=a.mot", "--output=b.bin", "set", "TINT=1")
+        self.assertEqual(changed["settings"][0]["value"], 1)
+        self.assertEqual((self.folder / "b.bin").read_bytes()[2085], 4 | self.before[2085] & 3)
+        self.assertEqual(self.report("get", "TINT", "--image", "b.bin")["settings"][0]["value"], 1)
+
+    def test_bytes_are_shown_and_written(self):
+        self.assertEqual(self.report("peek", "0x5", "4094+3")["data"],
+                         [{"address": a, "value": self.before[a]} for a in (5, 4094, 4095, 4096)])
+        self.assertIn(b"2085 0x0825  ", self.run_cli("peek", "2084-2086")[0])
+        planned = self.report("--dry-run", "poke", "5=1", "6=0x7F", "6=2")
+        self.assertEqual((planned["data"], planned["written"]),
+                         ([{"address": 5, "value": 1}, {"address": 6, "value": 2}], 0))
+        kept = len(list(self.backups.iterdir()))
+        self.assertEqual(self.changed(), {})
+        report = self.report("--yes", "poke", "5=1", "6=0x7F", "6=2")
+        self.assertEqual((report["written"], self.changed()), (2, {6: 2}))
+        self.assertEqual(len(list(self.backups.iterdir())), kept + 1)
+
+    def test_asks_on_a_terminal_only(self):
+        for arguments, question in (
+                (("poke", "5=2", "5=3"), "Address 5: 1 becomes 3\nWrite 1 new value to the EEP? [y/N] "),
+                (("poke", "5=2", "6=3"), "\nWrite 2 new values to the EEP? [y/N] "),
+                (("set", "TINT=9", "CLP=3"), " (CLP.1080i): "),
+                (("set", "TINT=9"), "\nWrite settings values to EEPROM? [y/N] "),
+                (("write", "a.bin"), "\nWrite memory buffer to EEProm? [y/N] ")):
+            (self.folder / "a.bin").write_bytes(bytes(8192))
+            for answer in (b"\n", b"yess\n", b"\x04"):
+                self.assertIn(question, self.on_terminal(answer, *arguments, status=6))
+            self.run_cli(*arguments, status=6, given=b"y\n")
+        self.assertEqual(self.changed(), {})
+        warned = self.on_terminal(b"YES\n", "--device=secondary", "poke", "1=1")
+        self.assertRegex(warned, r"(?s)B E   C A R E F U L !.*KILL your HDTV!.*Address 1.*EEP\? \[y/N\] \Z")
+        self.on_terminal(b"Y\n", "poke", "5=7")
+        self.assertEqual(self.changed(), {5: 7})
+
+    def test_wrong_arguments(self):
+        for line, reason in {
+                "": "command", "raed x": "Did you mean read", "read": "FILE", "read a b": "One FILE", "--bogus check": "bogus",
+                "get tnit": "Did you mean TINT", "get R-YR.480": "Did you mean R-YR.480i", "get TINT.VGA": "no formats",
+                "set TINT=64": "0 to 63", "set TINT": "=", "set TINT=-1": "number", "peek 8192": "8191", "peek 9-8": "range",
+                "peek 1+0": "range", "poke 1=256": "255", "poke 0x=1": "number", "--pins=11112010 check": "pin",
+                "--pins=1101201 check": "eight", "--address=379 check": "378", "--port=lpt check": "no port", "--trace= check": "value",
+                "--wait=x check": "wait", "--quiet get": "quiet", "--quiet peek 1": "quiet", "--quiet info a": "quiet",
+                "read - --json": "output", "--image=a peek 1": "image", "--image=a set TINT=1": "output", "--raw read a": "raw",
+                "--dry-run read a": "dry-run", "--device=secondary get": "PLEASE BE CAREFUL", "--port=ppdev --real-time check": "simulated",
+                "--trace=no/t.vcd check": "No such file"}.items():
+            self.assertIn(reason, self.report(*line.split(), status=2)["message"], line)
+
+    def test_backup_that_fails_keeps_every_byte(self):
+        for backup in self.backups.iterdir():
+            backup.unlink()
+        self.backups.rmdir()
+        self.backups.touch()
+        self.assertEqual(self.report("--yes", "poke", "5=2", status=4)["written"], 0)
+        self.assertEqual(self.changed(), {})
+
+    def test_lost_report_does_not_stop_the_work(self):
+        with open("/dev/full", "wb") as full:
+            for arguments in ("--json",), ():
+                self.run_cli("--yes", *arguments, "poke", "5=2", status=4, stdout=full)
+                self.assertEqual(self.changed(), {5: 2})
+                self.run_cli("--yes", "poke", "5=1")
+        reader, writer = os.pipe()
+        os.close(reader)
+        self.assertEqual(self.start("--yes", "--progress=always", "poke", "5=3", stdout=writer, stderr=writer).wait(), 4)
+        os.close(writer)
+        self.assertEqual(self.changed(), {5: 3})
+
+    def test_signals_end_it_at_the_next_byte(self):
+        (self.folder / "a.bin").write_bytes(bytes(b ^ 0xFF for b in self.before))
+        for number, command in (signal.SIGINT, "write"), (signal.SIGTERM, "write"), (signal.SIGHUP, "read"):
+            self.primary.write_bytes(self.before)
+            process = self.start("--real-time", "--yes", "--json", "--progress=always", "--force", command, "a.bin")
+            while b"2 %" not in process.stderr.read1():
+                pass
+            if command == "write":  # the first bar is that of the backup
+                while b" 99 %" not in process.stderr.read1() or time.sleep(0.2):
+                    pass
+            for again in number, number, signal.SIGTERM:
+                process.send_signal(again)
+                time.sleep(0.001)
+            out, err = process.communicate(timeout=10)
+            self.assertEqual(process.returncode, 128 + number, err)
+            report = json.loads(out)
+            self.assertEqual(report["result"], "interrupted")
+            if command == "write":
+                self.assertEqual(sorted(self.changed()), list(range(report["written"])))
+                self.assertGreater(report["written"], 0)
+            self.run_cli("check")
+
+    def test_second_one_is_told_that_the_port_is_taken(self):
+        first = self.start("--real-time", "--force", "--progress=always", "read", "a.mot")
+        first.stderr.read1()
+        message = self.report("peek", "1", status=3)["message"]
+        self.assertIn(f"(tarnwell-cli, process {first.pid})", message)
+        self.assertEqual(self.report("--wait=60", "peek", "5")["data"][0]["value"], 1)
+        self.assertEqual(first.wait(60), 0)
+        first.communicate()
+        self.assertEqual(self.image_of("a.mot"), self.before)
+
+    def test_check_finds_the_cause(self):
+        self.assertEqual(self.report("check")["devices"], {"primary": True, "secondary": True})
+        self.assertIn(b"Secondary EEProm: answers", self.run_cli("check")[0])
+        for arguments, cause in (
+                (("--port=ppdev",), "parport|ppdev"), (("--no-television",), "television has power"),
+                (("--pins=01112010",), "swapped"), (("--pins=21012010",), "SDA stays high"), (("--pins=11212010",), "SCL stays high")):
+            report = self.report("check", *arguments, status=3)
+            self.assertRegex(report["message"], cause, arguments)
+            self.assertEqual(report["devices"], {"primary": False, "secondary": False})
+            self.assertRegex(self.run_cli("check", *arguments, status=3)[1], cause)
+
+    def test_faults(self):
+        for fault, arguments, status, said in (
+                ("AdapterGone Access 0", ("check",), 3, "no adapter"), ("LinesJoined Access 0", ("check",), 3, "joined"),
+                ("SdaStuckLow Access 0", ("check",), 3, "SDA"), ("InputsInverted Access 0", ("check",), 3, "SCL and SDA stay low"),
+                ("SclStuckLow Access 90000", ("read", "x.mot"), 3, "Hardware Problem"), ("DeviceSilent Access 9000", ("get",), 3, "Hardware"),
+                ("PortFails Access 40000", ("--yes", "poke", "7=1"), 3, "Hardware"),
+                ("LostWrite WriteCycle 2", ("--yes", "poke", "7=1", "2085=3"), 5, "not programmed correctly"),
+                ("WrongWrite WriteCycle 8192", ("--yes", "write", "a.bin"), 5, "not programmed correctly"),
+                ("DeviceSilent WriteCycle 3", ("--yes", "write", "a.bin"), 3, "2 bytes were written"),
+                ("LostWrite WriteCycle 0", ("--yes", "set", "TINT=9"), 5, "settings values failed")):
+            (self.folder / "a.bin").write_bytes(self.before)
+            self.environment["TARNWELL_FAULT"] = fault
+            report = self.report(*arguments, status=status, program=FAULTY)
+            self.assertRegex(report["message"], said, fault)
+            self.assertFalse((self.folder / "x.mot").exists())
+            mismatches = report.get("mismatches", [])
+            self.assertEqual(len(mismatches), 1 if status == 5 else 0, fault)
+            if "2085=3" in arguments:
+                self.assertEqual((mismatches[0]["setting"], mismatches[0]["expected"]), ("TINT", 3))
+                self.assertIn(b"(TINT): expected 3, found", self.run_cli(*arguments, status=5, program=FAULTY)[0])
+
+    def test_takes_wiring_and_port_from_the_options_and_leaves_them(self):
+        options = self.folder / "config/Halvdorn/Tarnwell.ini"
+        self.run_cli("check")
+        self.assertFalse(options.parent.exists())
+        options.parent.mkdir(parents=True)
+        options.write_text("[Startup]\nMainTop=1\n[ProgPort]\nPortAddr=888\nPortOpts=21012010\n")
+        self.run_cli("check", status=3)
+        self.run_cli("--pins=11012010", "--address=3bc", "check")
+        self.assertIn("PortOpts=2101", options.read_text())
+
+    def test_starts_at_once_and_draws_a_bar(self):
+        self.run_cli("read", "a.bin")
+        before = resource.getrusage(resource.RUSAGE_CHILDREN)
+        for _ in range(10):
+            self.run_cli("info", "a.bin")
+        after = resource.getrusage(resource.RUSAGE_CHILDREN)
+        self.assertLess((after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime) / 10, 0.010)
+        self.assertRegex(self.run_cli("--progress=always", "read", "b.bin")[1], r"50 %, \d+ s left")
+        self.assertEqual(self.run_cli("--quiet", "read", "c.bin"), (b"", ""))
+
+    def test_completion_and_help_know_what_there_is(self):
+        names = {f"{s['name']}.{s['format']}".rstrip(".") for s in self.report("get")["settings"]}
+        offered = subprocess.run(
+            ["bash", "-c", f"source {SOURCES}/packaging/tarnwell-cli.bash; compopt() {{ :; }}\n"
+             "for line in 'get ' -- ''; do COMP_WORDS=(tarnwell-cli $line); [[ $line == -- ]] || COMP_WORDS+=('')\n"
+             "COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _tarnwell_cli; printf '%s\\n' \"${COMPREPLY[@]}\"; done"],
+            check=True, stdout=subprocess.PIPE, text=True).stdout.replace("=", "").split()
+        self.assertLess(names, set(offered))
+        text = self.run_cli("--help")[0].decode()
+        for word in re.findall(r"^  (?:-\w,)?(--[a-z-]+|[a-z]+) ", text, re.MULTILINE):
+            self.assertIn(word, offered)
+        self.assertRegex(self.run_cli("--version")[0], rb"\Atarnwell-cli \d+\.\d+\.\d+\n\Z")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -3,8 +3,8 @@
 #include <random>
 
 #include "Rows.h"
-#include "support/QuietProgram.h"
 #include "support/TemporaryFolder.h"
+#include "support/TestProgram.h"
 
 namespace tarnwell::bench {
 

@@ -3,7 +3,7 @@
 
 #include "RealTimePort.h"
 #include "Rows.h"
-#include "support/QuietProgram.h"
+#include "support/TestProgram.h"
 
 namespace tarnwell::bench {
 

@@ -3,7 +3,7 @@
 
 #include "Fuzzing.h"
 #include "archive/SRecord.h"
-#include "support/QuietProgram.h"
+#include "support/TestProgram.h"
 
 namespace tarnwell::fuzzing {
 

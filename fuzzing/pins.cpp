@@ -2,7 +2,7 @@
 #include <bit>
 
 #include "Fuzzing.h"
-#include "support/QuietProgram.h"
+#include "support/TestProgram.h"
 
 namespace tarnwell::fuzzing {
 

@@ -26,7 +26,6 @@ using Visit = std::function<void(const std::string&, QWidget&)>;
 using Action = ModalWindows::Action;
 
 constexpr const char* kDriver = "/lib/modules/6.1.0-28-amd64/kernel/drivers/char/ppdev.ko";
-constexpr int kPatience = 30'000;  // ms
 constexpr std::uint16_t kFlippedAddress = 2363;
 
 void Settle(QWidget& window) {
@@ -209,6 +208,13 @@ void Exhibition::ShowEditor() {
 
 void Exhibition::ShowInterfaceTest() {
     Expect("interface-test", Cancel, Click("ClockOut_0"));
+    Choose("mnuPortTest");
+    Expect("interface-test-faults", Cancel, [this](QWidget& dialog) {
+        television_.Inject({.kind = FaultKind::SclStuckLow});
+        television_.Inject({.kind = FaultKind::SdaStuckHigh});
+        for (const char* level : {"DataOut_0", "DataOut_1", "ClockOut_0", "DataOut_0"})
+            Click(level)(dialog);
+    });
     Choose("mnuPortTest");
 }
 

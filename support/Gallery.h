@@ -12,7 +12,8 @@ namespace tarnwell {
 /// changed. Needs a QApplication; ends the process if a window does not come up.
 ///
 /// The names: chroma, edges, global, iris, picture, editor (with an open edit box and pending
-/// writes), editor-off, editor-warning, value-editor, port-options, interface-test, about,
+/// writes), editor-off, editor-warning, value-editor, port-options, interface-test,
+/// interface-test-faults (with the longest diagnosis), about,
 /// driver-path, fill-value, save-image, load-image, verify-question, secondary-question,
 /// verify-failed, menu-file, menu-eep, menu-options, menu-help.
 void WalkGallery(const std::function<void(const std::string& name, QWidget& window)>& visit);

@@ -11,8 +11,8 @@
 
 #include "port/simulated/PersistentTelevision.h"
 #include "port/system/LinuxSystemCalls.h"
-#include "support/QuietProgram.h"
 #include "support/TemporaryFolder.h"
+#include "support/TestProgram.h"
 
 namespace tarnwell {
 

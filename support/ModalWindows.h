@@ -15,6 +15,9 @@
 
 namespace tarnwell {
 
+/// How long what is expected may take on a busy machine, in ms.
+inline constexpr int kPatience = 300'000;
+
 /// The descendant of this name; the process ends if there is none.
 template <typename T>
 T& Child(const QWidget& window, const QString& name) {

@@ -74,6 +74,26 @@ class ScriptedUser final : public User {
     }
 };
 
+/// Agrees to everything and picks one file.
+class YesUser final : public User {
+  public:
+    std::string file;
+    std::string lastBox;
+
+    Answer ShowBox(const Box& box) override {
+        lastBox = box.text;
+        const bool asksYesNo =
+            box.style == BoxStyle::YesNoQuestion || box.style == BoxStyle::YesNoExclamation;
+        return asksYesNo ? Answer::Yes : Answer::Ok;
+    }
+    std::optional<std::string> AskText(const TextRequest& request) override {
+        return std::string(request.answer);
+    }
+    std::optional<std::string> AskFile(const FileRequest& /*request*/) override { return file; }
+    void Beep() override {}
+    void KeepPainting() override {}
+};
+
 class MemoryRegistry final : public mRegistry {
   public:
     std::map<std::string, std::map<std::string, std::string>, std::less<>> keys;
@@ -187,20 +207,22 @@ class TestSurroundings final : public Screen,
     void EnableSettingsButtons() override { steps.emplace_back("buttons"); }
 };
 
-/// A program whose options are loaded, on a television whose bus answers.
-struct TestProgram {
-    TemporaryFolder folder;
-    SimulatedTelevision television;
+/// The program with its options loaded and no window.
+template <typename TheUser>
+struct StartedProgram {
     TestSurroundings outside;
     ManualTimer timer;
-    ScriptedUser user;
+    TheUser user;
     MemoryRegistry registry;
     StopRequest stop;
     Program program;
 
-    explicit TestProgram(Simulation simulation = {})
-        : television(simulation),
-          program({{television, television, NoBusTrace(), stop},
+    static constexpr const char* kNoFolder = "/dev/null/none";
+
+    /// Without a folder that can be made, whoever agrees to it writes without backups.
+    StartedProgram(Port& port, Clock& clock, const std::string& backupFolder = kNoFolder,
+                   BusTrace& trace = NoBusTrace())
+        : program({{port, clock, trace, stop},
                    outside,
                    timer,
                    user,
@@ -211,12 +233,26 @@ struct TestProgram {
                    outside,
                    registry,
                    outside,
-                   folder.Path("backups")}) {
+                   backupFolder}) {
         program.StartUp(outside);
         program.i2c.ApplyPortOptions();
         outside.steps.clear();
         outside.changes.clear();
     }
+};
+
+using QuietProgram = StartedProgram<YesUser>;
+
+struct OwnTelevision {
+    TemporaryFolder folder;
+    SimulatedTelevision television;
+};
+
+/// On a television whose bus answers.
+struct TestProgram : OwnTelevision, StartedProgram<ScriptedUser> {
+    explicit TestProgram(Simulation simulation = {})
+        : OwnTelevision{{}, SimulatedTelevision(simulation)},
+          StartedProgram(television, television, folder.Path("backups")) {}
 
     std::string Status() const { return std::string(program.statusBar.Text(Panel::Status)); }
     std::string Crc() const { return std::string(program.statusBar.Text(Panel::Crc)); }

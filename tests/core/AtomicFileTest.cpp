@@ -3,10 +3,22 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "support/FullDisk.h"
 #include "support/TemporaryFolder.h"
+
+/// The calls on the disk in their order, in the place of the C library's.
+static std::string calls;
+extern "C" int fsync(int descriptor) {
+    calls += "fsync ";
+    return static_cast<int>(syscall(SYS_fsync, descriptor));
+}
+extern "C" int rename(const char* from, const char* to) noexcept {
+    calls += "rename ";
+    return static_cast<int>(syscall(SYS_rename, from, to));
+}
 
 namespace tarnwell {
 namespace {
@@ -35,7 +47,9 @@ TEST_F(AtomicFileTest, ReplacesContentAndKeepsPermissionsAndLinks) {
     fs::create_symlink(folder.Path("link"), folder.Path("file"));
     ASSERT_TRUE(Save(folder.Path("file"), "first"));
     fs::permissions(folder.Path(longest), fs::perms(0640));
+    calls.clear();
     ASSERT_TRUE(Save(folder.Path("file"), "second one"));
+    EXPECT_EQ(calls, "fsync rename fsync ");
 
     EXPECT_TRUE(fs::is_symlink(folder.Path("file")) && fs::is_symlink(folder.Path("link")));
     EXPECT_EQ(folder.Read(longest), "second one");

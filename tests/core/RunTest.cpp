@@ -43,61 +43,56 @@ TEST(StartUp, TreatsAnUnusableMainTopAsAFirstRun) {
     }
 }
 
-TEST(StartUp, KeepsWhatIsStoredAndLeavesTheRestEmpty) {
+TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
+    using Values = std::map<std::string, std::string>;
     TestProgram test;
-    test.registry.keys.clear();
-    test.registry.keys[kStartup] = {{"MainTop", "150"}, {"MainLeft", "-30"}};
-    test.registry.keys[kProgOpts] = {{"NumMode", "Octal"}};
+    const ProgramState& state = test.program.state;
+    test.registry.keys = {
+        {kStartup,
+         Values{{"MainTop", "150"}, {"MainLeft", "-30"}, {"EditTop", "1"}, {"EditLeft", "2"}}},
+        {kProgOpts, Values{{"InitDir", "/tv"}, {"NumMode", "Hex"}, {"DataWarn", "NoWarn"}}},
+        {kProgPort, Values{{"PortAddr", "632"}, {"PortOpts", "21012010"}}}};
+    const auto stored = test.registry.keys;
     test.program.StartUp(test.outside);
-    EXPECT_EQ(test.outside.place.left, -30);
-    EXPECT_EQ(test.program.state.numberMode, NumberMode::Decimal);
-    EXPECT_EQ(test.program.state.editorWarning, "");
-    EXPECT_EQ(test.program.state.pinOptions, "");
+    EXPECT_EQ(test.outside.place.top * 1000 + test.outside.place.left, 149970);
+    EXPECT_EQ(state.editTop + state.editLeft + state.archiveFolder + state.editorWarning +
+                  state.portAddress + state.pinOptions,
+              "12/tvNoWarn63221012010");
+    EXPECT_EQ(state.numberMode, NumberMode::Hex);
+    for (auto& [key, values] : test.registry.keys)
+        for (auto& [name, value] : values)
+            value.clear();
+    EXPECT_EQ(test.program.ShutDown(), Closing::EndProgram);
+    EXPECT_EQ(test.registry.keys, stored);
 
+    test.registry.keys[kProgOpts] = {{"NumMode", "Octal"}};
+    test.registry.keys.erase(kProgPort);
+    test.program.StartUp(test.outside);
+    EXPECT_EQ(state.numberMode, NumberMode::Decimal);
+    EXPECT_EQ(state.editorWarning + state.pinOptions, "");
     test.outside.place = {-15, -40};
     EXPECT_EQ(test.program.ShutDown(), Closing::EndProgram);
-    EXPECT_EQ(test.registry.keys[kStartup]["MainTop"], "1");
-    EXPECT_EQ(test.registry.keys[kStartup]["MainLeft"], "-40");
-    EXPECT_EQ(test.registry.keys[kProgOpts]["DataWarn"], "");
+    EXPECT_EQ(test.registry.keys[kStartup]["MainTop"] + test.registry.keys[kStartup]["MainLeft"],
+              "1-40");
     EXPECT_EQ(test.registry.keys.count(kProgPort), 0U) << "no key is created at the end";
 }
 
 TEST(GetOSFamily, FollowsTheVersionRecord) {
-    struct Row {
-        bool known;
-        std::uint32_t platform, major;
-        const char* family;  // empty: fatal
-    };
-    for (const Row& row : {Row{true, 1, 4, "Win9x"}, Row{true, 2, 4, "WinNT"},
-                           Row{true, 2, 5, "Win2K"}, Row{true, 2, 6, ""}, Row{true, 2, 3, ""},
-                           Row{true, 3, 5, ""}, Row{true, 0, 4, ""}, Row{false, 2, 5, ""}}) {
-        TestSurroundings outside;
-        ScriptedUser user;
-        outside.version = {148, row.major, row.platform};
-        outside.versionKnown = row.known;
-        std::string family;
-        try {
-            const auto found = mGlobal::GetOSFamily(outside, user);
-            family =
-                found == OSFamily::Win9x ? "Win9x" : (found == OSFamily::WinNT ? "WinNT" : "Win2K");
-        } catch (const ProgramEnd&) {
-            EXPECT_THAT(user.TakeBoxes(),
-                        ElementsAre("F A T A L   E R R O R|Could not determine the Computer OS!\r\n"
-                                    "The program will now terminate."));
-        }
-        EXPECT_EQ(family, row.family);
-    }
-}
-
-TEST(GetWindowsFolder, EndsTheProgramWhereThereIsNone) {
+    using enum OSFamily;
     TestSurroundings outside;
     ScriptedUser user;
-    EXPECT_EQ(mGlobal::GetWindowsFolder(outside, user), "/lib/modules/test");
-    outside.systemFolder = "";
-    EXPECT_THROW(mGlobal::GetWindowsFolder(outside, user), ProgramEnd);
-    EXPECT_THAT(user.TakeBoxes(),
-                ElementsAre("F A T A L   E R R O R|Could not determine the Windows Path!\r\n"
-                            "The program will now terminate."));
+    const auto find = [&](std::uint32_t platform, std::uint32_t major) {
+        outside.version = {148, major, platform};
+        return mGlobal::GetOSFamily(outside, user);
+    };
+    EXPECT_TRUE(find(1, 4) == Win9x && find(2, 4) == WinNT && find(2, 5) == Win2K);
+    for (const auto& [platform, major] : {std::pair(2, 6), {2, 3}, {3, 5}, {0, 4}})
+        EXPECT_THROW(find(platform, major), ProgramEnd) << platform << major;
+    outside.versionKnown = false;
+    EXPECT_THROW(find(2, 5), ProgramEnd);
+    EXPECT_EQ(user.TakeBoxes()[4],
+              "F A T A L   E R R O R|Could not determine the Computer OS!\r\n"
+              "The program will now terminate.");
 }
 
 constexpr const char* kSettingsQuestion =

@@ -102,14 +102,13 @@ char OutcomeOf(TestProgram& test, const BusCommand& command) {
         return std::ranges::any_of(
             boxes, [&](const std::string& box) { return box.find(text) != std::string::npos; });
     };
-    if (told("I2C Bus Activity"))
-        return 'a';
-    if (told("Hardware Problem") && !told("I2C bus or"))
-        return 'h';
-    if (told("I2C bus or"))
-        return 'n';
-    if (told("Verify Failed"))
-        return 'v';
+    for (const auto& [letter, text] : {std::pair('a', "I2C Bus Activity"),
+                                       {'n', "I2C bus or"},
+                                       {'h', "Hardware Problem"},
+                                       {'v', "Verify Failed"}}) {
+        if (told(text))
+            return letter;
+    }
     if (command.writes)
         return 'o';
     const auto& memory = test.television.Memory(Chip::Primary);

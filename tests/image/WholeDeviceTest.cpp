@@ -29,26 +29,18 @@ TEST(Crc32, IsTakenOverTheHexadecimalText) {
 }
 
 TEST(FillValue, TakesOneWholeDecimalNumber) {
-    for (const auto& [answer, value] : std::map<std::string, int>{{"255", 255},
-                                                                  {" 0 ", 0},
-                                                                  {"254.5", 255},
-                                                                  {"0.4", 0},
-                                                                  {"-0.5", 0},
-                                                                  {"7.", 7},
-                                                                  {".5", 1},
-                                                                  {"+9", 9},
-                                                                  {"255.5", -1},
-                                                                  {"-1", -1},
-                                                                  {"", -1},
-                                                                  {"  ", -1},
-                                                                  {"12abc", -1},
-                                                                  {"1 2", -1},
-                                                                  {"0x10", -1},
-                                                                  {"1.2.3", -1},
-                                                                  {".", -1},
-                                                                  {"256", -1},
-                                                                  {"99999999999999999999", -1}})
-        EXPECT_EQ(FillValue(answer) ? int{*FillValue(answer)} : -1, value) << answer;
+    for (const auto& [text, value] : {std::pair{"255", 255},
+                                      {" 0 ", 0},
+                                      {"254.5", 255},
+                                      {"0.4", 0},
+                                      {"-0.5", 0},
+                                      {"7.", 7},
+                                      {".5", 1},
+                                      {"+9", 9}})
+        EXPECT_EQ(FillValue(text), value) << text;
+    for (const char* text : {"255.5", "-1", "", "  ", "12abc", "1 2", "0x10", "1.2.3", ".", "256",
+                             "99999999999999999999"})
+        EXPECT_EQ(FillValue(text), std::nullopt) << text;
 }
 
 bool SameImage(const MemoryBuffer& buffer, const EepromImage& image) {
@@ -113,21 +105,29 @@ constexpr const char* kVerifyFailed =
 
 TEST_F(WholeDevice, TellsEachByteThatDoesNotVerify) {
     test.program.wholeDevice.ReadEntireEep();
-    test.television.Inject({.kind = FaultKind::FlippedBit, .address = 4660, .mask = 0x10});
-    test.WillAnswer({Answer::Yes});
+    test.television.Inject({.kind = FaultKind::FlippedBit, .address = 8191, .mask = 0x10});
+    std::vector<std::string> details;
     test.user.onBox = [&](const Box& box) {
         if (box.style != BoxStyle::Critical)
             return;
         EXPECT_EQ(test.Status(), "ERROR: EEP and Memory Buffer Values Do Not Match!");
         EXPECT_EQ(test.timer.running, 30000ms);
-        EXPECT_EQ(test.user.beeps, 1);
-        const int value = primary[4660];
-        EXPECT_EQ(box.details, "1 byte differs.\nAddress 4660: wrote " + std::to_string(value) +
-                                   ", read " + std::to_string(value ^ 0x10));
+        details.push_back(box.details);
     };
-    test.program.wholeDevice.WriteEntireEep();
-    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(HasSubstr("V E R I F Y"), kVerifyFailed));
-    EXPECT_EQ(test.Status(), "");
+    for (const auto mode : {NumberMode::Hex, NumberMode::Decimal}) {
+        test.program.numberModeMenu.Select(mode);
+        test.WillAnswer({Answer::Yes});
+        test.program.wholeDevice.WriteEntireEep();
+        EXPECT_EQ(test.Status(), "");
+        EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(HasSubstr("V E R I F Y"), kVerifyFailed));
+        test.television.ClearFaults();
+        test.television.Inject({.kind = FaultKind::WrongWrite, .mask = 0x01});
+    }
+    EXPECT_EQ(details[0], "1 byte differs.\nAddress 1FFF: wrote 18, read 8");
+    EXPECT_THAT(details[1],
+                ::testing::StartsWith("8192 bytes differ.\nAddress 0: wrote 0, read 1\n"));
+    EXPECT_THAT(details[1], ::testing::EndsWith("\nAddress 8191: wrote 24, read 25"));
+    EXPECT_EQ(test.user.beeps, 2);
 }
 
 TEST_F(WholeDevice, FillsTheDeviceAndLeavesTheBufferAlone) {

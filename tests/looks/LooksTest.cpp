@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <map>
 
+#include "WidgetTexts.h"
 #include "support/Gallery.h"
-#include "support/WidgetTexts.h"
 #include "ui/looks/Colours.h"
 #include "ui/looks/ReadableStyle.h"
 
@@ -145,6 +145,8 @@ class Inspector {
         const QImage without = widget.grab().toImage();
         widget.setFocus(Qt::TabFocusReason);
         const QImage with = widget.grab().toImage();
+        Expect(widget.visibleRegion().contains(widget.rect().center()), widget,
+               "is not scrolled to by its focus");
         int changed = 0;
         for (int pixel = 0; pixel < with.width() * with.height(); ++pixel) {
             const QPoint at(pixel % with.width(), pixel / with.width());

@@ -109,14 +109,19 @@ TEST_P(RealPortTest, ServesTheListedPortsAtTheThreeAddressesOnly) {
     }
 }
 
-TEST(LinuxSystemCalls, InterruptsACallThatBlocks) {
+TEST(LinuxSystemCalls, ReachAByteAndInterruptACallThatBlocks) {
     const TemporaryFolder folder;
+    folder.Write("lock", std::string(3, 'x'));
     LinuxSystemCalls system;
     const OpenFile holder(system, system.Open(folder.Path("lock"), O_RDWR | O_CREAT));
     const OpenFile waiter(system, system.Open(folder.Path("lock"), O_RDWR));
     ASSERT_EQ(system.Lock(holder.Descriptor(), LOCK_EX), 0);
     ASSERT_EQ(system.ArmInterrupt(system.Now() + std::chrono::milliseconds(20)), 0);
     EXPECT_EQ(system.Lock(waiter.Descriptor(), LOCK_EX), -EINTR);
+    std::uint8_t byte = 0;
+    EXPECT_EQ(system.WriteByte(waiter.Descriptor(), 'y', 1), 0);
+    EXPECT_EQ(system.ReadByte(holder.Descriptor(), byte, 1), 0);
+    EXPECT_EQ(folder.Read("lock") + static_cast<char>(byte), "xyxy");
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 
 #include <map>
 #include <sstream>
-#include <thread>
 
 #include "core/Number.h"
 #include "port/simulated/FactoryImage.h"
@@ -140,16 +139,10 @@ TEST(SimulatedTelevisionPace, RealAccessesAndWaitsLast) {
     SimulatedTelevision tv({.accessCost = 100us, .pace = Pace::Real});
     tv.Claim(kBase);
     const auto begin = std::chrono::steady_clock::now();
-    const BusTime virtualBegin = tv.Now();
     for (int access = 0; access < 50; ++access)
         tv.DlPortReadPortUchar(kBase);
     tv.WaitUntil(tv.Now() + 5ms);
-    const auto lasted = std::chrono::steady_clock::now() - begin;
-    EXPECT_GE(lasted, 10ms);
-    const BusTime passed = tv.Now() - virtualBegin;
-    EXPECT_LE(passed, std::chrono::steady_clock::now() - begin);
-    std::this_thread::sleep_for(5ms);
-    EXPECT_GE(tv.Now() - virtualBegin, lasted);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 10ms);
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 #include "core/Number.h"
 #include "support/BusChanges.h"
 #include "support/FullDisk.h"
-#include "support/QuietProgram.h"
 #include "support/TemporaryFolder.h"
+#include "support/TestProgram.h"
 
 namespace tarnwell {
 namespace {

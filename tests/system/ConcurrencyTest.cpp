@@ -1,5 +1,4 @@
 // Two instances of the program on one port.
-#include "port/real/DevPort.h"
 #include "support/Instance.h"
 
 namespace tarnwell {
@@ -59,33 +58,6 @@ TEST(Concurrency, CommandsOfTwoInstancesNeverInterleave) {
     EXPECT_EQ(End(two), 0);
     EXPECT_EQ(commands, 120);
     EXPECT_EQ(mixed, 0);
-}
-
-/// The kernel's own calls, with folders of the test's own for /proc and /dev.
-class FolderSystem final : public LinuxSystemCalls {
-  public:
-    TemporaryFolder folder;
-    FolderSystem() {
-        folder.Write("proc/ioports", "0378-037a : parport0\n");
-        folder.Write("dev/port", std::string(0x400, '\x78'));
-    }
-    std::string ProcFolder() const override { return folder.Path("proc"); }
-    std::string DevFolder() const override { return folder.Path("dev"); }
-};
-
-TEST(Concurrency, DevPortIsLocked) {
-    FolderSystem system;
-    DevPort first(system, PokedAddresses::Listed);
-    DevPort second(system, PokedAddresses::Listed);
-    first.Claim(0x378);
-    second.Claim(0x378);
-    EXPECT_THAT(second.Failure(), testing::HasSubstr("/port is in use by another program"));
-    second.DlPortWritePortUchar(0x378, 0x12);
-    EXPECT_EQ(first.DlPortReadPortUchar(0x378), 0x78);
-    first.Release();
-    second.Claim(0x378);
-    second.DlPortWritePortUchar(0x378, 0x12);
-    EXPECT_EQ(second.DlPortReadPortUchar(0x378), 0x12);
 }
 
 }  // namespace

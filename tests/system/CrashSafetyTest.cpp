@@ -22,14 +22,6 @@ std::string TextFor(int number) {
     return std::string(static_cast<std::size_t>(number % 500), 'x');
 }
 
-void Fill(Program& program, int number) {
-    program.buffer.fill(static_cast<std::uint8_t>(number));
-    for (int cell = 0; cell < kCellCount; ++cell)
-        program.cells.ShowValue(cell, number & 7);
-    program.state.BufferChanged = true;
-    program.state.editTop = program.state.editLeft = TextFor(number);
-}
-
 /// Options and archives lie beside each other.
 std::string Path(const Instance& instance, const char* name) {
     return instance.folder + "Halvdorn/" + name;
@@ -38,7 +30,8 @@ std::string Path(const Instance& instance, const char* name) {
 const Store kStores[] = {
     {"Image",
      [](Instance& instance, int number) {
-         Fill(instance.program, number);
+         instance.program.buffer.fill(static_cast<std::uint8_t>(number));
+         instance.program.state.BufferChanged = true;
          instance.quiet.user.file = Path(instance, "image.mot");
          instance.program.imageArchive.SaveImage();
      },
@@ -48,25 +41,11 @@ const Store kStores[] = {
          const MemoryBuffer& buffer = instance.program.buffer;
          return std::count(buffer.begin(), buffer.end() - 1, number & 0xFF) == kEepromBytes;
      }},
-    {"Settings",
-     [](Instance& instance, int number) {
-         Fill(instance.program, number);
-         instance.quiet.user.file = Path(instance, "settings.mot");
-         instance.program.settingsArchive.SaveSettings();
-     },
-     [](Instance& instance, int number) {
-         instance.quiet.user.file = Path(instance, "settings.mot");
-         instance.program.settingsArchive.LoadSettings();
-         int cell = 0;
-         while (cell < kCellCount && instance.program.cells.Value(cell) == (number & 7))
-             ++cell;
-         return cell == kCellCount;
-     }},
     {"Options",
      [](Instance& instance, int number) {
          OptionsFile store(Path(instance, "Tarnwell.ini"));
          LoadOptions(store, instance.program.state, instance.quiet.outside);
-         Fill(instance.program, number);
+         instance.program.state.editLeft = TextFor(number);
          instance.quiet.outside.place = {number, number};
          SaveOptions(store, instance.program.state, instance.quiet.outside);
      },
@@ -88,25 +67,6 @@ const Store kStores[] = {
          return std::ranges::count(image, number & 0xFF) == kEepromSize;
      }},
 };
-
-/// Starts the program on the stores and lets it come to its first use of the bus, the last step
-/// that touches them, and a while beyond.
-void StartProgram(const std::string& folder) {
-    const std::string lock = folder + "tarnwell/simulated.lock";
-    std::filesystem::remove(lock);
-    const pid_t program = Fork([&] {
-        setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
-        setenv("XDG_DATA_HOME", folder.c_str(), 1);
-        execl(TARNWELL_PROGRAM, TARNWELL_PROGRAM, "--port=simulated", nullptr);
-    });
-    siginfo_t ended{};
-    while (!std::filesystem::exists(lock) && ended.si_pid == 0) {
-        usleep(10'000);
-        waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT);
-    }
-    usleep(200'000);
-    EXPECT_EQ(WEXITSTATUS(End(program, SIGTERM)), 128 + SIGTERM);
-}
 
 class CrashSafety : public testing::TestWithParam<Store> {};
 INSTANTIATE_TEST_SUITE_P(Stores, CrashSafety, testing::ValuesIn(kStores),
@@ -139,8 +99,6 @@ TEST_P(CrashSafety, LeavesTheOldOrTheNewState) {
         EXPECT_TRUE(isNew || store.holds(left, done)) << begun << " begun, " << done << " done";
         between += begun == done ? 0 : 1;
         done = begun = isNew ? begun.load() : done.load();
-        if (round % 30 == 0)
-            StartProgram(folder.Path());
     }
     EXPECT_GT(between, 0);
 }

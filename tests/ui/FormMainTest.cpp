@@ -7,7 +7,6 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 #include <regex>
 
 #include "support/ModalWindows.h"
@@ -43,7 +42,7 @@ class FormMainTest : public ::testing::Test {
             television.Memory(Chip::Primary)[address] = static_cast<std::uint8_t>(address % 251);
         window.startUp();
         window.show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window, kPatience));
     }
 
     void TearDown() override { EXPECT_TRUE(script.isDone()) << "a window did not come up"; }
@@ -65,6 +64,8 @@ class FormMainTest : public ::testing::Test {
         child<QTabWidget>("SSTab1").setCurrentIndex(5);
         child<QCheckBox>("EditorEnabled").click();
         EXPECT_THAT(script.takeTitles(), ElementsAre("W A R N I N G"));
+        EXPECT_EQ(program.state.editorWarning, "NoWarn");
+        EXPECT_EQ(text("lblRow_15"), "15");
     }
     QLineEdit& box() { return child<QLineEdit>("txtEditBox"); }
     void clickByte(int row, int column) {
@@ -74,7 +75,7 @@ class FormMainTest : public ::testing::Test {
     }
     QWidget* focus() {
         window.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window, kPatience));
         return QApplication::focusWidget();
     }
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -110,6 +111,44 @@ TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
     EXPECT_EQ(child("lblSBinfo_0").toolTip(), " Easter Egg! ");
 }
 
+TEST_F(FormMainTest, EachMenuItemOpensItsWindowOrTellsWhatItDid) {
+    for (const auto& [item, title] : {std::pair{"mnuFileLoadImage", "Load EEProm Image"},
+                                      {"mnuFileLoadValues", "Load Settings"},
+                                      {"mnuFileSaveImage", "E R R O R"},
+                                      {"mnuFileSaveValues", "Save Settings As..."},
+                                      {"mnuEEPWrite", "V E R I F Y"},
+                                      {"mnuEEPFill", "F I L L   E N T I R E   E E P"},
+                                      {"mnuEEPsel_1", "W A R N I N G"},
+                                      {"mnuPortOpts", "Advanced Port Setup"},
+                                      {"mnuPortTest", " W A R N I N G"},
+                                      {"mnuHelpHistory", "E R R O R"},
+                                      {"mnuHelpAbout", "About Tarnwell 2"}}) {
+        script.then([](QWidget& box) { static_cast<QDialog&>(box).reject(); });
+        choose(item);
+        EXPECT_THAT(script.takeTitles(), ElementsAre(title)) << item;
+    }
+    const auto panels = [&] { return text("statusPanel_1") + ' ' + text("statusPanel_4"); };
+    for (const auto& [item, told, shown] :
+         {std::tuple{"mnuEEPRead", "Primary EEProm Data Read Into Memory", "Decimal Pri"},
+          {"mnuSelMode_1", "Number Mode Changed to Hexadecimal", "Hex Pri"},
+          {"mnuEEPsel_1", "Secondary EEProm Selected as Target Device", "Hex Sec"},
+          {"mnuEEPRead", "Use the Data Editor to View/Modify data", "Hex Sec"},
+          {"mnuSelMode_0", "Number Mode Changed to Decimal", "Decimal Sec"},
+          {"mnuEEPsel_0", "Primary EEProm Selected as Target Device", "Decimal Pri"},
+          {"mnuPortSel_2", "Programming Port Changed to LPT3 (3BCh)", "Decimal Pri"},
+          {"mnuPortSel_1", "Programming Port Changed to LPT2 (278h)", "Decimal Pri"},
+          {"mnuPortSel_0", "Programming Port Changed to LPT1 (378h)", "Decimal Pri"}}) {
+        const QLatin1String name(item);
+        if (name == QLatin1String("mnuEEPsel_1"))
+            script.press(QMessageBox::Ok);
+        choose(item);
+        EXPECT_EQ(status(), told);
+        EXPECT_EQ(panels(), shown) << told;
+        EXPECT_EQ(child<QAction>(item).isChecked(), name != QLatin1String("mnuEEPRead")) << item;
+    }
+    EXPECT_EQ(text("statusPanel_3"), toQt(mCRC32::BufferCrcText(program.buffer)));
+}
+
 TEST_F(FormMainTest, TurnsPagesByKeyboardAndStartsTheExtraProgramByDoubleClick) {
     script.then([](QWidget& warning) { static_cast<QDialog&>(warning).accept(); });
     key(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
@@ -135,6 +174,22 @@ TEST_F(FormMainTest, EditsASettingByKeyboardAndWritesIt) {
         EXPECT_TRUE(edit.isVisible()) << "the close box does nothing";
         auto& bar = *edit.findChild<QScrollBar*>(QStringLiteral("VScroll1"));
         EXPECT_EQ(bar.maximum(), 255);
+        const auto* readout = edit.findChild<QLabel*>(QStringLiteral("Label1"));
+        for (const auto& [pressed, shown] : {std::pair(Qt::Key_Home, 255),
+                                             {Qt::Key_PageDown, 239},
+                                             {Qt::Key_End, 0},
+                                             {Qt::Key_PageUp, 16}}) {
+            QTest::keyClick(&bar, pressed);
+            EXPECT_EQ(readout->text().toInt(), shown);
+        }
+        const QPointF middle = bar.rect().center();
+        for (const int turned : {60, 60, -240}) {
+            QWheelEvent wheel(middle, middle, {}, {0, turned}, {}, {}, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(&bar, &wheel);
+        }
+        EXPECT_EQ(bar.value(), 15);
+        bar.setValue(value);
+        edit.move(150, 90);
         QTest::keyClick(&bar, Qt::Key_Up);
         QTest::mouseClick(&bar, Qt::LeftButton, {}, {bar.width() / 2, bar.height() / 4});
         QTest::mouseClick(&bar, Qt::LeftButton, {}, {bar.width() / 2, bar.height() * 3 / 4});
@@ -143,6 +198,7 @@ TEST_F(FormMainTest, EditsASettingByKeyboardAndWritesIt) {
     key(Qt::Key_Return);
     EXPECT_EQ(cell.text().toInt(), value + 1);
     EXPECT_EQ(status(), "480i CR02 Value Changed");
+    EXPECT_EQ(program.state.editTop + " " + program.state.editLeft, "1350 2250");
     EXPECT_EQ(cell.grab().toImage().pixelColor(4, 4), QColor(239, 219, 137));
     key(Qt::Key_Right);
     EXPECT_EQ(QApplication::focusWidget()->objectName(), "lblSetting_6");
@@ -153,6 +209,7 @@ TEST_F(FormMainTest, EditsASettingByKeyboardAndWritesIt) {
     child<QPushButton>("cmdSaveSettings").click();
     EXPECT_EQ(status(), "EEP Verified OK; Settings Values Written to EEProm");
     EXPECT_EQ(television.Memory(Chip::Primary)[2363], value + 1);
+    EXPECT_EQ(cell.grab().toImage().pixelColor(4, 4), QColor(255, 255, 192));
     EXPECT_THAT(script.takeTitles(), ElementsAre(" Edit Value", "V E R I F Y"));
 }
 
@@ -305,6 +362,8 @@ TEST_F(FormMainTest, FiltersCommitsAndAbandonsEntries) {
     child<QPushButton>("cmdWriteData").click();
     EXPECT_EQ(status(), "EEP Verified OK; New Data Written to EEProm");
     EXPECT_EQ(television.Memory(Chip::Primary)[18], 23);
+    EXPECT_EQ(text("lblAddy_0") + text("lblOldData_0") + text("lblNewData_0"), "");
+    EXPECT_EQ(child<QTabWidget>("SSTab1").tabText(5), "Editor");
     EXPECT_THAT(script.takeTitles(), ElementsAre("W A R N I N G", "V E R I F Y"));
 }
 
@@ -359,10 +418,23 @@ TEST_F(FormMainTest, AsksBeforeEditsInTheGridAreLost) {
 }
 
 TEST_F(FormMainTest, ShowsProgressAndDropsInputDuringAWholeDeviceOperation) {
-    script.press(QMessageBox::Yes);
+    const std::string caption = " Tarnwell 2 - Simulated Television";
     std::vector<std::string> seen;
-    QObject::connect(&window, &QWidget::windowTitleChanged,
-                     [&](const QString& title) { seen.push_back(title.toStdString()); });
+    QObject::connect(&window, &QWidget::windowTitleChanged, [&](const QString& title) {
+        seen.push_back(title.toStdString());
+        if (seen.size() > 1)
+            return;
+        EXPECT_TRUE(status().startsWith("Please Wait,"));
+        for (const char* pressed : {"cmdReadSettings", "lblSetting_0", "EditorEnabled"})
+            child<QAbstractButton>(pressed).click();  // as a screen reader does
+        choose("mnuEEPsel_1");
+        EXPECT_FALSE(child<QAction>("mnuEEPsel_1").isChecked());
+        child<QTabWidget>("SSTab1").setCurrentIndex(5);
+        EXPECT_EQ(child<QTabWidget>("SSTab1").currentIndex(), 0);
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease})
+            QCoreApplication::postEvent(&child("cmdReadSettings"),
+                                        new QKeyEvent(type, Qt::Key_Space, {}, " "));
+    });
     program.statusBar.ShowProgress({50, 17});
     const QImage bar = child("statusPanel_4").grab().toImage();
     const auto colour = [&](int x) { return bar.pixelColor(x, bar.height() - 4); };
@@ -371,28 +443,11 @@ TEST_F(FormMainTest, ShowsProgressAndDropsInputDuringAWholeDeviceOperation) {
     program.statusBar.EndProgress();
     QElapsedTimer elapsed;
     elapsed.start();
-    QTimer watch;
     television.SetWriteCycle(BusTime(3'500'000));
-    watch.callOnTimeout([&] {
-        if (!status().startsWith("Please Wait,"))
-            return;
-        for (const char* pressed : {"cmdReadSettings", "lblSetting_0", "EditorEnabled"})
-            child<QAbstractButton>(pressed).click();  // as a screen reader does
-        choose("mnuEEPsel_1");
-        EXPECT_FALSE(child<QAction>("mnuEEPsel_1").isChecked());
-        child<QTabWidget>("SSTab1").setCurrentIndex(5);
-        EXPECT_EQ(child<QTabWidget>("SSTab1").currentIndex(), 0);
-        QCoreApplication::postEvent(&child("cmdReadSettings"),
-                                    new QKeyEvent(QEvent::KeyPress, Qt::Key_Space, {}, " "));
-        QCoreApplication::postEvent(&child("cmdReadSettings"),
-                                    new QKeyEvent(QEvent::KeyRelease, Qt::Key_Space, {}, " "));
-    });
-    watch.start(0);
+    script.press(QMessageBox::Yes);
     choose("mnuEEPWrite");
-    watch.stop();
     QCoreApplication::processEvents();
     EXPECT_EQ(status(), "EEP Verified OK; EEProm Write Successful");
-    const std::string caption = " Tarnwell 2 - Simulated Television";
     EXPECT_THAT(seen,
                 testing::Contains(testing::MatchesRegex(caption + " - [0-9]+%, [0-9]+ s left")));
     EXPECT_LE(seen.size(), 6 + elapsed.elapsed() / 100) << "painted more often than it is seen";

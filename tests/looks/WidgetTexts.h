@@ -1,4 +1,5 @@
-#include "support/WidgetTexts.h"
+// What a widget shows as text, and whether it has the room for it.
+#pragma once
 
 #include <QGroupBox>
 #include <QLineEdit>
@@ -6,6 +7,7 @@
 #include <QMenuBar>
 #include <QStyleOptionGroupBox>
 #include <QTabBar>
+#include <vector>
 
 #include "ui/looks/Fitted.h"
 #include "ui/widgets/GridView.h"
@@ -13,32 +15,39 @@
 
 namespace tarnwell {
 
-namespace {
+/// A text of a widget, the room that it has there and the size that it needs.
+struct Text {
+    QString text;
+    QRect room;
+    QSize needed;
+    double narrowest = 1;  ///< how far it may be condensed
+};
 
 using Texts = std::vector<Text>;
 
-constexpr double kNarrowest = 0.7;  // what a condensed text is still read at
+inline constexpr double kNarrowest = 0.7;  // what a condensed text is still read at
 
-Text textOf(const QWidget& widget, const QString& text, const QRect& room, double narrowest = 1) {
+inline Text textOf(const QWidget& widget, const QString& text, const QRect& room,
+                   double narrowest = 1) {
     return {text, room, widget.fontMetrics().size(Qt::TextShowMnemonic, text), narrowest};
 }
 
-Texts ofFittedLabel(const FittedLabel& label) {
+inline Texts ofFittedLabel(const FittedLabel& label) {
     return {textOf(label, label.text(), label.contentsRect(), kNarrowest)};
 }
 
-Texts ofLabel(const QLabel& label) {
+inline Texts ofLabel(const QLabel& label) {
     Text text = textOf(label, label.text(), label.contentsRect());
     text.needed =
         label.wordWrap() ? QSize(0, label.heightForWidth(label.width())) : label.sizeHint();
     return {text};
 }
 
-Texts ofSettingCell(const SettingCell& cell) {
+inline Texts ofSettingCell(const SettingCell& cell) {
     return {textOf(cell, cell.text(), cell.rect().adjusted(2, 1, -2, -1), kNarrowest)};
 }
 
-Texts ofButton(const QAbstractButton& button) {
+inline Texts ofButton(const QAbstractButton& button) {
     QStyleOptionButton option;
     option.initFrom(&button);
     const auto part = button.inherits("QCheckBox")      ? QStyle::SE_CheckBoxContents
@@ -47,7 +56,7 @@ Texts ofButton(const QAbstractButton& button) {
     return {textOf(button, button.text(), button.style()->subElementRect(part, &option, &button))};
 }
 
-Texts ofGroupBox(const QGroupBox& box) {
+inline Texts ofGroupBox(const QGroupBox& box) {
     QStyleOptionGroupBox option;
     option.initFrom(&box);
     option.text = box.title();
@@ -57,13 +66,13 @@ Texts ofGroupBox(const QGroupBox& box) {
     return {textOf(box, box.title(), box.rect() & room)};
 }
 
-Texts ofLineEdit(const QLineEdit& edit) {
+inline Texts ofLineEdit(const QLineEdit& edit) {
     // The names of a file are as long as the user likes.
     const bool bounded = edit.objectName() != QLatin1String("fileNameEdit");
     return {textOf(edit, edit.text(), edit.rect(), bounded ? 1 : 0)};
 }
 
-Texts ofTabs(const QTabBar& tabs) {
+inline Texts ofTabs(const QTabBar& tabs) {
     Texts texts;
     for (int tab = 0; tab < tabs.count(); ++tab)
         texts.push_back(textOf(tabs, tabs.tabText(tab), tabs.tabRect(tab)));
@@ -80,7 +89,7 @@ Texts ofMenu(const Menu& menu) {
     return texts;
 }
 
-Texts ofGrid(const GridView& grid) {
+inline Texts ofGrid(const GridView& grid) {
     Texts texts;
     const int rows = grid.rowAt(grid.viewport()->height() - 4);
     for (int cell = 0; cell < kGridColumns * rows; ++cell) {
@@ -101,9 +110,8 @@ Texts ifIs(const QWidget& widget, Texts (*read)(const Widget&)) {
     return typed != nullptr ? read(*typed) : Texts();
 }
 
-}  // namespace
-
-std::vector<Text> textsOf(const QWidget& widget) {
+/// By the widget's own measures; of a grid, those of the cells that are seen.
+inline Texts textsOf(const QWidget& widget) {
     // The special ones stand before those that they are made of.
     for (const Texts& texts :
          {ifIs(widget, ofFittedLabel), ifIs(widget, ofLabel), ifIs(widget, ofSettingCell),

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "cli/Interruption.h"
 #include "core/UserFolders.h"
 
 namespace tarnwell::cli {
@@ -60,22 +61,33 @@ bool Device::Open() {
     return false;
 }
 
+bool Device::Read(ByteRange range) {
+    const int before = report_.bytes.value_or(0);
+    const auto count = [&] { report_.bytes = before + program_.i2c.BytesRead(); };
+    try {
+        const Transfer read = program_.i2c.ReadBlock(Short(range.first), Short(range.count));
+        count();
+        return read == Transfer::Done || EndAborted();
+    } catch (const Interrupted&) {
+        count();
+        throw;
+    }
+}
+
 bool Device::ReadImage(MemoryBuffer& image) {
-    if (program_.i2c.ReadBlock(0, kEepromBytes) == Transfer::Aborted)
-        return EndAborted();
+    if (!Read({0, kEepromBytes}))
+        return false;
     image = program_.i2c.ReadData();
     program_.writeGuard.DeviceRead(image);
-    report_.bytes = kEepromBytes;
     return true;
 }
 
 bool Device::ReadBytes(ByteRange range, std::vector<AddressedByte>& bytes) {
-    if (program_.i2c.ReadBlock(Short(range.first), Short(range.count)) == Transfer::Aborted)
-        return EndAborted();
+    if (!Read(range))
+        return false;
     for (int index = 0; index < range.count; ++index)
         bytes.push_back(
             {range.first + index, program_.i2c.ReadData()[static_cast<std::size_t>(index)]});
-    report_.bytes = report_.bytes.value_or(0) + range.count;
     return true;
 }
 

@@ -51,6 +51,9 @@ class Device {
     const std::string& LastLine() const { return user_.LastLine(); }
 
   private:
+    /// Counts what was read, however it ends.
+    [[nodiscard]] bool Read(ByteRange range);
+
     /// Always false.
     bool EndAborted();
     std::string HowFar() const;

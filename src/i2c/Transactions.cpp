@@ -56,6 +56,7 @@ Transfer mI2Ccode::SendAddressed(std::uint8_t select, std::int16_t address) {
 
 Transfer mI2Ccode::ReadBlock(std::int16_t address, std::int16_t count) {
     const bool wholeDevice = count == kEepromBytes;
+    bytesRead_ = 0;
     std::optional<DeviceProgress> progress;
     if (wholeDevice)
         progress.emplace(statusBar_, user_, clock_);
@@ -80,6 +81,7 @@ Transfer mI2Ccode::ReadBytes(std::int16_t count, DeviceProgress* progress) {
             SendAck();
         if (BusFailed())
             return Transfer::Aborted;
+        ++bytesRead_;
         stop_.Obey();
         if (progress != nullptr && index != last)
             progress->Show(index + 1);

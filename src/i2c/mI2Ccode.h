@@ -108,6 +108,9 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     /// Ends a command whose transaction was aborted: frees the bus and tells the user.
     void AbortOperation();
 
+    /// How many bytes the last block read has got, also if it was cut short.
+    int BytesRead() const { return bytesRead_; }
+
     /// How many bytes the command that runs has written so far.
     int BytesWritten() const { return bytesWritten_; }
 
@@ -174,6 +177,7 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     std::uint16_t baseAddress_ = 0;
     std::map<std::uint16_t, Owed> owed_;  ///< by base address
     int ackSample_ = 1;       ///< at which sample the target device acknowledged in the bus check
+    int bytesRead_ = 0;       ///< of the last block
     int bytesWritten_ = 0;    ///< since the claim
     bool disturbed_ = false;  ///< at a sample a line was not where it was driven or released to
 };

@@ -225,6 +225,7 @@ class CommandLine(unittest.TestCase):
             self.assertEqual(process.returncode, 128 + number, err)
             report = json.loads(out)
             self.assertEqual(report["result"], "interrupted")
+            self.assertIn(report["bytes"], (8192,) if command == "write" else range(100, 8192))
             if command == "write":
                 self.assertEqual(sorted(self.changed()), list(range(report["written"])))
                 self.assertGreater(report["written"], 0)

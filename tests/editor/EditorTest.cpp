@@ -68,8 +68,11 @@ TEST_F(EditorTest, TypedCharactersAndNumberModes) {
             editor.CharacterTyped(character);
             EXPECT_EQ(program.grid.EditText(), character == "a" ? typedA : character);
         }
-        editor.KeyPressed(Backspace);
-        EXPECT_EQ(program.grid.EditText(), "");
+        editor.TextEdited("7\xC3\xA9");
+        for (const char* left : {"7", ""}) {
+            editor.KeyPressed(Backspace);
+            EXPECT_EQ(program.grid.EditText(), left);
+        }
         editor.CharacterTyped("\r");
         EXPECT_EQ(program.grid.EditText(), "0");
     }

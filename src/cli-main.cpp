@@ -1,6 +1,6 @@
 // Joins the command line with the port that it drives.
 #include "cli/CommandLine.h"
-#include "core/UserFolders.h"
+#include "core/files/UserFolders.h"
 #include "port/OpenedPort.h"
 #include "port/system/LinuxSystemCalls.h"
 

@@ -8,7 +8,7 @@
 
 #include "core/OptionsFile.h"
 #include "core/StopRequest.h"
-#include "core/UserFolders.h"
+#include "core/files/UserFolders.h"
 #include "port/OpenedPort.h"
 #include "port/system/LinuxSystemCalls.h"
 #include "ui/desktop/CommandLine.h"

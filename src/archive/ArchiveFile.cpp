@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "archive/SRecord.h"
-#include "core/AtomicFile.h"
+#include "core/files/AtomicFile.h"
 
 namespace tarnwell {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/SmallFile.h"
+#include "core/files/SmallFile.h"
 
 namespace tarnwell {
 

@@ -6,7 +6,7 @@
 #include <chrono>
 
 #include "cli/Interruption.h"
-#include "core/UserFolders.h"
+#include "core/files/UserFolders.h"
 
 namespace tarnwell::cli {
 

@@ -8,7 +8,7 @@
 #include "archive/SRecord.h"
 #include "archive/SettingsRecords.h"
 #include "cli/Interruption.h"
-#include "core/AtomicFile.h"
+#include "core/files/AtomicFile.h"
 #include "program/NoWindow.h"
 
 namespace tarnwell::cli {

@@ -9,9 +9,9 @@
 #include <filesystem>
 #include <utility>
 
-#include "core/AtomicFile.h"
-#include "core/SmallFile.h"
-#include "core/UserFolders.h"
+#include "core/files/AtomicFile.h"
+#include "core/files/SmallFile.h"
+#include "core/files/UserFolders.h"
 
 namespace tarnwell {
 

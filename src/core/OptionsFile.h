@@ -1,8 +1,8 @@
 // The options store: an INI file in the user's configuration folder.
 #pragma once
 
-#include "core/IniText.h"
 #include "core/Registry.h"
+#include "core/files/IniText.h"
 
 namespace tarnwell {
 

@@ -1,4 +1,4 @@
-#include "core/AtomicFile.h"
+#include "core/files/AtomicFile.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

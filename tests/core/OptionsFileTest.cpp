@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include "core/SmallFile.h"
+#include "core/files/SmallFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace tarnwell {

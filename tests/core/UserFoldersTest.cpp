@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-#include "core/UserFolders.h"
+#include "core/files/UserFolders.h"
 
 namespace tarnwell {
 namespace {

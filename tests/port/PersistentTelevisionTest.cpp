@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-#include "core/SmallFile.h"
+#include "core/files/SmallFile.h"
 #include "port/simulated/FactoryImage.h"
 #include "port/system/LinuxSystemCalls.h"
 #include "support/FullDisk.h"

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <utility>
 
-#include "core/AtomicFile.h"
-#include "core/SmallFile.h"
+#include "core/files/AtomicFile.h"
+#include "core/files/SmallFile.h"
 #include "port/simulated/FactoryImage.h"
 #include "port/system/FileLock.h"
 #include "port/system/ParallelPorts.h"

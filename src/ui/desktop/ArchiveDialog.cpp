@@ -6,7 +6,7 @@
 #include <QScreen>
 #include <QStandardPaths>
 
-#include "core/UserFolders.h"
+#include "core/files/UserFolders.h"
 #include "ui/looks/Measures.h"
 #include "ui/looks/Text.h"
 

@@ -1,4 +1,4 @@
-#include "core/UserFolders.h"
+#include "core/files/UserFolders.h"
 
 #include <pwd.h>
 #include <unistd.h>

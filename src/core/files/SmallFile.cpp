@@ -1,4 +1,4 @@
-#include "core/SmallFile.h"
+#include "core/files/SmallFile.h"
 
 #include <fcntl.h>
 #include <unistd.h>

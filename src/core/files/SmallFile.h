@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "core/RegularFile.h"
+#include "core/files/RegularFile.h"
 
 namespace tarnwell {
 

@@ -1,4 +1,4 @@
-#include "core/IniText.h"
+#include "core/files/IniText.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,5 +1,5 @@
 // Files that appear under their name only when they are complete and on the disk.
-#include "core/AtomicFile.h"
+#include "core/files/AtomicFile.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -10,7 +10,7 @@
 #include <random>
 #include <utility>
 
-#include "core/RegularFile.h"
+#include "core/files/RegularFile.h"
 
 namespace tarnwell {
 

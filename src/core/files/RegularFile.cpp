@@ -1,4 +1,4 @@
-#include "core/RegularFile.h"
+#include "core/files/RegularFile.h"
 
 #include <fcntl.h>
 #include <unistd.h>

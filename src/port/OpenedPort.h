@@ -17,7 +17,12 @@ struct OpenedPort {
     std::unique_ptr<VcdTrace> trace;
 
     Wire TheWire(const StopRequest& stop = NoStopRequest()) const {
-        return {port->ThePort(), port->TheClock(), trace ? *trace : NoBusTrace(), stop};
+        return {port->ThePort(), port->TheClock(), TheTrace(), stop};
+    }
+    BusTrace& TheTrace() const {
+        if (trace)
+            return *trace;
+        return NoBusTrace();
     }
 };
 

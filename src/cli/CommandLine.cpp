@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "cli/Commands.h"
-#include "cli/Interruption.h"
+#include "cli/commands/Commands.h"
+#include "cli/tools/Interruption.h"
 #include "core/OptionsFile.h"
 
 namespace tarnwell::cli {

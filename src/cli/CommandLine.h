@@ -3,7 +3,7 @@
 
 #include <variant>
 
-#include "cli/Device.h"
+#include "cli/tools/Device.h"
 
 namespace tarnwell::cli {
 

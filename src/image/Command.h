@@ -17,6 +17,10 @@ struct CommandContext {
 
 /// A class of commands: what its constructor takes besides the context is particular to it.
 class Command {
+  public:
+    Command(const Command&) = delete;
+    Command& operator=(const Command&) = delete;
+
   protected:
     explicit Command(const CommandContext& context)
         : state_(context.state),
@@ -26,8 +30,6 @@ class Command {
           i2c_(context.i2c),
           writeGuard_(context.writeGuard) {}
     ~Command() = default;
-    Command(const Command&) = delete;
-    Command& operator=(const Command&) = delete;
 
     void Post(std::string_view outcome) { statusBar_.ShowStatus(outcome, kResultSeconds); }
 

@@ -86,7 +86,7 @@ TEST(GetOSFamily, FollowsTheVersionRecord) {
         return mGlobal::GetOSFamily(outside, user);
     };
     EXPECT_TRUE(find(1, 4) == Win9x && find(2, 4) == WinNT && find(2, 5) == Win2K);
-    for (const auto& [platform, major] : {std::pair(2, 6), {2, 3}, {3, 5}, {0, 4}})
+    for (const auto& [platform, major] : {std::pair(2U, 6U), {2U, 3U}, {3U, 5U}, {0U, 4U}})
         EXPECT_THROW(find(platform, major), ProgramEnd) << platform << major;
     outside.versionKnown = false;
     EXPECT_THROW(find(2, 5), ProgramEnd);

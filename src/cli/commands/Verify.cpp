@@ -1,5 +1,5 @@
-#include "cli/Commands.h"
-#include "cli/Settings.h"
+#include "cli/commands/Commands.h"
+#include "cli/tools/Settings.h"
 
 namespace tarnwell::cli {
 

@@ -1,4 +1,4 @@
-#include "cli/Writing.h"
+#include "cli/tools/Writing.h"
 
 #include <unistd.h>
 
@@ -6,7 +6,7 @@
 #include <cctype>
 #include <cstdio>
 
-#include "cli/Interruption.h"
+#include "cli/tools/Interruption.h"
 #include "image/WriteTexts.h"
 
 namespace tarnwell::cli {

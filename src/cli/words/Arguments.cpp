@@ -1,4 +1,4 @@
-#include "cli/Arguments.h"
+#include "cli/words/Arguments.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

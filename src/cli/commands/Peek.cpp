@@ -1,4 +1,4 @@
-#include "cli/Commands.h"
+#include "cli/commands/Commands.h"
 
 namespace tarnwell::cli {
 

@@ -1,11 +1,11 @@
-#include "cli/Device.h"
+#include "cli/tools/Device.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 
-#include "cli/Interruption.h"
+#include "cli/tools/Interruption.h"
 #include "core/files/UserFolders.h"
 
 namespace tarnwell::cli {

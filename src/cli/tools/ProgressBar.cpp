@@ -1,4 +1,4 @@
-#include "cli/ProgressBar.h"
+#include "cli/tools/ProgressBar.h"
 
 #include <cstdio>
 

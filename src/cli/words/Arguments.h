@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "cli/Operands.h"
+#include "cli/words/Operands.h"
 #include "core/ProgramState.h"
 #include "i2c/PortRequest.h"
 

@@ -1,4 +1,4 @@
-#include "cli/Interruption.h"
+#include "cli/tools/Interruption.h"
 
 #include <poll.h>
 #include <unistd.h>

@@ -1,8 +1,8 @@
 // What the commands on named settings share.
 #pragma once
 
-#include "cli/Files.h"
-#include "cli/Writing.h"
+#include "cli/tools/Files.h"
+#include "cli/tools/Writing.h"
 
 namespace tarnwell::cli {
 

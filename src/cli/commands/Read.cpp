@@ -1,5 +1,5 @@
-#include "cli/Commands.h"
-#include "cli/Files.h"
+#include "cli/commands/Commands.h"
+#include "cli/tools/Files.h"
 
 namespace tarnwell::cli {
 

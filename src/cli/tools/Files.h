@@ -1,7 +1,7 @@
 // The files that commands read and write: archives, plain bytes, standard input and output.
 #pragma once
 
-#include "cli/Report.h"
+#include "cli/words/Report.h"
 #include "image/MemoryBuffer.h"
 
 namespace tarnwell::cli {

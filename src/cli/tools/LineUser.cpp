@@ -1,4 +1,4 @@
-#include "cli/LineUser.h"
+#include "cli/tools/LineUser.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
-#include "cli/Commands.h"
-#include "cli/Writing.h"
+#include "cli/commands/Commands.h"
+#include "cli/tools/Writing.h"
 #include "image/WriteTexts.h"
 
 namespace tarnwell::cli {

@@ -1,7 +1,7 @@
 // The commands, one file each. Each ends its report.
 #pragma once
 
-#include "cli/Device.h"
+#include "cli/tools/Device.h"
 
 namespace tarnwell::cli {
 

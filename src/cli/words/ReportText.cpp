@@ -1,7 +1,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "cli/Report.h"
+#include "cli/words/Report.h"
 #include "core/Pages.h"
 
 namespace tarnwell::cli {

@@ -1,4 +1,4 @@
-#include "cli/Settings.h"
+#include "cli/tools/Settings.h"
 
 #include "image/WriteTexts.h"
 

@@ -1,6 +1,6 @@
 #include <nlohmann/json.hpp>
 
-#include "cli/Report.h"
+#include "cli/words/Report.h"
 #include "core/Pages.h"
 
 namespace tarnwell::cli {

@@ -1,7 +1,7 @@
 // What every command that writes to the device goes through: backup, question, write, verification.
 #pragma once
 
-#include "cli/Device.h"
+#include "cli/tools/Device.h"
 
 namespace tarnwell::cli {
 

@@ -1,4 +1,4 @@
-#include "cli/Files.h"
+#include "cli/tools/Files.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -7,7 +7,7 @@
 #include "archive/ImageRecords.h"
 #include "archive/SRecord.h"
 #include "archive/SettingsRecords.h"
-#include "cli/Interruption.h"
+#include "cli/tools/Interruption.h"
 #include "core/files/AtomicFile.h"
 #include "program/NoWindow.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/Arguments.h"
+#include "cli/words/Arguments.h"
 #include "image/Mismatch.h"
 
 namespace tarnwell::cli {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "archive/ImageBackups.h"
-#include "cli/LineUser.h"
-#include "cli/ProgressBar.h"
-#include "cli/Report.h"
-#include "cli/SystemCalendar.h"
+#include "cli/tools/LineUser.h"
+#include "cli/tools/ProgressBar.h"
+#include "cli/tools/SystemCalendar.h"
+#include "cli/words/Report.h"
 #include "program/NoWindow.h"
 
 namespace tarnwell::cli {

@@ -1,4 +1,4 @@
-#include "cli/Operands.h"
+#include "cli/words/Operands.h"
 
 #include <algorithm>
 #include <charconv>

@@ -45,6 +45,24 @@ bool WritePending(TestProgram& test) {
     return ToldVerified(test);
 }
 
+/// Other bytes in every row, so that a shifted address shows.
+std::map<int, std::uint8_t> WholeImage() {
+    std::map<int, std::uint8_t> image;
+    for (int address = 0; address < kEepromBytes; ++address)
+        image[address] = static_cast<std::uint8_t>(0x35 + 7 * address + address / 256);
+    return image;
+}
+
+bool WriteWholeDevice(TestProgram& test) {
+    for (const auto& [address, value] : WholeImage())
+        test.program.buffer[static_cast<std::size_t>(address)] = value;
+    kBusCommands[1].run(test);
+    return ToldVerified(test);
+}
+
+/// What the first 64 bytes of a whole write take, with the bus check.
+constexpr std::uint64_t kAccessesOf64Bytes = 30'000;
+
 class Glitch : public ::testing::TestWithParam<Write> {
   protected:
     /// Runs the write from the same beginning; how many accesses that takes.
@@ -84,11 +102,14 @@ class Glitch : public ::testing::TestWithParam<Write> {
 };
 
 TEST_P(Glitch, WritesNoOtherByteAndIsTold) {
-    const std::uint64_t accesses = Run(LostWrite, ~0ULL / 2);
+    const bool whole = GetParam().bytes.size() == kEepromBytes;
+    const std::uint64_t all = Run(LostWrite, ~0ULL / 2);
+    const std::uint64_t accesses = whole ? kAccessesOf64Bytes : all;
+    const std::uint64_t stride = whole ? 2'999 : 1;
     ASSERT_TRUE(verified_);
     ExpectNoWrongByte();
     for (const FaultKind kind : kGlitches) {
-        for (std::uint64_t access = 1; access <= accesses && !HasFailure(); ++access) {
+        for (std::uint64_t access = 1; access <= accesses && !HasFailure(); access += stride) {
             SCOPED_TRACE(::testing::Message() << "glitch " << static_cast<int>(kind)
                                               << " at access " << access << " of " << accesses);
             Run(kind, access);
@@ -98,7 +119,8 @@ TEST_P(Glitch, WritesNoOtherByteAndIsTold) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Writes, Glitch,
-                         ::testing::Values(Write{"Settings",
+                         ::testing::Values(Write{"WholeDevice", WholeImage(), WriteWholeDevice},
+                                           Write{"Settings",
                                                  {{2363, 0x96}, {2085, 0xA8 | 1}, {2228, 0x5F}},
                                                  WriteSettings},
                                            Write{

@@ -188,9 +188,10 @@ TEST_F(ArchiveTest, ImageLoadTable) {
         program.state.BufferChanged = false;
         program.statusBar.ShowCrc("");
         test.user.answers = {Answer::No};
+        const bool defaultIsNo = load.box == settings;
         test.user.onBox = [&](const Box& shown) {
             EXPECT_EQ(BufferIsShown(), changed);
-            EXPECT_EQ(shown.defaultButton == DefaultButton::No, load.box == settings);
+            EXPECT_EQ(shown.defaultButton == DefaultButton::No, defaultIsNo);
         };
         Expect(load, &ImageArchive::LoadImage);
         EXPECT_EQ(program.buffer[slot], byte);

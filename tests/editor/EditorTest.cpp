@@ -89,8 +89,8 @@ TEST_F(EditorTest, WritePendingAndItsOutcomes) {
     Enter(300, "11");
     Enter(301, "13");
     for (const auto& [answer, fault, status, box] :
-         {std::tuple(Answer::No, Fault{.kind = FlippedBit, .address = 5}, "EEProm Write Cancelled",
-                     "V E R I F Y|Write 2 new values to the EEP?"),
+         {std::tuple(Answer::Cancel, Fault{.kind = FlippedBit, .address = 5},
+                     "EEProm Write Cancelled", "V E R I F Y|Write 2 new values to the EEP?"),
           {Answer::Yes, {DeviceSilent}, aborted, noAnswer},
           {Answer::Yes, {DeviceSilent, {WireEvent::WriteCycle, 1}}, aborted, noAnswer},
           {Answer::Yes, {.kind = FlippedBit, .address = 300}, "", failed}}) {

@@ -80,7 +80,7 @@ TEST_F(WholeDevice, ReadsTheTargetIntoTheBuffer) {
 
 TEST_F(WholeDevice, WritesTheBufferAndVerifiesIt) {
     test.program.wholeDevice.ReadEntireEep();
-    test.WillAnswer({Answer::Ok, Answer::No, Answer::Yes});
+    test.WillAnswer({Answer::Ok, Answer::Cancel, Answer::Yes});
     test.program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
     test.user.boxes.clear();
     test.program.wholeDevice.WriteEntireEep();

@@ -168,7 +168,7 @@ TEST_F(SettingsTest, WriteAndMergeAskForTheGridAndFillABufferThatHoldsAnImage) {
     program.wholeDevice.ReadEntireEep();
     Edit({0, 32}, 10);
     program.grid.SetGridChanged(true);
-    EXPECT_EQ(Write(Answer::No), "EEProm Write Cancelled");
+    EXPECT_EQ(Write(Answer::Cancel), "EEProm Write Cancelled");
     test.WillAnswer({Answer::Yes});
     EXPECT_EQ(Write(Answer::No), "EEProm Write Cancelled");
     test.WillAnswer({Answer::No});

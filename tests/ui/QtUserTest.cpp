@@ -60,27 +60,33 @@ TEST_F(QtUserTest, FileDialogsOpenWhereTheyAreToldAndTakeWhatTheirKindAllows) {
     using enum FileRequest::Kind;
     const TemporaryFolder folder;
     folder.Write("old.mot", "");
-    for (const auto& [kind, picked, result, mode] :
-         {std::tuple(Save, "new", "new.mot", QFileDialog::AnyFile),
-          {Save, "a.txt", "a.txt", QFileDialog::AnyFile},
-          {Open, "old.mot", "old.mot", QFileDialog::ExistingFile},
-          {OpenAnyName, "new.mot", "new.mot", QFileDialog::AnyFile}}) {
+    struct Row {
+        FileRequest::Kind kind;
+        const char* picked;
+        const char* result;
+        QFileDialog::FileMode mode;
+    };
+    for (const Row& row : {Row{Save, "new", "new.mot", QFileDialog::AnyFile},
+                           {Save, "a.txt", "a.txt", QFileDialog::AnyFile},
+                           {Open, "old.mot", "old.mot", QFileDialog::ExistingFile},
+                           {OpenAnyName, "new.mot", "new.mot", QFileDialog::AnyFile}}) {
         script.then([&](QWidget& window) {
             auto& dialog = dynamic_cast<QFileDialog&>(window);
             EXPECT_EQ(dialog.windowTitle(), "Title");
             EXPECT_EQ(pathFromQt(dialog.directory().path()) + "/", folder.Path());
             EXPECT_EQ(fromQt(dialog.nameFilters().join(QLatin1Char('|'))),
                       "Motorola S-Record Archive (*.mot) (*.mot)|All Files (*.*) (*)");
-            EXPECT_EQ(dialog.acceptMode() == QFileDialog::AcceptSave, kind == Save);
-            EXPECT_EQ(dialog.fileMode(), mode);
+            EXPECT_EQ(dialog.acceptMode() == QFileDialog::AcceptSave, row.kind == Save);
+            EXPECT_EQ(dialog.fileMode(), row.mode);
             EXPECT_FALSE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
             auto& name = Child<QLineEdit>(dialog, "fileNameEdit");
-            EXPECT_EQ(fromQt(name.text()), kind == Save ? "11.17.2026.mot" : "");
-            name.setText(QLatin1String(picked));
+            EXPECT_EQ(fromQt(name.text()), row.kind == Save ? "11.17.2026.mot" : "");
+            name.setText(QLatin1String(row.picked));
             static_cast<QDialog&>(dialog).accept();
         });
-        const std::string proposed = kind == Save ? "11.17.2026" : "";
-        EXPECT_EQ(user.AskFile({kind, "Title", proposed, folder.Path()}), folder.Path(result));
+        const std::string proposed = row.kind == Save ? "11.17.2026" : "";
+        EXPECT_EQ(user.AskFile({row.kind, "Title", proposed, folder.Path()}),
+                  folder.Path(row.result));
     }
 }
 

@@ -122,7 +122,7 @@ std::string IniText(const IniGroups& groups) {
             continue;
         text += (text.empty() ? "[" : "\n[") + group + "]\n";
         for (const auto& [name, value] : values)
-            text += name + "=" + value + "\n";
+            text.append(name).append("=").append(value).append("\n");
     }
     return text;
 }

@@ -33,8 +33,10 @@ bool LoadRecord(std::string_view record, SettingDigits& digits) {
         if (!FitsField(DigitsOf(record, value), first + value))
             return false;
     }
-    for (int value = 0; value < fitting; ++value)
-        digits[static_cast<std::size_t>(first + value)] = DigitsOf(record, value);
+    for (int value = 0; value < fitting; ++value) {
+        const int cell = first + value;
+        digits[static_cast<std::size_t>(cell)] = DigitsOf(record, value);
+    }
     return fitting == count;
 }
 

@@ -113,13 +113,13 @@ void OptionsFile::Flush() {
     std::filesystem::create_directories(folder, ignored);
     const FolderLock lock(folder);
     Load();  // what another instance has saved meanwhile
-    Merge(std::exchange(changes_, {}));
+    MergeChanges();
     if (mayWrite_ && !Save())
         std::fprintf(stderr, "tarnwell: %s could not be saved.\n", path_.c_str());
 }
 
-void OptionsFile::Merge(IniGroups changes) {
-    for (auto& [group, values] : changes) {
+void OptionsFile::MergeChanges() {
+    for (auto& [group, values] : std::exchange(changes_, {})) {
         values.merge(groups_[group]);
         groups_[group] = std::move(values);
     }

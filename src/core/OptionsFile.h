@@ -25,7 +25,7 @@ class OptionsFile final : public mRegistry {
 
   private:
     void Load();
-    void Merge(IniGroups changes);
+    void MergeChanges();
     bool Save() const;
 
     std::string path_;

@@ -206,6 +206,7 @@ void CheckRest(const CLI::App& app) {
     std::erase(rest, "--");
     const bool hasCommand = !app.get_subcommands().empty();
     std::vector<std::string_view> commands;
+    commands.reserve(kCommands.size());
     for (const CommandInfo& info : kCommands)
         commands.push_back(info.name);
     if (rest.empty()) {

@@ -51,6 +51,7 @@ const Setting& SettingNamed(std::string_view code) {
     if (found != kCatalog.end())
         return *found;
     std::vector<std::string_view> codes;
+    codes.reserve(kCatalog.size());
     for (const Setting& setting : kCatalog)
         codes.push_back(setting.code);
     throw WrongArgument{"There is no setting " + Quoted(code) + ". Did you mean " +

@@ -42,12 +42,11 @@ bool isInput(QEvent::Type type) {
 }  // namespace
 
 void InputGate::keepPainting() {
-    if (!m_shut) {
-        m_shut = true;
-        qApp->installEventFilter(this);
-    } else if (m_sinceEvents.elapsed() < kPaintingInterval) {
+    if (m_shut && m_sinceEvents.elapsed() < kPaintingInterval)
         return;
-    }
+    if (!m_shut)
+        qApp->installEventFilter(this);
+    m_shut = true;
     Q_EMIT painting();
     QCoreApplication::processEvents();
     m_sinceEvents.start();

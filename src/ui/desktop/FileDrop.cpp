@@ -4,7 +4,6 @@
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QMimeData>
-#include <QTimer>
 #include <utility>
 
 #include "ui/looks/Text.h"
@@ -42,7 +41,8 @@ bool FileDrop::eventFilter(QObject* /*watched*/, QEvent* event) {
     drag.setDropAction(Qt::CopyAction);
     drag.setAccepted(taken);
     if (taken && drag.type() == QEvent::Drop)
-        QTimer::singleShot(0, this, [this, path] { m_open(pathFromQt(path)); });
+        QMetaObject::invokeMethod(
+            this, [this, path] { m_open(pathFromQt(path)); }, Qt::QueuedConnection);
     return true;
 }
 

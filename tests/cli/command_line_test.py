@@ -8,11 +8,11 @@ import json
 import os
 import pty
 import re
-import resource
 import signal
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import unittest
 from pathlib import Path
@@ -234,8 +234,10 @@ class CommandLine(unittest.TestCase):
     def test_second_one_is_told_that_the_port_is_taken(self):
         first = self.start("--real-time", "--force", "--progress=always", "read", "a.mot")
         first.stderr.read1()
+        first.send_signal(signal.SIGSTOP)  # however slow the machine is, it still reads
         message = self.report("peek", "1", status=3)["message"]
         self.assertIn(f"(tarnwell-cli, process {first.pid})", message)
+        threading.Timer(0.5, first.send_signal, [signal.SIGCONT]).start()
         self.assertEqual(self.report("--wait=60", "peek", "5")["data"][0]["value"], 1)
         self.assertEqual(first.wait(60), 0)
         first.communicate()
@@ -283,13 +285,7 @@ class CommandLine(unittest.TestCase):
         self.run_cli("--pins=11012010", "--address=3bc", "check")
         self.assertIn("PortOpts=2101", options.read_text())
 
-    def test_starts_at_once_and_draws_a_bar(self):
-        self.run_cli("read", "a.bin")
-        before = resource.getrusage(resource.RUSAGE_CHILDREN)
-        for _ in range(10):
-            self.run_cli("info", "a.bin")
-        after = resource.getrusage(resource.RUSAGE_CHILDREN)
-        self.assertLess((after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime) / 10, 0.010)
+    def test_draws_a_bar_and_can_be_quiet(self):
         self.assertRegex(self.run_cli("--progress=always", "read", "b.bin")[1], r"50 %, \d+ s left")
         self.assertEqual(self.run_cli("--quiet", "read", "c.bin"), (b"", ""))
 

@@ -30,6 +30,9 @@ FileDrop::FileDrop(QWidget& window, std::function<void(const std::string&)> open
     : m_open(std::move(open)) {
     window.setAcceptDrops(true);
     window.installEventFilter(this);
+    connect(
+        this, &FileDrop::dropped, this, [this](const QString& path) { m_open(pathFromQt(path)); },
+        Qt::QueuedConnection);
 }
 
 bool FileDrop::eventFilter(QObject* /*watched*/, QEvent* event) {
@@ -41,8 +44,7 @@ bool FileDrop::eventFilter(QObject* /*watched*/, QEvent* event) {
     drag.setDropAction(Qt::CopyAction);
     drag.setAccepted(taken);
     if (taken && drag.type() == QEvent::Drop)
-        QMetaObject::invokeMethod(
-            this, [this, path] { m_open(pathFromQt(path)); }, Qt::QueuedConnection);
+        Q_EMIT dropped(path);
     return true;
 }
 

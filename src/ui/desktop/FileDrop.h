@@ -9,9 +9,13 @@ namespace tarnwell {
 
 /// Takes drops of one local file; whoever drags it keeps it.
 class FileDrop final : public QObject {
+    Q_OBJECT
   public:
     /// `open` gets the file's full path after the drop has ended.
     FileDrop(QWidget& window, std::function<void(const std::string&)> open);
+
+  Q_SIGNALS:
+    void dropped(const QString& path);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

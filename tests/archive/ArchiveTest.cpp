@@ -137,6 +137,11 @@ TEST_F(ArchiveTest, NoImageIsLostBeforeTheHeaderIsAccepted) {
     }
     EXPECT_EQ(program.buffer, MemoryBuffer{});
     EXPECT_TRUE(program.state.EepRead && !program.state.BufferChanged);
+    folder.Write("stops", kImage);
+    test.WillAnswer({Answer::Yes, Answer::Yes});
+    Run(&ImageArchive::LoadImage, "stops");
+    EXPECT_TRUE(!program.state.EepRead && program.state.BufferChanged);
+    EXPECT_FALSE(program.state.GridChanged);
 }
 
 TEST_F(ArchiveTest, ImageLoadTable) {

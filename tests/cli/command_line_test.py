@@ -54,7 +54,7 @@ class CommandLine(unittest.TestCase):
         err = (err or b"").decode()
         self.assertEqual(process.returncode, status, f"{arguments}: {err}")
         if status > 1:
-            self.assertRegex(err, r"(\A|\[y/N\] \n?|\r)tarnwell-cli: [^\n]+[.?!]\n\Z")
+            self.assertRegex(err, r"(\A|\[y/N\] \n?|\r)tarnwell-cli: [^\n]*[^.?!\n][.?!]\n\Z")
         return out, err
 
     def report(self, *arguments, status=0, **streams):
@@ -115,6 +115,9 @@ class CommandLine(unittest.TestCase):
     def test_writes_what_other_programs_made(self):
         image = bytes(address * 7 % 253 for address in range(8192))
         (self.folder / "new.bin").write_bytes(image)
+        differing = sum(old != new for old, new in zip(self.before, image))
+        planned = self.run_cli("--dry-run", "write", "new.bin")[0].decode()
+        self.assertIn(f"of which {differing} change\n", planned)
         report = self.report("--yes", "write", "new.bin")
         self.assertEqual(report["written"], 8192)
         self.assertEqual(self.primary.read_bytes(), image)
@@ -275,6 +278,9 @@ class CommandLine(unittest.TestCase):
                 self.assertEqual((mismatches[0]["setting"], mismatches[0]["expected"]), ("TINT", 3))
                 self.assertIn(b"(TINT): expected 3, found", self.run_cli(*arguments, status=5, program=FAULTY)[0])
 
+        self.environment["TARNWELL_FAULT"] = "DeviceSilent Access 0"
+        self.assertEqual(self.report("check", status=3, program=FAULTY)["devices"], {"primary": False, "secondary": True})
+
     def test_takes_wiring_and_port_from_the_options_and_leaves_them(self):
         options = self.folder / "config/Halvdorn/Tarnwell.ini"
         self.run_cli("check")
@@ -300,6 +306,7 @@ class CommandLine(unittest.TestCase):
         text = self.run_cli("--help")[0].decode()
         for word in re.findall(r"^  (?:-\w,)?(--[a-z-]+|[a-z]+) ", text, re.MULTILINE):
             self.assertIn(word, offered)
+        self.assertLessEqual({"KIND", "DIGITS", "SECONDS", "FILE"}, set(re.findall(r"--\w+ ([A-Z]+) ", text)))
         self.assertRegex(self.run_cli("--version")[0], rb"\Atarnwell-cli \d+\.\d+\.\d+\n\Z")
 
 

@@ -207,6 +207,20 @@ std::map<std::string, std::int64_t> ShortestTimes(const Changes& wire) {
     return shortest;
 }
 
+/// The longest time from a sample, the last event of SCL's high time, to SCL's fall.
+BusTime SampledBeforeFall(const std::vector<WireSample>& samples) {
+    BusTime longest{}, sampled{};
+    for (const WireSample& sample : samples) {
+        if (sample.cause == WireSample::Cause::Sensed)
+            sampled = sample.time;
+        else if (sample.cause == WireSample::Cause::Scl && !sample.scl && sampled > BusTime{})
+            longest = std::max(longest, sample.time - sampled);
+        if (sample.cause != WireSample::Cause::Sensed)
+            sampled = {};
+    }
+    return longest;
+}
+
 TEST(BusTiming, HoldsEveryTimeOfTheStandardMode) {
     using namespace std::chrono_literals;
     for (const BusTime accessCost : {0ns, 100ns, 1000ns, 1200ns, 5000ns}) {
@@ -218,6 +232,7 @@ TEST(BusTiming, HoldsEveryTimeOfTheStandardMode) {
             ASSERT_EQ(test.program.i2c.WriteByte(77, 0x55), Transfer::Done);
             ASSERT_EQ(test.program.i2c.ReadBlock(70, 20), Transfer::Done);
         }
+        EXPECT_EQ(SampledBeforeFall(test.television.Samples()), 2 * accessCost);
         auto times = ShortestTimes(OnWire(test.television.Samples()));
         for (const auto& [edges, least] : {std::pair{"cC", 4700},
                                            {"Cc", 4000},

@@ -1,4 +1,4 @@
-// The two EEPROM transactions: block read and single-byte write.
+// The EEPROM transactions: block read, single-byte write and page write.
 #include <optional>
 
 #include "i2c/mI2Ccode.h"
@@ -111,13 +111,21 @@ Transfer mI2Ccode::ReadAgreed(std::int16_t address) {
 }
 
 Transfer mI2Ccode::WriteByte(std::int16_t address, std::uint8_t value) {
+    return WritePage(address, {&value, 1});
+}
+
+Transfer mI2Ccode::WritePage(std::int16_t address, std::span<const std::uint8_t> bytes) {
     const std::uint8_t select = SelectByte();
-    if (SendAddressed(select, address) == Transfer::Aborted || Send(value) == Transfer::Aborted)
+    if (SendAddressed(select, address) == Transfer::Aborted)
         return Transfer::Aborted;
+    for (const std::uint8_t byte : bytes) {
+        if (Send(byte) == Transfer::Aborted)
+            return Transfer::Aborted;
+    }
     SendStop();
     if (PollUntilWritten(select) == Transfer::Aborted)
         return Transfer::Aborted;
-    ++bytesWritten_;
+    bytesWritten_ += static_cast<int>(bytes.size());
     stop_.Obey();
     return Transfer::Done;
 }

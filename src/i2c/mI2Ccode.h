@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <span>
 
 #include "core/ProgramState.h"
 #include "core/StatusBar.h"
@@ -20,6 +21,9 @@ namespace tarnwell {
 
 /// Bytes of one 24C64.
 inline constexpr int kEepromBytes = 8192;
+
+/// Bytes of a page, which a 24C64 writes in one write cycle (data sheet, page write).
+inline constexpr int kPageBytes = 32;
 
 /// Samples of the acknowledge bit after which a device counts as silent.
 inline constexpr int kAckSamples = 5;
@@ -95,6 +99,10 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     /// Writes one byte at `address` (0 to 8191) of the target device and returns when the device
     /// has finished its write cycle.
     [[nodiscard]] Transfer WriteByte(std::int16_t address, std::uint8_t value);
+
+    /// Writes 1 to 32 bytes from `address` on, all of one page, in one write cycle, and returns
+    /// when that is over. The device stores none of them before the stop that ends the last one.
+    [[nodiscard]] Transfer WritePage(std::int16_t address, std::span<const std::uint8_t> bytes);
 
     /// Reads the byte at `address` until two readings in a row agree; it is ReadData()[0] then.
     [[nodiscard]] Transfer ReadAgreed(std::int16_t address);

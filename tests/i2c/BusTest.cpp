@@ -49,6 +49,14 @@ TEST(Transactions, PutTheirEventsOnTheWire) {
     test.television.Record();
     ASSERT_EQ(i2c.WriteByte(0, 1), Transfer::Done);
     EXPECT_THAT(ToText(test.television.Events()), ::testing::StartsWith("Sr A2+ 00+ 00+ 01+ P"));
+
+    constexpr std::array<std::uint8_t, 3> kPage{7, 8, 9};
+    test.television.Record();
+    ASSERT_EQ(i2c.WritePage(0x003D, kPage), Transfer::Done);
+    EXPECT_THAT(ToText(test.television.Events()),
+                ::testing::StartsWith("Sr A2+ 00+ 3D+ 07+ 08+ 09+ P S A2- Sr A2- "));
+    EXPECT_EQ(test.television.Memory(Chip::Secondary)[0x003F], 9);
+    EXPECT_EQ(i2c.BytesWritten(), 2 + 3);
 }
 
 /// Lets the processor do something else for long after one of the accesses.

@@ -180,6 +180,7 @@ void Exhibition::ShowQuestions() {
 
 void Exhibition::ShowMenus() {
     for (const auto& [name, item] : {std::pair("menu-file", "mnuFile"),
+                                     {"menu-edit", "mnuEdit"},
                                      {"menu-eep", "mnuEEP"},
                                      {"menu-options", "mnuOptions"},
                                      {"menu-help", "mnuHelp"}}) {

@@ -103,8 +103,15 @@ TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
             EXPECT_TRUE(child<QAction>(marked).isChecked()) << chosen;
         EXPECT_FALSE(child<QAction>("mnuEEPsel_1").isChecked());
     }
-    for (const QAction* action : window.menuBar()->findChildren<QAction*>())
-        EXPECT_TRUE(action->shortcut().isEmpty());
+    std::map<std::string, std::string> keys;
+    for (const QAction* action : window.menuBar()->findChildren<QAction*>()) {
+        if (!action->shortcut().isEmpty())
+            keys[fromQt(action->objectName())] =
+                fromQt(QKeySequence::listToString(action->shortcuts()));
+    }
+    const std::map<std::string, std::string> expected{{"mnuEditUndo", "Ctrl+Z"},
+                                                      {"mnuEditRedo", "Ctrl+Shift+Z; Ctrl+Y"}};
+    EXPECT_EQ(keys, expected);
     EXPECT_EQ(child("cmdSaveSettings").geometry(), scaledRect(4920, 3120, 2240, 300));
     EXPECT_EQ(window.centralWidget()->width(), scaled(7305));
     EXPECT_EQ(text("lblSBinfo_3"), "EEP");
@@ -251,7 +258,8 @@ TEST_F(FormMainTest, ClicksBesideTheBytesAndMenusCommitAnOpenEntry) {
     const std::function<void()> ways[] = {[&] { click(Qt::LeftButton, 0); },
                                           [&] { click(Qt::RightButton, 7); },
                                           [&] { click(Qt::LeftButton, 16, scaled(300)); },
-                                          [&] { popUp("mnuOptions"); }, [&] { popUp("mnuHelp"); }};
+                                          [&] { popUp("mnuOptions"); },
+                                          [&] { popUp("mnuEdit"); }, [&] { popUp("mnuHelp"); }};
     int entered = 200;
     for (const auto& leave : ways) {
         clickByte(2, 4);
@@ -271,8 +279,8 @@ TEST_F(FormMainTest, ClicksBesideTheBytesAndMenusCommitAnOpenEntry) {
 
     child<QCheckBox>("EditorEnabled").click();
     choose("mnuSelMode_1");
-    EXPECT_EQ(text("lblNewData_4") + text("lblNewData_5"), "CD0");
-    EXPECT_TRUE(child("lblNewData_4").isEnabled() && !child("lblNewData_5").isEnabled());
+    EXPECT_EQ(text("lblNewData_5") + text("lblNewData_6"), "CE0");
+    EXPECT_TRUE(child("lblNewData_5").isEnabled() && !child("lblNewData_6").isEnabled());
 }
 
 TEST_F(FormMainTest, HeadingsStandAboveTheirColumnsWithAnyScrollBar) {

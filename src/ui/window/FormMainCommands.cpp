@@ -89,6 +89,9 @@ void FormMain::runMenu(MenuCommand command) {
         case MenuCommand::Exit:
             close();
             return;
+        case MenuCommand::Undo:
+        case MenuCommand::Redo:
+            return;
         case MenuCommand::ReadEntireEep:
             return run([this] { m_program.wholeDevice.ReadEntireEep(); });
         case MenuCommand::WriteEntireEep:

@@ -2,6 +2,8 @@
 
 #include <QMenu>
 #include <array>
+#include <optional>
+#include <string>
 
 #include "i2c/PinMapping.h"
 #include "ui/looks/Text.h"
@@ -15,6 +17,7 @@ struct Entry {
     const char* name;
     std::string_view caption;  ///< "-" for a separator, "" in front of a submenu's items
     MenuCommand command = MenuCommand::None;
+    const char* keys = "";  ///< one or more, separated by "; "
 };
 
 constexpr std::array kEntries{
@@ -27,6 +30,9 @@ constexpr std::array kEntries{
     Entry{2, "mnuFileSaveValues", "&Settings", MenuCommand::SaveSettings},
     Entry{1, "sep1", "-"},
     Entry{1, "mnuFileExit", "E&xit", MenuCommand::Exit},
+    Entry{0, "mnuEdit", "&Edit"},
+    Entry{1, "mnuEditUndo", "&Undo", MenuCommand::Undo, "Ctrl+Z"},
+    Entry{1, "mnuEditRedo", "&Redo", MenuCommand::Redo, "Ctrl+Shift+Z; Ctrl+Y"},
     Entry{0, "mnuEEP", "I2C &Operations"},
     Entry{1, "mnuEEPRead", "&Read Entire EEP", MenuCommand::ReadEntireEep},
     Entry{1, "mnuEEPWrite", "&Write Entire EEP", MenuCommand::WriteEntireEep},
@@ -80,6 +86,18 @@ consteval bool DepthsMakeATree() {
 }
 static_assert(DepthsMakeATree());
 
+/// An item that takes back `step`, if there is one; the verb of an empty one says that.
+void showStep(QAction& item, const QString& verb, const std::optional<std::string>& step) {
+    item.setEnabled(step.has_value());
+    item.setText(QLatin1Char('&') + verb);
+    item.setToolTip(QStringLiteral("Nothing to %1").arg(verb.toLower()));
+    if (!step)
+        return;
+    const QString name = toQt(*step);
+    item.setText(item.text() + QLatin1Char(' ') + QString(name).replace("&", "&&"));
+    item.setToolTip(verb + QLatin1Char(' ') + name);
+}
+
 }  // namespace
 
 MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state) : QObject(&bar), m_state(state) {
@@ -96,6 +114,7 @@ MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state) : QObject(&bar), m_
             item = menus[depth]->menuAction();
         } else {
             item = menus[depth - 1]->addAction(toQt(entry.caption));
+            item->setShortcuts(QKeySequence::listFromString(QLatin1String(entry.keys)));
             connect(item, &QAction::triggered, this, [this, command = entry.command] {
                 sync();  // a choice changes an item's mark, whatever becomes of it
                 Q_EMIT chosen(command);
@@ -107,11 +126,12 @@ MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state) : QObject(&bar), m_
     }
     for (const char* name : {"mnuFile", "mnuEEP"})
         connect(action(name).menu(), &QMenu::aboutToShow, this, &MainMenu::bufferMenuOpening);
-    for (const char* name : {"mnuOptions", "mnuHelp"})
+    for (const char* name : {"mnuEdit", "mnuOptions", "mnuHelp"})
         connect(action(name).menu(), &QMenu::aboutToShow, this, &MainMenu::otherMenuOpening);
     for (const char* name : {"mnuEEPsel_0", "mnuEEPsel_1", "mnuSelMode_0", "mnuSelMode_1",
                              "mnuPortSel_0", "mnuPortSel_1", "mnuPortSel_2"})
         action(name).setCheckable(true);
+    action("mnuEdit").menu()->setToolTipsVisible(true);
     sync();
 }
 
@@ -127,6 +147,8 @@ void MainMenu::sync() {
     for (int index = 0; index < static_cast<int>(kPortChoices.size()); ++index)
         check("mnuPortSel", index,
               kPortChoices[static_cast<std::size_t>(index)].addressText == m_state.portAddress);
+    showStep(action("mnuEditUndo"), QStringLiteral("Undo"), {});
+    showStep(action("mnuEditRedo"), QStringLiteral("Redo"), {});
     action("mnuNum").setEnabled(m_state.editor == EditorSwitch::Off);
     action("mnuEEPFill").setVisible(m_state.fillItemVisible);
     action("sep5").setVisible(m_state.driverLoaderItemVisible);

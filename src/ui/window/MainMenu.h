@@ -17,6 +17,8 @@ enum class MenuCommand {
     SaveImage,
     SaveSettings,
     Exit,
+    Undo,
+    Redo,
     ReadEntireEep,
     WriteEntireEep,
     FillEntireEep,

@@ -58,6 +58,10 @@ class FormMainTest : public ::testing::Test {
     void openEditor() {
         choose("mnuEEPRead");
         script.then([](QWidget& warning) {
+            EXPECT_FALSE(warning.windowFlags() & Qt::WindowCloseButtonHint);
+            const auto labels = warning.findChildren<QLabel*>();
+            EXPECT_EQ(std::ranges::count_if(labels, [](auto* l) { return !l->pixmap().isNull(); }),
+                      2);
             warning.findChild<QCheckBox*>(QStringLiteral("checkShowWarning"))->click();
             warning.findChild<QPushButton*>(QStringLiteral("cmdAccept"))->click();
         });
@@ -114,6 +118,12 @@ TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
     EXPECT_EQ(keys, expected);
     EXPECT_EQ(child("cmdSaveSettings").geometry(), scaledRect(4920, 3120, 2240, 300));
     EXPECT_EQ(window.centralWidget()->width(), scaled(7305));
+    for (const auto& [heading, page] :
+         {std::pair{"lbl480i_0", 0}, {"lbl480i_1", 1}, {"lbl480i_2", 4}})
+        EXPECT_TRUE(tabs.widget(page)->isAncestorOf(&child(heading))) << heading;
+    const QRect gap = child("lblControlDesc_23").geometry();
+    EXPECT_TRUE(gap.left() > child("lblSetting_69").x() &&
+                gap.right() < child("lblSetting_70").x());
     EXPECT_EQ(text("lblSBinfo_3"), "EEP");
     EXPECT_EQ(child("lblSBinfo_0").toolTip(), " Easter Egg! ");
 }
@@ -163,7 +173,10 @@ TEST_F(FormMainTest, TurnsPagesByKeyboardAndStartsTheExtraProgramByDoubleClick) 
     key(Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(status(), "Chroma Settings");
     QTest::mouseDClick(&child("lblSBinfo_0"), Qt::RightButton);
-    EXPECT_THAT(script.takeTitles(), testing::SizeIs(1));
+    QTest::keyClick(&child("lblSBinfo_0"), Qt::Key_A);
+    script.press(QMessageBox::Ok);
+    QTest::keyClick(&child("lblSBinfo_0"), Qt::Key_Space);
+    EXPECT_THAT(script.takeTitles(), testing::SizeIs(2));
     script.press(QMessageBox::Ok);
     QTest::mouseDClick(&child("lblSBinfo_0"), Qt::LeftButton);
     EXPECT_EQ(child("lblSBinfo_0").focusPolicy(), Qt::NoFocus);
@@ -389,6 +402,19 @@ TEST_F(FormMainTest, BrowsesTheGridWithTheEditorOff) {
         key(step.key, step.modifiers);
         EXPECT_EQ(current(), step.to);
     }
+    const auto& grid = child<QTableView>("DataGrid");
+    const auto frame = [&] {  // of the current byte: how many of its upper edge's points are dark
+        const QImage cell =
+            grid.viewport()->grab(grid.visualRect(grid.model()->index(0, 2))).toImage();
+        int dark = 0;
+        for (int x = 0; x < cell.width(); ++x)
+            dark += cell.pixelColor(x, 0).lightness() < 128 ? 1 : 0;
+        return dark * 4 / cell.width();
+    };
+    EXPECT_GE(frame(), 3);
+    child("EditorEnabled").setFocus();
+    EXPECT_TRUE(frame() >= 1 && frame() <= 2);
+    child("DataGrid").setFocus();
     key(Qt::Key_PageDown);
     EXPECT_GE(current().row, 5);
     key(Qt::Key_C, Qt::ControlModifier);

@@ -13,8 +13,6 @@ constexpr int kClocksToFreeSda = 9;
 constexpr Message kBusActivity{"There is I2C Bus Activity", "E R R O R", BoxStyle::Exclamation};
 constexpr Message kHardwareProblem{"I2C Interface Hardware Problem", "E R R O R",
                                    BoxStyle::Exclamation};
-constexpr Message kNoAcknowledge{"There is an I2C bus or\r\nInterface Hardware Problem",
-                                 "E R R O R", BoxStyle::Exclamation};
 
 }  // namespace
 
@@ -128,11 +126,6 @@ void mI2Ccode::GiveUp() {
     if (timing_.HoldsALine() && !PortFailed())
         FreeBus();
     Release();
-}
-
-void mI2Ccode::Report(const Message& message, std::string_view cause) {
-    user_.ShowBox(Box(message).WithLine(port_.Failure()).WithLine(cause));
-    statusBar_.ShowStatus("I2C Operation Aborted", kResultSeconds);
 }
 
 }  // namespace tarnwell

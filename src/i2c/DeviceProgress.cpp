@@ -1,7 +1,5 @@
 #include "i2c/DeviceProgress.h"
 
-#include "i2c/mI2Ccode.h"
-
 namespace tarnwell {
 
 namespace {

@@ -7,6 +7,9 @@
 
 namespace tarnwell {
 
+/// Bytes of one 24C64.
+inline constexpr int kEepromBytes = 8192;
+
 /// Shows the part done and the time left while it lives, and keeps the window painted.
 class DeviceProgress {
   public:

@@ -1,4 +1,4 @@
-// The EEPROM transactions: block read, single-byte write and page write.
+// The EEPROM transactions: block read and page write.
 #include <optional>
 
 #include "i2c/mI2Ccode.h"
@@ -10,12 +10,6 @@ namespace {
 constexpr std::uint8_t kPrimarySelect = 0xA0;
 constexpr std::uint8_t kSecondarySelect = 0xA2;
 constexpr std::uint8_t kReadBit = 0x01;
-
-/// A 24C64 finishes its write cycle within 10 ms (data sheet, t_WR).
-constexpr BusTime kWriteCycleBound = std::chrono::milliseconds(50);
-
-/// A bus on which so many readings of one byte differ is not fit for writing.
-constexpr int kMostReadings = 8;
 
 }  // namespace
 
@@ -96,22 +90,6 @@ Transfer mI2Ccode::ExpectIdleBus() {
 
 Transfer mI2Ccode::ExpectAnswer() {
     return ProbeDevice() != 0 ? ExpectIdleBus() : Transfer::Aborted;
-}
-
-Transfer mI2Ccode::ReadAgreed(std::int16_t address) {
-    std::optional<std::uint8_t> before;
-    for (int reading = 0; reading < kMostReadings; ++reading) {
-        if (ReadBlock(address, 1) == Transfer::Aborted)
-            return Transfer::Aborted;
-        if (before == readData_[0])
-            return Transfer::Done;
-        before = readData_[0];
-    }
-    return Transfer::Aborted;
-}
-
-Transfer mI2Ccode::WriteByte(std::int16_t address, std::uint8_t value) {
-    return WritePage(address, {&value, 1});
 }
 
 Transfer mI2Ccode::WritePage(std::int16_t address, std::span<const std::uint8_t> bytes) {

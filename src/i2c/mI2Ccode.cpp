@@ -13,13 +13,10 @@ Level LevelOf(std::uint8_t status, std::uint16_t mask, bool inverted) {
 }  // namespace
 
 mI2Ccode::mI2Ccode(const Wire& wire, const ProgramState& state, StatusBar& statusBar, User& user)
-    : port_(wire.port),
-      clock_(wire.clock),
+    : DrivenBus(wire.clock, wire.stop, statusBar, user),
+      port_(wire.port),
       state_(state),
-      statusBar_(statusBar),
-      user_(user),
       trace_(wire.trace),
-      stop_(wire.stop),
       timing_(wire.clock) {}
 
 void mI2Ccode::ApplyPortOptions() {

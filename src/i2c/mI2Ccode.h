@@ -1,61 +1,25 @@
 // The I2C interface: line driving, bus operations, the bus check and the EEPROM transactions.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <map>
-#include <span>
 
 #include "core/ProgramState.h"
-#include "core/StatusBar.h"
-#include "core/StopRequest.h"
-#include "core/User.h"
 #include "i2c/AdapterDiagnosis.h"
 #include "i2c/BusTiming.h"
-#include "i2c/BusTrace.h"
-#include "i2c/DeviceProgress.h"
+#include "i2c/DrivenBus.h"
 #include "i2c/PinMapping.h"
-#include "i2c/Port.h"
 
 namespace tarnwell {
-
-/// Bytes of one 24C64.
-inline constexpr int kEepromBytes = 8192;
-
-/// Bytes of a page, which a 24C64 writes in one write cycle (data sheet, page write).
-inline constexpr int kPageBytes = 32;
 
 /// Samples of the acknowledge bit after which a device counts as silent.
 inline constexpr int kAckSamples = 5;
 
-/// One device's bytes and a spare slot.
-using EepromArray = std::array<std::uint8_t, kEepromBytes + 1>;
-
 enum class AckBit : std::int16_t { Acknowledged = 0, NotAcknowledged = -1 };
 
-enum class Quiet : std::uint8_t { No, Yes };
-
-enum class BusCheck : std::uint8_t {
-    Ok = 0,
-    BusActivity = 25,      ///< a line was not high before anything was driven
-    HardwareProblem = 50,  ///< SDA stayed high while driven low
-    NobodyAnswered = 75,   ///< the target device did not acknowledge, quiet call
-    NoAcknowledge = 100,   ///< the target device did not acknowledge
-};
-
-/// How a transaction ended; after Aborted the bus needs AbortOperation.
-enum class Transfer : std::uint8_t { Done, Aborted };
-
-/// What the bus is driven by, and who follows it.
-struct Wire {
-    Port& port;
-    Clock& clock;
-    BusTrace& trace = NoBusTrace();
-    const StopRequest& stop = NoStopRequest();
-};
-
-/// The program as the only master on the bus. Claim the bus (BusClaim) before any operation.
-class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-down name
+/// The bus that the program drives by the parallel port, every edge of it, as its only master.
+class mI2Ccode final  // NOLINT(readability-identifier-naming): the module's handed-down name
+    : public DrivenBus {
   public:
     mI2Ccode(const Wire& wire, const ProgramState& state, StatusBar& statusBar, User& user);
 
@@ -87,49 +51,19 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     AckBit ReadAck();
     std::uint8_t ReadByte();
 
-    /// Tests that the lines are idle, that SDA follows the adapter and that the target device
-    /// answers. Tells the user of any failure but NobodyAnswered, with its probable cause.
-    BusCheck CheckBus(Quiet quiet);
-
-    /// Reads `count` (1 to 8192) bytes from `address` (0 to 8191) of the target device into
-    /// ReadData from index 0. A read of a whole device shows its progress, and at its end the
-    /// device is asked whether it still answers: one that fell silent gives 0xFF.
-    [[nodiscard]] Transfer ReadBlock(std::int16_t address, std::int16_t count);
-
-    /// Writes one byte at `address` (0 to 8191) of the target device and returns when the device
-    /// has finished its write cycle.
-    [[nodiscard]] Transfer WriteByte(std::int16_t address, std::uint8_t value);
-
-    /// Writes 1 to 32 bytes from `address` on, all of one page, in one write cycle, and returns
-    /// when that is over. The device stores none of them before the stop that ends the last one.
-    [[nodiscard]] Transfer WritePage(std::int16_t address, std::span<const std::uint8_t> bytes);
-
-    /// Reads the byte at `address` until two readings in a row agree; it is ReadData()[0] then.
-    [[nodiscard]] Transfer ReadAgreed(std::int16_t address);
-
-    /// The bytes of the last block read.
-    const EepromArray& ReadData() const { return readData_; }
-
-    /// For a command that works through a whole device by itself.
-    DeviceProgress TrackProgress() { return {statusBar_, user_, clock_}; }
-
-    /// Ends a command whose transaction was aborted: frees the bus and tells the user.
-    void AbortOperation();
-
-    /// How many bytes the last block read has got, also if it was cut short.
-    int BytesRead() const { return bytesRead_; }
-
-    /// How many bytes the command that runs has written so far.
-    int BytesWritten() const { return bytesWritten_; }
-
-    /// For the end of the program in a command: frees the bus, if it is not free, and gives the
-    /// port back.
-    void GiveUp();
+    /// Also tests that the lines are idle and that SDA follows the adapter.
+    BusCheck CheckBus(Quiet quiet) override;
+    [[nodiscard]] Transfer ReadBlock(std::int16_t address, std::int16_t count) override;
+    [[nodiscard]] Transfer WritePage(std::int16_t address,
+                                     std::span<const std::uint8_t> bytes) override;
+    void AbortOperation() override;
+    void GiveUp() override;
+    bool IsTaken() const override { return port_.IsTaken(); }
+    const std::string& Failure() const override { return port_.Failure(); }
 
   private:
-    friend class BusClaim;
-    void Claim();
-    void Release();
+    void Claim() override;
+    void Release() override;
 
     void Drive(BusLine line, std::int16_t level);
     std::uint8_t TimedRead(std::uint16_t address);
@@ -144,7 +78,6 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     int ProbeDevice();
     void FreeBus();
     void LeaveFree();
-    void Report(const Message& message, std::string_view cause);
 
     /// What the lines say of the cause of a bus check's outcome, in one line; empty where the port
     /// itself failed. Only a line that is free is driven.
@@ -173,33 +106,14 @@ class mI2Ccode {  // NOLINT(readability-identifier-naming): the module's handed-
     bool BusFailed() const { return disturbed_ || PortFailed(); }
 
     Port& port_;
-    Clock& clock_;
     const ProgramState& state_;
-    StatusBar& statusBar_;
-    User& user_;
     BusTrace& trace_;
-    const StopRequest& stop_;
     BusTiming timing_;
     PinSetup pins_ = DecodePinOptions(kDefaultPinOptions);
-    EepromArray readData_{};
     std::uint16_t baseAddress_ = 0;
     std::map<std::uint16_t, Owed> owed_;  ///< by base address
     int ackSample_ = 1;       ///< at which sample the target device acknowledged in the bus check
-    int bytesRead_ = 0;       ///< of the last block
-    int bytesWritten_ = 0;    ///< since the claim
     bool disturbed_ = false;  ///< at a sample a line was not where it was driven or released to
-};
-
-/// Holds the port for this program from a command's bus check to the command's end.
-class BusClaim {
-  public:
-    explicit BusClaim(mI2Ccode& i2c) : i2c_(i2c) { i2c_.Claim(); }
-    ~BusClaim() { i2c_.Release(); }
-    BusClaim(const BusClaim&) = delete;
-    BusClaim& operator=(const BusClaim&) = delete;
-
-  private:
-    mI2Ccode& i2c_;
 };
 
 }  // namespace tarnwell

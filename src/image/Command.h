@@ -11,7 +11,7 @@ struct CommandContext {
     StatusBar& statusBar;
     Screen& screen;
     User& user;
-    mI2Ccode& i2c;
+    EepromBus& i2c;
     WriteGuard& writeGuard;
 };
 
@@ -37,7 +37,7 @@ class Command {
     StatusBar& statusBar_;
     Screen& screen_;
     User& user_;
-    mI2Ccode& i2c_;
+    EepromBus& i2c_;
     WriteGuard& writeGuard_;
 };
 

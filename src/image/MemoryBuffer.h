@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "i2c/mI2Ccode.h"
+#include "i2c/EepromBus.h"
 
 namespace tarnwell {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <variant>
 
+#include "i2c/DrivenBus.h"
 #include "i2c/PortRequest.h"
-#include "i2c/mI2Ccode.h"
 #include "port/PortChoice.h"
 #include "port/VcdTrace.h"
 

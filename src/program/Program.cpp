@@ -44,12 +44,12 @@ Closing Program::ShutDown() {
 
 void Program::Abandon(std::string_view why) {
     std::string line = "tarnwell: " + std::string(why);
-    if (const int written = i2c.BytesWritten(); written > 0)
+    if (const int written = context.i2c.BytesWritten(); written > 0)
         line += "; " + std::to_string(written) +
                 (written == 1 ? " byte was written" : " bytes were written") + " to the " +
                 (state.targetDevice == TargetDevice::Primary ? "primary" : "secondary") +
                 " EEPROM and not verified";
-    i2c.GiveUp();
+    context.i2c.GiveUp();
     SaveOptions(outside_.registry, state, outside_.window);
     std::fprintf(stderr, "%s.\n", line.c_str());
 }

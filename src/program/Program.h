@@ -6,6 +6,7 @@
 #include "archive/SettingsArchive.h"
 #include "core/HelpCommands.h"
 #include "core/RunEnds.h"
+#include "i2c/mI2Ccode.h"
 #include "program/BufferFollowers.h"
 #include "settings/ValueEditor.h"
 

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "core/ProgramState.h"
-#include "i2c/mI2Ccode.h"
+#include "i2c/EepromBus.h"
 
 namespace tarnwell {
 

@@ -26,11 +26,11 @@ Device::Device(const Arguments& arguments, const JoinedPort& port, mRegistry& op
                Report& report)
     : arguments_(arguments),
       report_(report),
-      port_(port.wire.port),
       stop_(port.wire.stop),
       screen_(ShowsProgress(arguments.progress)),
       program_({port.wire, screen_, window_, user_, window_, window_, window_, platform_, window_,
-                options, calendar_, StateFolder() + "/backups"}) {
+                options, calendar_, StateFolder() + "/backups"}),
+      bus_(program_.context.i2c) {
     screen_.Follow(program_.statusBar);
     LoadOptions(options, program_.state, window_);
     program_.state.targetDevice = arguments.device;
@@ -45,17 +45,17 @@ Device::Device(const Arguments& arguments, const JoinedPort& port, mRegistry& op
 void Device::Claim() {
     using Steady = std::chrono::steady_clock;
     const auto deadline = Steady::now() + std::chrono::seconds(arguments_.waitSeconds);
-    claim_.emplace(program_.i2c);
-    while (port_.IsTaken() && Steady::now() < deadline) {
+    claim_.emplace(bus_);
+    while (bus_.IsTaken() && Steady::now() < deadline) {
         stop_.Obey();
         claim_.reset();
-        claim_.emplace(program_.i2c);
+        claim_.emplace(bus_);
     }
 }
 
 bool Device::Open() {
     Claim();
-    if (program_.i2c.CheckBus(Quiet::No) == BusCheck::Ok)
+    if (bus_.CheckBus(Quiet::No) == BusCheck::Ok)
         return true;
     report_.End(Status::Bus, user_.LastLine());
     return false;
@@ -63,9 +63,9 @@ bool Device::Open() {
 
 bool Device::Read(ByteRange range) {
     const int before = report_.bytes.value_or(0);
-    const auto count = [&] { report_.bytes = before + program_.i2c.BytesRead(); };
+    const auto count = [&] { report_.bytes = before + bus_.BytesRead(); };
     try {
-        const Transfer read = program_.i2c.ReadBlock(Short(range.first), Short(range.count));
+        const Transfer read = bus_.ReadBlock(Short(range.first), Short(range.count));
         count();
         return read == Transfer::Done || EndAborted();
     } catch (const Interrupted&) {
@@ -77,7 +77,7 @@ bool Device::Read(ByteRange range) {
 bool Device::ReadImage(MemoryBuffer& image) {
     if (!Read({0, kEepromBytes}))
         return false;
-    image = program_.i2c.ReadData();
+    image = bus_.ReadData();
     program_.writeGuard.DeviceRead(image);
     return true;
 }
@@ -86,15 +86,14 @@ bool Device::ReadBytes(ByteRange range, std::vector<AddressedByte>& bytes) {
     if (!Read(range))
         return false;
     for (int index = 0; index < range.count; ++index)
-        bytes.push_back(
-            {range.first + index, program_.i2c.ReadData()[static_cast<std::size_t>(index)]});
+        bytes.push_back({range.first + index, bus_.ReadData()[static_cast<std::size_t>(index)]});
     return true;
 }
 
 bool Device::ReadAgreed(int address, std::uint8_t& byte) {
-    if (program_.i2c.ReadAgreed(Short(address)) == Transfer::Aborted)
+    if (bus_.ReadAgreed(Short(address)) == Transfer::Aborted)
         return EndAborted();
-    byte = program_.i2c.ReadData()[0];
+    byte = bus_.ReadData()[0];
     return true;
 }
 
@@ -110,10 +109,10 @@ bool Device::KeepBackup() {
 }
 
 bool Device::Write(const ByteValues& values) {
-    DeviceProgress progress = program_.i2c.TrackProgress();
+    DeviceProgress progress = bus_.TrackProgress();
     int& written = report_.written.emplace(0);
     for (const auto& [address, value] : values) {
-        if (program_.i2c.WriteByte(Short(address), value) == Transfer::Aborted)
+        if (bus_.WriteByte(Short(address), value) == Transfer::Aborted)
             return EndAborted();
         ++written;
         if (values.size() == kEepromBytes)
@@ -124,13 +123,12 @@ bool Device::Write(const ByteValues& values) {
 
 bool Device::ReadBack(const ByteValues& values) {
     const bool whole = values.size() == kEepromBytes;
-    if (whole && program_.i2c.ReadBlock(0, kEepromBytes) == Transfer::Aborted)
+    if (whole && bus_.ReadBlock(0, kEepromBytes) == Transfer::Aborted)
         return EndAborted();
     for (const auto& [address, value] : values) {
-        if (!whole && program_.i2c.ReadBlock(Short(address), 1) == Transfer::Aborted)
+        if (!whole && bus_.ReadBlock(Short(address), 1) == Transfer::Aborted)
             return EndAborted();
-        const std::uint8_t found =
-            program_.i2c.ReadData()[whole ? static_cast<std::size_t>(address) : 0];
+        const std::uint8_t found = bus_.ReadData()[whole ? static_cast<std::size_t>(address) : 0];
         if (found != value)
             report_.mismatches.push_back({address, value, found});
     }
@@ -147,8 +145,8 @@ std::string Device::HowFar() const {
 }
 
 bool Device::EndAborted() {
-    program_.i2c.AbortOperation();
-    const bool portFailed = !port_.Failure().empty();
+    bus_.AbortOperation();
+    const bool portFailed = !bus_.Failure().empty();
     report_.End(Status::Bus, user_.LastLine() +
                                  (portFailed ? "" : " Find the cause with 'tarnwell-cli check'.") +
                                  HowFar());
@@ -157,8 +155,8 @@ bool Device::EndAborted() {
 
 void Device::EndInterrupted() {
     if (report_.written)
-        report_.written = program_.i2c.BytesWritten();
-    program_.i2c.GiveUp();
+        report_.written = bus_.BytesWritten();
+    bus_.GiveUp();
     report_.Interrupt(stop_.Signal(), HowFar());
 }
 

@@ -48,6 +48,7 @@ class Device {
     void EndInterrupted();
 
     Program& TheProgram() { return program_; }
+    EepromBus& TheBus() { return bus_; }
     const std::string& LastLine() const { return user_.LastLine(); }
 
   private:
@@ -60,7 +61,6 @@ class Device {
 
     const Arguments& arguments_;
     Report& report_;
-    Port& port_;
     const StopRequest& stop_;
     LineUser user_;
     ProgressBar screen_;
@@ -68,6 +68,7 @@ class Device {
     LinuxPlatform platform_;
     SystemCalendar calendar_;
     Program program_;
+    EepromBus& bus_;
     std::optional<BusClaim> claim_;
 };
 

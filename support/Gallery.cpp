@@ -63,6 +63,7 @@ class Exhibition {
     void ShowQuestions();
     void ShowMenus();
     void ShowEditor();
+    void ShowNavigation();
     void ShowInterfaceTest();
 
   private:
@@ -207,6 +208,23 @@ void Exhibition::ShowEditor() {
     ShowMain("editor");
 }
 
+void Exhibition::ShowNavigation() {
+    const auto refused = [](const char* text, const char* button) {
+        return [=](QWidget& dialog) {
+            Child<QLineEdit>(dialog, text).setText("300 g");
+            Child<QAbstractButton>(dialog, button).click();
+        };
+    };
+    Expect("go-to", Cancel, refused("txtGoTo", "cmdGoTo"));
+    Choose("mnuEditGoTo");
+    Choose("mnuEditFind");
+    auto& find = Child<QDialog>(window_, "formFind");
+    refused("txtFind", "cmdFindNext")(find);
+    Settle(find);
+    visit_("find", find);
+    find.reject();
+}
+
 void Exhibition::ShowInterfaceTest() {
     Expect("interface-test", Cancel, Click("ClockOut_0"));
     Choose("mnuPortTest");
@@ -234,6 +252,7 @@ void WalkGallery(const Visit& visit) {
         exhibition.ShowQuestions();
         exhibition.ShowMenus();
         exhibition.ShowEditor();
+        exhibition.ShowNavigation();
     }
     Exhibition(visit, Television::Absent).ShowInterfaceTest();
 }

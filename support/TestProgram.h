@@ -159,12 +159,14 @@ class TestSurroundings final : public Screen,
     void EditBoxClosed() override {}
     void PendingWritesChanged() override {}
     void FocusGrid() override {}
+    void TurnToEditor() override { steps.emplace_back("editor page"); }
     bool ShowWarningAgain() override {
         steps.emplace_back("warning dialog");
         return warnAgain;
     }
 
     void SettingCellChanged(int) override {}
+    void ShowCell(int cell) override { steps.push_back("cell " + std::to_string(cell)); }
     void ShowFormEdit() override {
         if (onFormEdit)
             onFormEdit();

@@ -13,6 +13,22 @@ bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
+/// Nothing if it is more than `maximum`, or not all of `text` are digits.
+std::optional<int> FromDigits(std::string_view text, int base, int maximum) {
+    if (text.empty())
+        return std::nullopt;
+    int value = 0;
+    for (const char character : text) {
+        const auto digit = HexDigit(character);
+        if (!digit || *digit >= base)
+            return std::nullopt;
+        value = value * base + *digit;
+        if (value > maximum)
+            return std::nullopt;
+    }
+    return value;
+}
+
 bool IsBlank(char character) {
     return character == ' ' || character == '\t' || character == '\r' || character == '\n';
 }
@@ -82,20 +98,15 @@ std::int32_t ParseNumber(std::string_view text, NumberMode mode) {
     return mGlobal::HexToValue(copy);
 }
 
+std::optional<int> NumberFromText(std::string_view text, NumberMode mode, int maximum) {
+    if (text.starts_with("0x") || text.starts_with("0X"))
+        return FromDigits(text.substr(2), 16, maximum);
+    return FromDigits(text, BaseOf(mode), maximum);
+}
+
 std::optional<std::uint8_t> ByteFromText(std::string_view text, NumberMode mode) {
-    if (text.empty())
-        return std::nullopt;
-    const unsigned base = mode == NumberMode::Decimal ? 10 : 16;
-    unsigned value = 0;
-    for (const char character : text) {
-        const auto digit = HexDigit(character);
-        if (!digit || *digit >= base)
-            return std::nullopt;
-        value = value * base + *digit;
-        if (value > 255)
-            return std::nullopt;
-    }
-    return static_cast<std::uint8_t>(value);
+    const auto value = FromDigits(text, BaseOf(mode), 255);
+    return value ? std::optional(static_cast<std::uint8_t>(*value)) : std::nullopt;
 }
 
 std::optional<char> FilterKey(char character, NumberMode mode) {

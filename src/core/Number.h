@@ -10,6 +10,10 @@
 
 namespace tarnwell {
 
+constexpr int BaseOf(NumberMode mode) {
+    return mode == NumberMode::Decimal ? 10 : 16;
+}
+
 /// Decimal digits, or upper-case hexadecimal digits; no sign, prefix, blank or leading zero.
 std::string NumberText(std::uint32_t value, NumberMode mode);
 
@@ -35,6 +39,10 @@ std::int32_t HexToValue(std::string& text);
 
 /// `text` read by the rule of `mode`.
 std::int32_t ParseNumber(std::string_view text, NumberMode mode);
+
+/// The number from 0 to `maximum` that the whole of `text` is, in the form of `mode` or, behind
+/// 0x, in hexadecimal.
+std::optional<int> NumberFromText(std::string_view text, NumberMode mode, int maximum);
 
 /// The byte that `text` writes, if it is made of digits of `mode` alone and at most 255.
 /// The empty text is none.

@@ -20,6 +20,7 @@ void StatusBar::ShowStatus(std::string_view message, std::int32_t seconds) {
 
 void StatusBar::PutStatus(std::string_view message) {
     status_ = message;
+    showsBackground_ = false;
     screen_.Changed(Shown::StatusPanel);
 }
 
@@ -35,9 +36,16 @@ void StatusBar::MsgTimerFired() {
     }
     StopTimer();
     if (status_ == kWelcome)
-        ShowStatus(kAboutPointer, kAboutSeconds);
-    else
-        PutStatus("");
+        return ShowStatus(kAboutPointer, kAboutSeconds);
+    PutStatus("");
+    ShowBackground();
+}
+
+void StatusBar::ShowBackground() {
+    if (!background_ || !(status_.empty() || showsBackground_))
+        return;
+    PutStatus(background_());
+    showsBackground_ = true;
 }
 
 void StatusBar::EndCommand() {

@@ -3,9 +3,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/ProgramState.h"
 #include "core/Screen.h"
@@ -44,6 +46,12 @@ class StatusBar {
     /// The timer has run out: at once, or at the end of the command that runs.
     void MsgTimerFired();
 
+    /// Gives the panel a text for the times when no message stands there.
+    void SetBackground(std::function<std::string()> text) { background_ = std::move(text); }
+
+    /// What the background's text is made of has changed: shows it anew, unless a message stands.
+    void ShowBackground();
+
     /// The number mode is another now.
     void ShowMode();
 
@@ -67,7 +75,9 @@ class StatusBar {
     const ProgramState& state_;
     Screen& screen_;
     Timer& msgTimer_;
+    std::function<std::string()> background_;
     std::string status_;
+    bool showsBackground_ = false;
     std::string crc_;
     std::optional<Progress> progress_;
     std::string percentage_;

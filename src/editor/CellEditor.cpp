@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "editor/ByteTexts.h"
+
 namespace tarnwell {
 
 namespace {
@@ -15,8 +17,7 @@ constexpr Message kOutOfRangeHex{
 
 /// The cell `steps` bytes further, from the grid's end on at its start and the reverse.
 GridCell Stepped(GridCell cell, int steps) {
-    const int address = (cell.Address() + steps + kEepromBytes) % kEepromBytes;
-    return {address / kBytesPerRow, address % kBytesPerRow + 1};
+    return GridCell::At((cell.Address() + steps + kEepromBytes) % kEepromBytes);
 }
 
 /// `text`, in UTF-8, without its last character.
@@ -75,8 +76,12 @@ bool CellEditor::CheckEditValue() {
     if (ByteFromText(grid_.EditText(), state_.numberMode))
         return true;
     grid_.SetEditText(grid_.Text(grid_.Current()));
-    user_.ShowBox(state_.numberMode == NumberMode::Decimal ? kOutOfRangeDecimal : kOutOfRangeHex);
+    TellOutOfRange();
     return false;
+}
+
+void CellEditor::TellOutOfRange() {
+    user_.ShowBox(state_.numberMode == NumberMode::Decimal ? kOutOfRangeDecimal : kOutOfRangeHex);
 }
 
 CellEditor::Commit CellEditor::CommitCellEdit() {
@@ -120,6 +125,30 @@ bool CellEditor::MoveTo(GridCell cell) {
     grid_.MoveCurrent(cell);
     Click();
     return true;
+}
+
+void CellEditor::SelectTo(GridCell cell) {
+    const CommandScope scope(statusBar_);
+    if (LeaveCell() == Commit::Settled)
+        grid_.SelectTo(cell);
+}
+
+void CellEditor::Paste(std::string_view text) {
+    if (!EditorIsOn())
+        return;
+    const CommandScope scope(statusBar_);
+    const auto bytes = BytesFromText(text, state_.numberMode);
+    const int first = grid_.Current().Address();
+    if (!bytes || first + static_cast<int>(bytes->size()) > kEepromBytes)
+        return TellOutOfRange();
+    for (const std::uint8_t byte : *bytes) {
+        BeginCellEdit({});
+        grid_.SetEditText(NumberText(byte, state_.numberMode));
+        if (CommitCellEdit() == Commit::Refused)
+            return;
+        if (grid_.Current().Address() < kEepromBytes - 1)
+            MoveTo(Stepped(grid_.Current(), 1));
+    }
 }
 
 void CellEditor::SettleEntry() {

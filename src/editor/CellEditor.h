@@ -30,6 +30,13 @@ class CellEditor final : private Command {
     /// old cell could be left.
     bool MoveTo(GridCell cell);
 
+    /// Selects what lies between `cell` and where the selection began; an open entry is committed.
+    void SelectTo(GridCell cell);
+
+    /// Enters the bytes of `text` from the current cell on as if each were typed. If one of them is
+    /// no byte, or has no place in the grid, the box of an entry out of range refuses them all.
+    void Paste(std::string_view text);
+
     /// A character typed while the grid itself has the focus.
     void CharacterTyped(std::string_view character);
 
@@ -49,6 +56,7 @@ class CellEditor final : private Command {
 
     void BeginCellEdit(std::string_view character);
     bool CheckEditValue();
+    void TellOutOfRange();
     Commit CommitCellEdit();
     Commit LeaveCell();
     void CommitAndMove(GridCell target);

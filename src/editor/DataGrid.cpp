@@ -1,5 +1,6 @@
 #include "editor/DataGrid.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tarnwell {
@@ -21,9 +22,7 @@ void DataGrid::FillGrid() {
 }
 
 void DataGrid::TransferGrid() {
-    for (std::size_t address = 0; address < texts_.size(); ++address)
-        buffer_[address] =
-            static_cast<std::uint8_t>(ParseNumber(texts_[address], state_.numberMode));
+    std::ranges::copy(Bytes(), buffer_.begin());
     changed_.reset();
     view_.GridRefilled();
     SetGridChanged(false);
@@ -43,6 +42,14 @@ const std::string& DataGrid::Text(GridCell cell) const {
     return texts_[Index(cell)];
 }
 
+std::array<std::uint8_t, kEepromBytes> DataGrid::Bytes() const {
+    std::array<std::uint8_t, kEepromBytes> bytes{};
+    std::ranges::transform(texts_, bytes.begin(), [this](const std::string& text) {
+        return static_cast<std::uint8_t>(ParseNumber(text, state_.numberMode));
+    });
+    return bytes;
+}
+
 std::string DataGrid::RowAddressText(int row) const {
     return NumberText(static_cast<std::uint32_t>(row * kBytesPerRow), state_.numberMode);
 }
@@ -56,8 +63,32 @@ bool DataGrid::IsChanged(GridCell cell) const {
 }
 
 void DataGrid::MoveCurrent(GridCell cell) {
+    Move(cell, std::nullopt);
+}
+
+void DataGrid::SelectTo(GridCell cell) {
+    Move(cell, anchor_.value_or(current_));
+}
+
+void DataGrid::Move(GridCell cell, std::optional<GridCell> anchor) {
     current_ = cell;
+    anchor_ = anchor;
     view_.CurrentCellMoved();
+    statusBar_.ShowBackground();
+}
+
+GridRange DataGrid::Selection() const {
+    const auto [first, last] =
+        std::minmax(current_.Address(), anchor_.value_or(current_).Address());
+    return {first, last};
+}
+
+std::string DataGrid::SelectionText() const {
+    const GridRange selection = Selection();
+    std::string text = Text(GridCell::At(selection.first));
+    for (int address = selection.first + 1; address <= selection.last; ++address)
+        text.append(" ").append(Text(GridCell::At(address)));
+    return text;
 }
 
 void DataGrid::SetCurrentText(const std::string& text) {
@@ -66,12 +97,22 @@ void DataGrid::SetCurrentText(const std::string& text) {
     view_.GridCellChanged(current_);
 }
 
+void DataGrid::TakeBackText(int address, const std::string& text) {
+    const GridCell cell = GridCell::At(address);
+    texts_[Index(cell)] = text;
+    changed_.set(Index(cell), ParseNumber(text, state_.numberMode) !=
+                                  buffer_[static_cast<std::size_t>(address)]);
+    view_.GridCellChanged(cell);
+    SetGridChanged(changed_.any());
+}
+
 void DataGrid::SetGridChanged(bool changed) {
     state_.GridChanged = changed;
     screen_.Changed(Shown::EditorCaption);
 }
 
 void DataGrid::OpenEntry(std::string text, EditSelection selection) {
+    anchor_.reset();
     editText_ = std::move(text);
     entryIsOpen_ = true;
     view_.EditBoxOpened(selection);

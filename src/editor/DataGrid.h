@@ -3,6 +3,7 @@
 
 #include <array>
 #include <bitset>
+#include <optional>
 #include <string>
 
 #include "core/NumberModeMenu.h"
@@ -20,6 +21,15 @@ struct GridCell {
 
     bool operator==(const GridCell&) const = default;
     int Address() const { return row * kBytesPerRow + column - 1; }
+    static GridCell At(int address) { return {address / kBytesPerRow, address % kBytesPerRow + 1}; }
+};
+
+/// Neighbouring bytes of the grid.
+struct GridRange {
+    int first;  ///< address
+    int last;   ///< address, not before the first
+
+    bool Contains(int address) const { return first <= address && address <= last; }
 };
 
 enum class EditSelection : std::uint8_t { WholeText, CaretAtEnd };
@@ -36,6 +46,9 @@ class EditorView {
     virtual void EditBoxClosed() = 0;
     virtual void PendingWritesChanged() = 0;
     virtual void FocusGrid() = 0;
+
+    /// Turns to the data editor's page.
+    virtual void TurnToEditor() = 0;
 
     /// Shows the warning modally; whether the user wants to see it again.
     virtual bool ShowWarningAgain() = 0;
@@ -58,6 +71,9 @@ class DataGrid final : public NumberDisplay {
     void ConvertNumbers(NumberMode mode) override;
 
     const std::string& Text(GridCell cell) const;
+
+    /// The bytes that the texts write.
+    std::array<std::uint8_t, kEepromBytes> Bytes() const;
     std::string RowAddressText(int row) const;
     std::string HeadingText(int offset) const;
 
@@ -67,8 +83,21 @@ class DataGrid final : public NumberDisplay {
     GridCell Current() const { return current_; }
     void MoveCurrent(GridCell cell);
 
+    /// Makes `cell` the current one and selects what lies between it and the one where the
+    /// selection began.
+    void SelectTo(GridCell cell);
+
+    /// What is selected: at least the current cell.
+    GridRange Selection() const;
+
+    /// The selection's texts, with blanks between them.
+    std::string SelectionText() const;
+
     /// Gives the current cell its edited text.
     void SetCurrentText(const std::string& text);
+
+    /// Gives a byte the text that it had before an edit.
+    void TakeBackText(int address, const std::string& text);
 
     /// Sets or clears the mark that the grid holds edits that the buffer does not.
     void SetGridChanged(bool changed);
@@ -87,6 +116,7 @@ class DataGrid final : public NumberDisplay {
     void CloseEntry();
 
   private:
+    void Move(GridCell cell, std::optional<GridCell> anchor);
     static std::size_t Index(GridCell cell) { return static_cast<std::size_t>(cell.Address()); }
 
     ProgramState& state_;
@@ -97,6 +127,7 @@ class DataGrid final : public NumberDisplay {
     std::array<std::string, kEepromBytes> texts_;
     std::bitset<kEepromBytes> changed_;
     GridCell current_;
+    std::optional<GridCell> anchor_;  ///< where the selection began
     std::string editText_;
     bool entryIsOpen_ = false;
 };

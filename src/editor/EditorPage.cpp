@@ -61,6 +61,18 @@ void EditorPage::SwitchPage(Page page) {
         ShowWarning();
 }
 
+void EditorPage::ShowByte(int address) {
+    const CommandScope scope(statusBar_);
+    if (state_.page != Page::Editor)
+        view_.TurnToEditor();
+    const GridCell cell = GridCell::At(address);
+    if (!cellEditor_.MoveTo(cell))
+        return;
+    grid_.MoveCurrent(cell);  // one that is current already may be out of sight
+    view_.FocusGrid();
+    cellEditor_.Click();
+}
+
 void EditorPage::ShowWarning() {
     state_.editorWarning = view_.ShowWarningAgain() ? kShowWarning : kNoWarning;
 }

@@ -17,6 +17,12 @@ class EditorPage final : private Command {
     /// becomes of them; entering it shows the warning.
     void SwitchPage(Page page);
 
+    /// Turns to the page and makes the byte at `address` the current one.
+    void ShowByte(int address);
+
+    /// Commits an open entry.
+    void SettleEntry() { cellEditor_.SettleEntry(); }
+
     /// Opening a menu whose commands work on the buffer: asks what becomes of the grid's edits.
     /// False if they stay only in the grid.
     bool SettleGridEdits();

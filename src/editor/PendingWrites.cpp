@@ -1,5 +1,7 @@
 #include "editor/PendingWrites.h"
 
+#include <algorithm>
+
 #include "image/WriteTexts.h"
 
 namespace tarnwell {
@@ -46,6 +48,29 @@ void PendingWrites::ClearPendingWrites() {
     view_.PendingWritesChanged();
 }
 
+int PendingWrites::Address(int row) const {
+    return ParseNumber(Row(row).EditAddress, state_.numberMode);
+}
+
+void PendingWrites::TakeBack(int row) {
+    const CommandScope scope(statusBar_);
+    const EditRecord taken = Row(row);
+    const auto begin = rows_.begin() + row;
+    std::move(begin + 1, rows_.end(), begin);
+    rows_.back() = {};
+    --count_;
+    const auto end = rows_.begin() + count_;
+    const auto later = std::find_if(begin, end, [&](const EditRecord& record) {
+        return record.EditAddress == taken.EditAddress;
+    });
+    if (later != end)
+        later->EditOldValue = taken.EditOldValue;
+    else
+        grid_.TakeBackText(ParseNumber(taken.EditAddress, state_.numberMode), taken.EditOldValue);
+    view_.PendingWritesChanged();
+    Post("Pending EEP Write Taken Back");
+}
+
 void PendingWrites::WritePending() {
     const CommandScope scope(statusBar_);
     if (count_ == 0) {
@@ -82,8 +107,7 @@ void PendingWrites::WritePending() {
 PendingWrites::Outcome PendingWrites::WriteEntries() {
     Outcome outcome = Outcome::Verified;
     for (int row = 0; row < count_; ++row) {
-        const auto address =
-            static_cast<std::int16_t>(ParseNumber(Row(row).EditAddress, state_.numberMode));
+        const auto address = static_cast<std::int16_t>(Address(row));
         const auto value =
             static_cast<std::uint8_t>(ParseNumber(Row(row).EditNewValue, state_.numberMode));
         if (i2c_.WriteByte(address, value) == Transfer::Aborted ||

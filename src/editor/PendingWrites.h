@@ -31,6 +31,13 @@ class PendingWrites final : public NumberDisplay, private Command {
 
     void ClearPendingWrites();
 
+    /// Takes an entry out of the queue. The byte has its old value again, unless a later entry
+    /// changes it, too.
+    void TakeBack(int row);
+
+    /// The address of an entry's byte.
+    int Address(int row) const;
+
     /// Writes all entries in order, each read back, and on success makes the grid the buffer.
     void WritePending();
 

@@ -19,9 +19,11 @@ class NoWindow final : public EditorView,
     void EditBoxClosed() override {}
     void PendingWritesChanged() override {}
     void FocusGrid() override {}
+    void TurnToEditor() override {}
     bool ShowWarningAgain() override { return true; }
 
     void SettingCellChanged(int /*cell*/) override {}
+    void ShowCell(int /*cell*/) override {}
     void ShowFormEdit() override {}
 
     void Place(WindowPlace place) override { place_ = place; }

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "settings/CellTexts.h"
+
 namespace tarnwell {
 
 namespace {
@@ -23,6 +25,7 @@ Program::Program(const Surroundings& outside)
       pending(context, grid, outside.editorView),
       cellEditor(context, grid, pending),
       editorPage(context, grid, pending, cellEditor, outside.editorView),
+      find(context, grid, editorPage),
       cells(state, outside.settingsView),
       settings(context, buffer, editorPage, cells),
       valueEditor(context, cells, outside.settingsView),
@@ -32,7 +35,9 @@ Program::Program(const Surroundings& outside)
       settingsArchive(context, cells, settings),
       numberModeMenu(state, statusBar, outside.screen, {&cells, &grid, &pending}),
       helpCommands(outside.programs, outside.user),
-      outside_(outside) {}
+      outside_(outside) {
+    statusBar.SetBackground([this] { return BackgroundText(); });
+}
 
 void Program::StartUp(StartUpSteps& steps) {
     tarnwell::StartUp(RunOf(*this, outside_), steps);
@@ -59,6 +64,25 @@ void Program::OpenArchive(const std::string& path) {
         settingsArchive.LoadSettingsFile(path);
     else
         imageArchive.LoadImageFile(path);
+}
+
+void Program::GoTo(const Destination& place) {
+    if (place.cell)
+        outside_.settingsView.ShowCell(*place.cell);
+    else
+        editorPage.ShowByte(place.address);
+}
+
+int Program::WaitingOn(Page page) const {
+    return page == Page::Editor ? pending.Count() : cells.WaitingOn(page);
+}
+
+std::string Program::BackgroundText() const {
+    if (valueEditor.IsOpen())
+        return valueEditor.Description();
+    const bool named = state.page == Page::Editor && state.targetDevice == TargetDevice::Primary;
+    std::string text = named ? ByteText(grid.Current().Address(), state.numberMode) : "";
+    return text.empty() ? WaitingText(WaitingOn(state.page)) : text;
 }
 
 void Program::ChoosePort(const PortChoice& choice) {

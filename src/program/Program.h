@@ -6,8 +6,10 @@
 #include "archive/SettingsArchive.h"
 #include "core/HelpCommands.h"
 #include "core/RunEnds.h"
+#include "editor/Find.h"
 #include "i2c/mI2Ccode.h"
 #include "program/BufferFollowers.h"
+#include "settings/Destination.h"
 #include "settings/ValueEditor.h"
 
 namespace tarnwell {
@@ -45,6 +47,12 @@ class Program final {
     /// menu loads an image.
     void OpenArchive(const std::string& path);
 
+    /// Turns to the byte or the cell.
+    void GoTo(const Destination& place);
+
+    /// How many values wait to be written that are shown on a page.
+    int WaitingOn(Page page) const;
+
     /// The Parallel Port menu; nothing else happens until the next access.
     void ChoosePort(const PortChoice& choice);
 
@@ -59,6 +67,7 @@ class Program final {
     PendingWrites pending;
     CellEditor cellEditor;
     EditorPage editorPage;
+    Find find;
     SettingCells cells;
     SettingsEngine settings;
     ValueEditor valueEditor;
@@ -70,6 +79,8 @@ class Program final {
     HelpCommands helpCommands;
 
   private:
+    std::string BackgroundText() const;
+
     Surroundings outside_;
 };
 

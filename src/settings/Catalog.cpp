@@ -1,6 +1,7 @@
 #include "settings/Catalog.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "core/Pages.h"
 
@@ -28,6 +29,34 @@ std::string CellTitle(int cell) {
     const std::string_view group =
         info.setting->statusName.withFormat ? Format(info) : Info(info.setting->page).caption;
     return std::string(group).append(" ").append(info.setting->code);
+}
+
+std::string SettingName(int cell, char separator) {
+    const CellInfo& info = Cell(cell);
+    std::string name(info.setting->code);
+    if (info.setting->statusName.withFormat)
+        name.append(1, separator).append(Format(info));
+    return name;
+}
+
+std::string BitsText(int cell) {
+    const Setting& setting = *Cell(cell).setting;
+    const int count = std::bit_width(static_cast<unsigned>(setting.maximum));
+    const std::string lowest = std::to_string(setting.shift);
+    if (count == 1)
+        return "bit " + lowest;
+    return "bits " + lowest + " to " + std::to_string(setting.shift + count - 1);
+}
+
+std::vector<int> CellsInOrder() {
+    std::vector<int> cells;
+    for (const Setting& setting : kCatalog) {
+        for (const CellPlace& place : setting.cells) {
+            if (place.Exists())
+                cells.push_back(place.cell);
+        }
+    }
+    return cells;
 }
 
 std::optional<int> CellAtAddress(int address) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/ProgramState.h"
 #include "i2c/EepromBus.h"
@@ -303,6 +304,15 @@ std::string StatusLineName(int cell);
 
 /// Format and code, such as "480i CR02", "Global TINT" or "Iris OT1".
 std::string CellTitle(int cell);
+
+/// Code and, of a setting that has one, format: "R-YR 480p", "TINT".
+std::string SettingName(int cell, char separator = ' ');
+
+/// The bits of the cell's byte that its range takes: "bits 2 to 7", "bit 0".
+std::string BitsText(int cell);
+
+/// The cells by page, setting and format.
+std::vector<int> CellsInOrder();
 
 /// The cell whose byte lies at an EEPROM address, if a named setting does.
 std::optional<int> CellAtAddress(int address);

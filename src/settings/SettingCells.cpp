@@ -25,6 +25,11 @@ void SettingCells::SetCaption(int cell, std::string caption) {
     view_.SettingCellChanged(cell);
 }
 
+void SettingCells::SetMark(int cell, Mark mark) {
+    At(cell).mark = mark;
+    view_.SettingCellChanged(cell);
+}
+
 void SettingCells::SetColour(int cell, CellColour colour) {
     At(cell).colour = colour;
     view_.SettingCellChanged(cell);
@@ -44,6 +49,15 @@ bool SettingCells::AnyIsEmpty() const {
 
 bool SettingCells::AnyHasMark(Mark mark) const {
     return std::ranges::find(cells_, mark, &State::mark) != cells_.end();
+}
+
+int SettingCells::WaitingOn(Page page) const {
+    int waiting = 0;
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        const bool waits = MarkOf(cell) == Mark::Save && !IsEmpty(cell);
+        waiting += waits && Cell(cell).setting->page == page ? 1 : 0;
+    }
+    return waiting;
 }
 
 void SettingCells::ConvertNumbers(NumberMode mode) {

@@ -28,6 +28,9 @@ class SettingsView {
     virtual ~SettingsView() = default;
     virtual void SettingCellChanged(int cell) = 0;
 
+    /// Turns to the cell's page and gives the cell the focus.
+    virtual void ShowCell(int cell) = 0;
+
     /// Shows the value editor modally.
     virtual void ShowFormEdit() = 0;
 };
@@ -49,7 +52,7 @@ class SettingCells final : public NumberDisplay {
     void SetCaption(int cell, std::string caption);
 
     Mark MarkOf(int cell) const { return At(cell).mark; }
-    void SetMark(int cell, Mark mark) { At(cell).mark = mark; }
+    void SetMark(int cell, Mark mark);
 
     CellColour Colour(int cell) const { return At(cell).colour; }
     void SetColour(int cell, CellColour colour);
@@ -59,6 +62,9 @@ class SettingCells final : public NumberDisplay {
 
     bool AnyIsEmpty() const;
     bool AnyHasMark(Mark mark) const;
+
+    /// How many values of a page wait to be written.
+    int WaitingOn(Page page) const;
 
     void ConvertNumbers(NumberMode mode) override;
 

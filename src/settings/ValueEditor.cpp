@@ -10,15 +10,69 @@ ValueEditor::ValueEditor(const CommandContext& context, SettingCells& cells, Set
     : Command(context), cells_(cells), view_(view) {}
 
 void ValueEditor::CellClicked(int cell) {
-    if (state_.targetDevice == TargetDevice::Secondary) {
-        const CommandScope scope(statusBar_);
-        user_.ShowBox(kNoSettingsOnSecondary);
+    if (RefuseOnSecondary())
         return;
-    }
-    edit_ = Edit{cell, cells_.MarkOf(cell), cells_.Colour(cell)};
+    BeginEdit(cell);
+    ShowEditor();
+}
+
+void ValueEditor::CharacterTyped(int cell, char character) {
+    if (!FilterKey(character, state_.numberMode) || RefuseOnSecondary())
+        return;
+    BeginEdit(cell);
+    TypeDigit(character);
+    ShowEditor();
+}
+
+bool ValueEditor::RefuseOnSecondary() {
+    if (state_.targetDevice == TargetDevice::Primary)
+        return false;
+    const CommandScope scope(statusBar_);
+    user_.ShowBox(kNoSettingsOnSecondary);
+    return true;
+}
+
+void ValueEditor::BeginEdit(int cell) {
+    edit_ = Edit{cell, cells_.MarkOf(cell), cells_.Colour(cell), 0, false};
+    edit_->value = StartValue();
     cells_.SetColour(cell, CellColour::Editing);
+}
+
+void ValueEditor::ShowEditor() {
+    statusBar_.ShowBackground();
     view_.ShowFormEdit();
     EndEdit();
+}
+
+std::string ValueEditor::Description() const {
+    const int cell = edit_->EditCellIndex;
+    return SettingName(cell) + ": 0 to " + Readout(Maximum()) + ", was " +
+           (cells_.IsEmpty(cell) ? "empty" : cells_.Caption(cell));
+}
+
+void ValueEditor::StepTo(int value) {
+    edit_->value = value;
+    edit_->typing = false;
+}
+
+bool ValueEditor::TypeDigit(char character) {
+    const auto digit = FilterKey(character, state_.numberMode);
+    if (!digit)
+        return false;
+    const int before = edit_->typing ? edit_->value * BaseOf(state_.numberMode) : 0;
+    const int value = before + *HexDigit(*digit);
+    if (value > Maximum()) {
+        Post(SettingName(edit_->EditCellIndex) + " goes from 0 to " + Readout(Maximum()));
+        return true;
+    }
+    edit_->value = value;
+    edit_->typing = true;
+    return true;
+}
+
+void ValueEditor::EraseDigit() {
+    edit_->value /= BaseOf(state_.numberMode);
+    edit_->typing = true;
 }
 
 int ValueEditor::Maximum() const {

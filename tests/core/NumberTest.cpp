@@ -37,6 +37,12 @@ TEST(NumberTest, BytesFormsAndKeys) {
     for (const char* text : {"", "-5", "1G", " 1", "1.", "4294967297", "99999999999999999999"})
         EXPECT_FALSE(ByteFromText(text, Decimal) || ByteFromText(text, Hex)) << text;
     EXPECT_TRUE(ByteFromText("fE", Hex) == 254 && !ByteFromText("F", Decimal));
+    const std::tuple<const char*, NumberMode, int> rows[] = {
+        {"8191", Decimal, 8191}, {"8192", Decimal, -1}, {"0x1fFF", Decimal, 8191},
+        {"0X10", Hex, 16},       {"10", Hex, 16},       {"0x", Hex, -1},
+        {"", Decimal, -1},       {"F", Decimal, -1},    {"1 0", Hex, -1}};
+    for (const auto& [text, mode, value] : rows)
+        EXPECT_EQ(NumberFromText(text, mode, 8191).value_or(-1), value) << text;
 
     EXPECT_EQ(NumberText(0, Hex) + NumberText(0x1FAF, Hex) + NumberText(816, Decimal), "01FAF816");
     EXPECT_EQ(HexText(0xA0, 4) + HexText(0x12345, 2), "00A012345");

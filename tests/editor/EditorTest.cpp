@@ -115,6 +115,86 @@ TEST_F(EditorTest, WritePendingAndItsOutcomes) {
     EXPECT_FALSE(program.grid.IsChanged(At(301)));
 }
 
+TEST_F(EditorTest, PastesBytesAsIfTypedOrNoneOfThem) {
+    const std::string refused =
+        "W A R N I N G|The new value was out of range and \r\nhas been discarded. Try again.";
+    for (const auto& [first, text] : {std::pair(50, "1 2 256"), {8190, "1 2 3"}, {50, "1 x"}}) {
+        editor.MoveTo(At(first));
+        editor.Paste(text);
+        EXPECT_THAT(test.user.TakeBoxes(), testing::ElementsAre(refused)) << text;
+        EXPECT_EQ(program.pending.Count(), 0) << text;
+    }
+    for (const auto& [first, text, current] :
+         {std::tuple(8189, "1,2\n3", 8191), {50, "0 9 0 8", 54}}) {
+        editor.MoveTo(At(first));
+        editor.Paste(text);
+        EXPECT_EQ(program.grid.Current().Address(), current);
+    }
+    EXPECT_EQ(program.grid.Text(At(8191)) + program.grid.Text(At(53)), "38");
+    EXPECT_EQ(program.pending.Count(), 5) << "a 0 where 0 stands is no change";
+    test.user.answers = {Answer::No};
+    editor.Paste("1 2 3 4 5 6");
+    EXPECT_EQ(program.pending.Count(), 1) << "the tenth asked";
+    program.editorPage.ToggleEditor();
+    editor.Paste("77 78");
+    EXPECT_NE(program.grid.Text(program.grid.Current()), "77");
+}
+
+TEST_F(EditorTest, SelectsFromWhereItBegan) {
+    DataGrid& grid = program.grid;
+    Enter(20, "5", Down);
+    editor.TextEdited("6");
+    editor.SelectTo(At(19));
+    EXPECT_EQ(grid.Text(At(36)), "6") << "an open entry is committed";
+    EXPECT_FALSE(grid.EntryIsOpen());
+    editor.SelectTo(At(35));
+    editor.SelectTo(At(34));
+    EXPECT_EQ(grid.SelectionText(), "0 0 6");
+    editor.SelectTo(At(37));
+    EXPECT_EQ(grid.SelectionText(), "6 0");
+    editor.MoveTo(At(20));
+    EXPECT_EQ(grid.SelectionText(), "5");
+    editor.SelectTo(At(21));
+    editor.CharacterTyped("1");
+    EXPECT_EQ(grid.Selection().first, 21);
+}
+
+TEST_F(EditorTest, TakesPendingWritesBack) {
+    Enter(300, "11");
+    Enter(301, "12");
+    Enter(300, "13");
+    program.pending.TakeBack(0);
+    EXPECT_EQ(program.grid.Text(At(300)), "13") << "a later entry changes it, too";
+    EXPECT_EQ(program.pending.Row(1).EditOldValue, "0");
+    Enter(300, "14");
+    program.pending.TakeBack(2);
+    EXPECT_EQ(program.grid.Text(At(300)), "13");
+    EXPECT_TRUE(program.grid.IsChanged(At(300)));
+    program.pending.TakeBack(1);
+    EXPECT_EQ(program.grid.Text(At(300)), "0");
+    EXPECT_TRUE(!program.grid.IsChanged(At(300)) && program.state.GridChanged);
+    EXPECT_EQ(program.pending.Address(0), 301);
+    program.pending.TakeBack(0);
+    EXPECT_TRUE(program.pending.Count() == 0 && !program.state.GridChanged);
+    EXPECT_EQ(program.pending.Row(0).EditAddress, "");
+}
+
+TEST_F(EditorTest, NamesTheCurrentByteOnceMessagesHaveGone) {
+    program.editorPage.ToggleEditor();
+    editor.MoveTo(At(2401));
+    EXPECT_EQ(test.Status(), "Data Editor Disabled");
+    program.statusBar.MsgTimerFired();
+    EXPECT_EQ(test.Status(), "2401: R-YR 480p, bits 0 to 3");
+    editor.MoveTo(At(2085));
+    EXPECT_EQ(test.Status(), "2085: TINT, bits 2 to 7");
+    editor.MoveTo(At(2086));
+    EXPECT_EQ(test.Status(), "");
+    editor.MoveTo(At(2085));
+    program.state.targetDevice = TargetDevice::Secondary;
+    program.statusBar.ShowBackground();
+    EXPECT_EQ(test.Status(), "");
+}
+
 TEST_F(EditorTest, PagesSizesAndTheWarning) {
     const auto enters = [&](Page page) {
         program.editorPage.SwitchPage(page);

@@ -52,6 +52,8 @@ TEST(CatalogTest, EveryCellIsWhatTheTablesSay) {
     EXPECT_EQ(CellAtAddress(2508), std::nullopt);
     EXPECT_EQ(CellTitle(0) + CellTitle(25) + CellTitle(71) + CellTitle(70),
               "480i CR02Iris IT2Global SHPM1080i CLP");
+    EXPECT_EQ(BitsText(32) + BitsText(71) + BitsText(38) + BitsText(0),
+              "bits 2 to 7bits 4 to 7bit 0bits 0 to 7");
 }
 
 }  // namespace

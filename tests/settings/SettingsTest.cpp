@@ -3,6 +3,9 @@
 
 #include <random>
 
+#include "core/Pages.h"
+#include "settings/CellTexts.h"
+#include "settings/Destination.h"
 #include "support/TestProgram.h"
 
 namespace tarnwell {
@@ -250,8 +253,99 @@ TEST_F(SettingsTest, LifeOfAValueEdit) {
                   row.during == Changed ? "Iris 1T2 Value Changed" : "Value Change Aborted");
     }
     cells.ShowValue(38, 200);
+    program.valueEditor.CharacterTyped(38, 'x');
+    EXPECT_EQ(cells.Colour(38), normal) << "no digit opens nothing";
     test.outside.onFormEdit = [&] { EXPECT_EQ(program.valueEditor.StartValue(), 1); };
     program.valueEditor.CellClicked(38);
+}
+
+// '<' is Backspace, '+' a step to 1.
+TEST_F(SettingsTest, TypedDigitsReplaceTheValueAndStayWithinItsRange) {
+    const struct {
+        NumberMode mode;
+        int cell;
+        std::string typed;
+        std::string readouts;
+        std::string status;
+    } rows[] = {
+        {NumberMode::Decimal, 32, "6364", "6 63 63 63", "TINT goes from 0 to 63"},
+        {NumberMode::Decimal, 32, "63<<52", "6 63 6 0 5 52", "TINT: 0 to 63, was 9"},
+        {NumberMode::Decimal, 32, "2+3", "2 1 3", "TINT: 0 to 63, was 9"},
+        {NumberMode::Decimal, 38, "2", "1", "DCOL 480i goes from 0 to 1"},
+        {NumberMode::Decimal, 38, "10", "1 1", "DCOL 480i goes from 0 to 1"},
+        {NumberMode::Hex, 32, "3fg", "3 3F 3F", "TINT: 0 to 3F, was 9"},
+        {NumberMode::Hex, 71, "a0<", "A A 0", "SHPM goes from 0 to F"},
+    };
+    for (const auto& row : rows) {
+        program.numberModeMenu.Select(row.mode);
+        cells.ShowValue(row.cell, 9);
+        program.statusBar.PutStatus("");
+        std::string readouts;
+        test.outside.onFormEdit = [&] {
+            ValueEditor& editor = program.valueEditor;
+            for (std::size_t count = 0; count < row.typed.size(); ++count) {
+                const char typed = row.typed[count];
+                if (typed == '<') {
+                    editor.EraseDigit();
+                } else if (typed == '+') {
+                    editor.StepTo(1);
+                } else {
+                    EXPECT_EQ(count == 0 || editor.TypeDigit(typed), typed != 'g');
+                }
+                readouts += (count > 0 ? " " : "") + editor.Readout(editor.Value());
+            }
+            EXPECT_EQ(test.Status(), row.status);
+        };
+        program.valueEditor.CharacterTyped(row.cell, row.typed.front());
+        EXPECT_EQ(readouts, row.readouts) << row.typed;
+        program.statusBar.MsgTimerFired();
+    }
+}
+
+TEST_F(SettingsTest, TheStatusLineSaysHowManyValuesOfThePageWait) {
+    EXPECT_EQ(CellPlaceText(32, NumberMode::Hex), "Address 825, bits 2 to 7");
+    Edit({0}, 5);
+    for (const auto& [page, after] : {std::pair(Page::Chroma, "1 value waits to be written"),
+                                      {Page::Iris, ""},
+                                      {Page::Global, "2 values wait to be written"}}) {
+        Edit({32, 71}, static_cast<int>(page) + 6);
+        program.editorPage.SwitchPage(page);
+        EXPECT_EQ(test.Status(), Info(page).status);
+        program.statusBar.MsgTimerFired();
+        EXPECT_EQ(test.Status(), after);
+    }
+    Write();
+    program.statusBar.MsgTimerFired();
+    EXPECT_EQ(test.Status(), "");
+    test.outside.onFormEdit = [&] { EXPECT_EQ(test.Status(), "TINT: 0 to 63, was 8"); };
+    program.valueEditor.CellClicked(32);
+}
+
+TEST(DestinationTest, NamesAndAddresses) {
+    constexpr auto kNone = std::nullopt;
+    const struct {
+        std::string text;
+        NumberMode mode;
+        std::optional<Destination> place;
+    } rows[] = {{"2401", NumberMode::Decimal, {{2401, kNone}}},
+                {" 0x961 ", NumberMode::Decimal, {{2401, kNone}}},
+                {"961", NumberMode::Hex, {{2401, kNone}}},
+                {"8191", NumberMode::Decimal, {{8191, kNone}}},
+                {"8192", NumberMode::Decimal, kNone},
+                {"", NumberMode::Hex, kNone},
+                {"R-YR 480p", NumberMode::Hex, {{2401, 8}}},
+                {"480P  r-yr", NumberMode::Hex, {{2401, 8}}},
+                {"r-yr.vga", NumberMode::Hex, {{2473, 20}}},
+                {"R-YR", NumberMode::Hex, {{2365, 2}}},
+                {"clp", NumberMode::Hex, {{2507, 69}}},
+                {"CLP 480p", NumberMode::Hex, kNone},
+                {"global tint", NumberMode::Hex, {{2085, 32}}},
+                {"R-YR 576p", NumberMode::Hex, kNone}};
+    for (const auto& row : rows)
+        EXPECT_EQ(DestinationFrom(row.text, row.mode), row.place) << row.text;
+    const std::vector<std::string> names = DestinationNames();
+    EXPECT_EQ(names.size(), 72U);
+    EXPECT_EQ(names.front() + names[24], "R-YR 480iSHRP 480i");
 }
 
 }  // namespace

@@ -113,8 +113,10 @@ TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
             keys[fromQt(action->objectName())] =
                 fromQt(QKeySequence::listToString(action->shortcuts()));
     }
-    const std::map<std::string, std::string> expected{{"mnuEditUndo", "Ctrl+Z"},
-                                                      {"mnuEditRedo", "Ctrl+Shift+Z; Ctrl+Y"}};
+    const std::map<std::string, std::string> expected{
+        {"mnuEditUndo", "Ctrl+Z"}, {"mnuEditRedo", "Ctrl+Shift+Z; Ctrl+Y"},
+        {"mnuEditGoTo", "Ctrl+G"}, {"mnuEditFind", "Ctrl+F"},
+        {"mnuEditFindNext", "F3"}, {"mnuEditFindPrevious", "Shift+F3"}};
     EXPECT_EQ(keys, expected);
     EXPECT_EQ(child("cmdSaveSettings").geometry(), scaledRect(4920, 3120, 2240, 300));
     EXPECT_EQ(window.centralWidget()->width(), scaled(7305));
@@ -272,7 +274,8 @@ TEST_F(FormMainTest, ClicksBesideTheBytesAndMenusCommitAnOpenEntry) {
                                           [&] { click(Qt::RightButton, 7); },
                                           [&] { click(Qt::LeftButton, 16, scaled(300)); },
                                           [&] { popUp("mnuOptions"); },
-                                          [&] { popUp("mnuEdit"); }, [&] { popUp("mnuHelp"); }};
+                                          [&] { popUp("mnuEdit"); },
+                                          [&] { popUp("mnuHelp"); }};
     int entered = 200;
     for (const auto& leave : ways) {
         clickByte(2, 4);

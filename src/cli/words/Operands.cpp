@@ -8,10 +8,6 @@ namespace tarnwell::cli {
 
 namespace {
 
-char Lower(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 std::string Quoted(std::string_view word) {
     return "'" + std::string(word) + "'";
 }
@@ -80,10 +76,6 @@ int CellOf(const Setting& setting, std::string_view format) {
 
 }  // namespace
 
-bool EqualIgnoringCase(std::string_view one, std::string_view other) {
-    return std::ranges::equal(one, other, {}, Lower, Lower);
-}
-
 std::string_view Nearest(std::string_view word, const std::vector<std::string_view>& known) {
     constexpr std::size_t kLongest = 64;
     word = word.substr(0, kLongest);
@@ -111,22 +103,7 @@ std::string_view Nearest(std::string_view word, const std::vector<std::string_vi
 }
 
 std::string CellName(int cell) {
-    const CellInfo& info = Cell(cell);
-    std::string name(info.setting->code);
-    if (HasFormats(*info.setting))
-        name.append(".").append(kFormats[static_cast<std::size_t>(info.column)]);
-    return name;
-}
-
-std::vector<int> CellsInOrder() {
-    std::vector<int> cells;
-    for (const Setting& setting : kCatalog) {
-        for (const CellPlace& place : setting.cells) {
-            if (place.Exists())
-                cells.push_back(place.cell);
-        }
-    }
-    return cells;
+    return SettingName(cell, '.');
 }
 
 std::vector<int> CellsNamed(std::string_view word) {

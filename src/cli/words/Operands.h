@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/Letters.h"
 #include "settings/Catalog.h"
 
 namespace tarnwell::cli {
@@ -28,9 +29,6 @@ struct ByteRange {
 /// The name of a cell's setting, with its format where it has one: "R-YR.480p", "TINT".
 std::string CellName(int cell);
 
-/// The cells in the order of the catalog: by page, setting and format.
-std::vector<int> CellsInOrder();
-
 /// NAME[.FORMAT]: the cells of a setting, or the one of a format; case does not matter.
 std::vector<int> CellsNamed(std::string_view word);
 
@@ -46,7 +44,5 @@ void AddByteValue(std::string_view word, ByteValues& values);
 /// The known word that takes the fewest changed, missing, additional or exchanged letters to
 /// become `word`.
 std::string_view Nearest(std::string_view word, const std::vector<std::string_view>& known);
-
-bool EqualIgnoringCase(std::string_view one, std::string_view other);
 
 }  // namespace tarnwell::cli

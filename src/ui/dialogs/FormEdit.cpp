@@ -1,11 +1,33 @@
 #include "ui/dialogs/FormEdit.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QWheelEvent>
+
 #include "core/Number.h"
 #include "ui/dialogs/StripSystemMenu.h"
 #include "ui/looks/Colours.h"
 #include "ui/looks/Text.h"
 
 namespace tarnwell {
+
+namespace {
+
+bool isStep(const QKeyEvent& key) {
+    switch (key.key()) {
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+        case Qt::Key_PageUp:
+        case Qt::Key_PageDown:
+        case Qt::Key_Home:
+        case Qt::Key_End:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
 
 FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, QWidget* parent)
     : QDialog(parent),
@@ -47,12 +69,15 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, QWidget* parent)
 
     connect(&m_ok, &QPushButton::clicked, this, &FormEdit::accepted);
     connect(&m_abort, &QPushButton::clicked, this, &QDialog::reject);
-    connect(&m_upDown, &QScrollBar::valueChanged, this, &FormEdit::showValue);
 
     m_place.place(*this, {DecimalValue(m_state.editTop), DecimalValue(m_state.editLeft)});
     m_upDown.setTop(m_editor.Maximum());
-    m_upDown.setValue(m_editor.StartValue());
     showValue();
+    connect(&m_upDown, &QScrollBar::actionTriggered, this,
+            [this] { step(m_upDown.sliderPosition()); });
+    connect(&m_upDown, &QScrollBar::valueChanged, this, &FormEdit::step);
+    for (QWidget* control : std::initializer_list<QWidget*>{&m_ok, &m_abort, &m_upDown})
+        control->installEventFilter(this);
     mGlobal::StripSystemMenu(*this);
     m_ok.setFocus();
 }
@@ -63,8 +88,40 @@ FormEdit::~FormEdit() {
     m_state.editLeft = std::to_string(place.left);
 }
 
+bool FormEdit::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress)
+        return QDialog::eventFilter(watched, event);
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    if (watched != &m_upDown && isStep(key))
+        return QCoreApplication::sendEvent(&m_upDown, event);
+    return enter(key) || QDialog::eventFilter(watched, event);
+}
+
+void FormEdit::wheelEvent(QWheelEvent* event) {
+    QCoreApplication::sendEvent(&m_upDown, event);
+}
+
+bool FormEdit::enter(const QKeyEvent& key) {
+    if (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
+        return false;
+    if (key.key() == Qt::Key_Backspace)
+        m_editor.EraseDigit();
+    else if (key.text().size() != 1 || !m_editor.TypeDigit(key.text().front().toLatin1()))
+        return false;
+    showValue();
+    return true;
+}
+
+// What is typed after a step, even one that the end of the range stops, is another number.
+void FormEdit::step(int value) {
+    m_editor.StepTo(value);
+    showValue();
+}
+
 void FormEdit::showValue() {
-    m_readout.setText(toQt(m_editor.Readout(m_upDown.value())));
+    const QSignalBlocker quiet(m_upDown);
+    m_upDown.setValue(m_editor.Value());
+    m_readout.setText(toQt(m_editor.Readout(m_editor.Value())));
     m_readout.setAccessibleName(m_readout.text());
 }
 

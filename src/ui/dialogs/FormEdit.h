@@ -1,4 +1,4 @@
-// The value editor: one setting's value in large digits, changed a step at a time.
+// The value editor: one setting's value in large digits, changed by steps or typed.
 #pragma once
 
 #include <QDialog>
@@ -18,7 +18,14 @@ class FormEdit final : public QDialog {
     FormEdit(ValueEditor& editor, ProgramState& state, QWidget* parent);
     ~FormEdit() override;
 
+  protected:
+    /// Keys change the value whichever control has the focus.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
   private:
+    bool enter(const QKeyEvent& key);
+    void step(int value);
     void showValue();
     void accepted();
 

@@ -10,6 +10,7 @@ namespace tarnwell::colours {
 
 inline constexpr QColor kCell{255, 255, 192};
 inline constexpr QColor kHeading{239, 219, 137};
+inline constexpr QColor kSelected{153, 204, 255};
 inline constexpr QColor kBeingEdited{255, 192, 255};
 inline constexpr QColor kValueText{0, 0, 192};
 inline constexpr QColor kText{0, 0, 0};

@@ -5,6 +5,7 @@
 
 #include "ui/looks/Colours.h"
 #include "ui/looks/Measures.h"
+#include "ui/looks/ReadableStyle.h"
 
 namespace tarnwell {
 
@@ -41,6 +42,8 @@ void FittedLabel::paintColoured(QPainter& painter) {
     painter.setPen(isEnabled() ? m_colours->text
                                : colours::dimmed(m_colours->text, m_colours->background));
     drawFitted(painter, contentsRect(), alignment(), text());
+    if (hasFocus())
+        drawFocusFrame(painter, contentsRect(), m_colours->text);
 }
 
 void drawFitted(QPainter& painter, const QRect& room, Qt::Alignment alignment,

@@ -13,6 +13,7 @@
 #include <optional>
 
 #include "core/Number.h"
+#include "editor/ByteTexts.h"
 #include "ui/looks/Fitted.h"
 #include "ui/looks/Text.h"
 
@@ -48,6 +49,17 @@ std::optional<EditKey> editKeyOf(const QKeyEvent& event) {
             return binding.action;
     }
     return std::nullopt;
+}
+
+/// The menu's ways to another byte commit the entry.
+bool leadsAway(const QKeyEvent& key) {
+    return key.modifiers() == Qt::ControlModifier &&
+           (key.key() == Qt::Key_G || key.key() == Qt::Key_F);
+}
+
+bool isSeveral(const QString& text) {
+    const std::string bytes = fromQt(text);
+    return SplitBytes(bytes).size() > 1;
 }
 
 QString clipboardText(QClipboard::Mode mode) {
@@ -128,7 +140,7 @@ void CellEditBox::takeEditedText(const QString& edited) {
 
 bool CellEditBox::event(QEvent* event) {
     // Keys held with Ctrl would turn the page.
-    if (event->type() == QEvent::ShortcutOverride &&
+    if (event->type() == QEvent::ShortcutOverride && !leadsAway(static_cast<QKeyEvent&>(*event)) &&
         static_cast<QKeyEvent&>(*event).modifiers().testFlag(Qt::ControlModifier)) {
         event->accept();
         return true;
@@ -147,6 +159,10 @@ bool CellEditBox::event(QEvent* event) {
 
 void CellEditBox::keyPressEvent(QKeyEvent* event) {
     if (actOn(*event)) {
+        event->accept();
+        return;
+    }
+    if (event->matches(QKeySequence::Paste) && pasteSeveral(clipboardText(QClipboard::Clipboard))) {
         event->accept();
         return;
     }
@@ -171,7 +187,16 @@ void CellEditBox::inputMethodEvent(QInputMethodEvent* event) {
     event->accept();
 }
 
+bool CellEditBox::pasteSeveral(const QString& text) {
+    const bool several = isSeveral(text);
+    if (several)
+        m_editor.Paste(fromQt(text));
+    return several;
+}
+
 void CellEditBox::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::MiddleButton && pasteSeveral(clipboardText(QClipboard::Selection)))
+        return;
     if (event->button() != Qt::MiddleButton || enters(clipboardText(QClipboard::Selection)))
         QLineEdit::mouseReleaseEvent(event);
 }
@@ -179,17 +204,24 @@ void CellEditBox::mouseReleaseEvent(QMouseEvent* event) {
 void CellEditBox::contextMenuEvent(QContextMenuEvent* event) {
     QMenu* menu = createStandardContextMenu();
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const bool pastes = enters(clipboardText(QClipboard::Clipboard));
+    const QString text = clipboardText(QClipboard::Clipboard);
     for (QAction* action : menu->actions()) {
         // The item has no name in this version of Qt: it is the one that would paste.
-        if (!pastes && disconnect(action, nullptr, this, SLOT(paste())))
-            action->setEnabled(false);
+        if (!disconnect(action, nullptr, this, SLOT(paste())))
+            continue;
+        action->setEnabled(enters(text) || isSeveral(text));
+        connect(action, &QAction::triggered, this, [this, text] {
+            if (!pasteSeveral(text))
+                paste();
+        });
     }
     menu->popup(event->globalPos());
 }
 
 void CellEditBox::dropEvent(QDropEvent* event) {
-    if (enters(event->mimeData()->text()))
+    if (pasteSeveral(event->mimeData()->text()))
+        event->acceptProposedAction();
+    else if (enters(event->mimeData()->text()))
         QLineEdit::dropEvent(event);
 }
 

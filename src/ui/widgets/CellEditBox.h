@@ -34,6 +34,9 @@ class CellEditBox final : public QLineEdit {
 
     /// Whether the key filter leaves anything of `text`.
     bool enters(const QString& text) const;
+
+    /// Enters `text` into cell after cell if it is several bytes.
+    bool pasteSeveral(const QString& text);
     void takeEditedText(const QString& edited);
 
     DataGrid& m_grid;

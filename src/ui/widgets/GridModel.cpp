@@ -51,9 +51,16 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
         case Qt::ToolTipRole:
         case Qt::AccessibleDescriptionRole:
             return isAddress ? QVariant() : QVariant(toolTip(cellOf(index)));
+        case kNamedRole:
+            return !isAddress && isNamed(cellOf(index));
         default:
             return {};
     }
+}
+
+bool GridModel::isNamed(GridCell cell) const {
+    return m_state.targetDevice == TargetDevice::Primary &&
+           CellAtAddress(cell.Address()).has_value();
 }
 
 QString GridModel::text(const QModelIndex& index) const {
@@ -81,9 +88,9 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
 }
 
 QString GridModel::toolTip(GridCell cell) const {
-    const auto setting = CellAtAddress(cell.Address());
-    if (!setting || m_state.targetDevice == TargetDevice::Secondary)
+    if (!isNamed(cell))
         return {};
+    const auto setting = CellAtAddress(cell.Address());
     const std::string_view description = Cell(*setting).setting->description;
     QString tip = QLatin1Char(' ') + toQt(CellTitle(*setting)) + QLatin1Char(' ');
     if (!description.empty())

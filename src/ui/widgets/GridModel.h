@@ -15,6 +15,9 @@ class GridModel final : public QAbstractTableModel {
   public:
     GridModel(const DataGrid& grid, const ProgramState& state, QObject* parent);
 
+    /// Whether the byte is that of a named setting.
+    static constexpr int kNamedRole = Qt::UserRole;
+
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -32,6 +35,7 @@ class GridModel final : public QAbstractTableModel {
     QString text(const QModelIndex& index) const;
     QString spokenText(const QModelIndex& index) const;
     QString toolTip(GridCell cell) const;
+    bool isNamed(GridCell cell) const;
 
     const DataGrid& m_grid;
     const ProgramState& m_state;

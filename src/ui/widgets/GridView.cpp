@@ -26,6 +26,19 @@ constexpr int kByteWidth = 375;
 constexpr int kColumnsWidth = kAddressWidth + kBytesPerRow * kByteWidth;
 constexpr int kRowHeight = 240;
 constexpr int kEditBoxDrop = 6;
+constexpr int kNameMark = 75;
+
+/// A corner like that of a turned page, above the text of a byte that has a name.
+void drawNameMark(QPainter& painter, const QRect& cell) {
+    const int side = scaled(kNameMark);
+    const QPoint corner = cell.topRight();
+    const QPoint points[] = {corner - QPoint(side, 0), corner, corner + QPoint(0, side)};
+    painter.save();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colours::kValueText);
+    painter.drawPolygon(points, 3);
+    painter.restore();
+}
 
 /// Draws a byte's cell in the design's colours, the current one framed.
 class CellDelegate final : public QStyledItemDelegate {
@@ -35,7 +48,11 @@ class CellDelegate final : public QStyledItemDelegate {
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
-        painter->fillRect(option.rect, index.data(Qt::BackgroundRole).value<QColor>());
+        const bool selected = option.state.testFlag(QStyle::State_Selected);
+        painter->fillRect(option.rect, selected ? colours::kSelected
+                                                : index.data(Qt::BackgroundRole).value<QColor>());
+        if (index.data(GridModel::kNamedRole).toBool())
+            drawNameMark(*painter, option.rect);
         const QVariant font = index.data(Qt::FontRole);
         painter->setFont(font.isValid() ? font.value<QFont>() : option.font);
         painter->setPen(colours::kText);
@@ -58,12 +75,12 @@ class CellDelegate final : public QStyledItemDelegate {
 
 /// Where a key leads while the grid is browsed.
 std::optional<GridCell> destination(const QKeyEvent& event, GridCell from, int pageRows) {
-    const bool control = event.modifiers() == Qt::ControlModifier;
+    const bool control = (event.modifiers() & ~Qt::ShiftModifier) == Qt::ControlModifier;
     if (control && event.key() == Qt::Key_Home)
         return GridCell{0, 1};
     if (control && event.key() == Qt::Key_End)
         return GridCell{kGridRows - 1, kBytesPerRow};
-    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
+    if ((event.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) != Qt::NoModifier)
         return std::nullopt;
     GridCell to = from;
     switch (event.key()) {
@@ -176,9 +193,24 @@ void GridView::showCurrentCell() {
     const QScopedValueRollback guard(m_scrollingToCell, true);
     const QModelIndex index = m_model.indexOf(m_grid.Current());
     setCurrentIndex(index);
+    showSelection();
     scrollTo(index);
     viewport()->update();
     placeEditBox();
+}
+
+/// For screen readers as well: a single byte is just the current one.
+void GridView::showSelection() {
+    const GridRange range = m_grid.Selection();
+    QItemSelection selection;
+    for (int row = range.first / kBytesPerRow;
+         range.first < range.last && row <= range.last / kBytesPerRow; ++row) {
+        const int begin = row * kBytesPerRow;
+        selection.select(
+            m_model.indexOf(GridCell::At(std::max(range.first, begin))),
+            m_model.indexOf(GridCell::At(std::min(range.last, begin + kBytesPerRow - 1))));
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
 
 void GridView::openEditBox(EditSelection selection) {
@@ -204,12 +236,19 @@ void GridView::mousePressEvent(QMouseEvent* event) {
     const bool onByte = event->button() == Qt::LeftButton && index.isValid() && index.column() > 0;
     if (!onByte)
         m_editor.SettleEntry();
+    else if (event->modifiers() == Qt::ShiftModifier)
+        m_editor.SelectTo({index.row(), index.column()});
     else if (m_editor.MoveTo({index.row(), index.column()}))
         m_editor.Click();
     m_editBox.keepFocus();
 }
 
 void GridView::mouseMoveEvent(QMouseEvent* event) {
+    const QModelIndex index = indexAt(event->position().toPoint());
+    const GridCell cell{index.row(), index.column()};
+    const bool drags = event->buttons() == Qt::LeftButton && index.isValid() && cell.column > 0;
+    if (drags && cell != m_grid.Current())
+        m_editor.SelectTo(cell);
     event->accept();
 }
 
@@ -234,11 +273,17 @@ void GridView::keyPressEvent(QKeyEvent* event) {
 
 bool GridView::browse(const QKeyEvent& event) {
     if (event.matches(QKeySequence::Copy)) {
-        QGuiApplication::clipboard()->setText(toQt(m_grid.Text(m_grid.Current())));
+        QGuiApplication::clipboard()->setText(toQt(m_grid.SelectionText()));
+        return true;
+    }
+    if (event.matches(QKeySequence::Paste)) {
+        m_editor.Paste(fromQt(QGuiApplication::clipboard()->text()));
         return true;
     }
     const auto to = destination(event, m_grid.Current(), visibleRows());
-    if (to)
+    if (to && event.modifiers().testFlag(Qt::ShiftModifier))
+        m_editor.SelectTo(*to);
+    else if (to)
         m_editor.MoveTo(*to);
     return to.has_value();
 }

@@ -43,6 +43,7 @@ class GridView final : public QTableView {
     int visibleRows() const;
     void layOutColumns();
     void placeEditBox();
+    void showSelection();
 
     DataGrid& m_grid;
     CellEditor& m_editor;

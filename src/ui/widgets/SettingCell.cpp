@@ -16,7 +16,11 @@ SettingCell::SettingCell(int cell, QWidget* page) : QAbstractButton(page), m_cel
     setObjectName(elementName("lblSetting", cell));
     setFont(scaledFont(9.75, Weight::Bold));
     setFocusPolicy(Qt::StrongFocus);
-    setToolTip(toQt(Cell(cell).setting->cellTooltip));
+}
+
+void SettingCell::showPlace(const QString& place) {
+    const QString own = toQt(Cell(m_cell).setting->cellTooltip);
+    setToolTip(own.isEmpty() ? place : own + QLatin1Char('\n') + place);
 }
 
 void SettingCell::show(const QString& caption, CellColour colour) {
@@ -62,8 +66,21 @@ void SettingCell::keyPressEvent(QKeyEvent* event) {
             Q_EMIT arrowPressed(this, event->key());
             return;
         default:
-            QAbstractButton::keyPressEvent(event);
+            break;
     }
+    const bool typed = event->text().size() == 1 && event->text().front().isLetterOrNumber() &&
+                       !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    if (typed)
+        Q_EMIT characterTyped(event->text().front().toLatin1());
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+void SettingCell::contextMenuEvent(QContextMenuEvent* event) {
+    setFocus(Qt::OtherFocusReason);
+    Q_EMIT menuWanted(event->reason() == QContextMenuEvent::Mouse
+                          ? event->globalPos()
+                          : mapToGlobal(rect().bottomLeft()));
 }
 
 }  // namespace tarnwell

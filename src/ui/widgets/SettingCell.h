@@ -15,15 +15,24 @@ class SettingCell final : public QAbstractButton {
     int cell() const { return m_cell; }
     void show(const QString& caption, CellColour colour);
 
+    /// The lines of the tooltip below the catalog's own text.
+    void showPlace(const QString& place);
+
     QSize sizeHint() const override { return size(); }
 
   Q_SIGNALS:
     /// The user wants the next cell in a direction: one of the arrow keys.
     void arrowPressed(SettingCell* from, int key);
 
+    void characterTyped(char character);
+
+    /// The user wants the cell's menu at a place on the screen.
+    void menuWanted(const QPoint& place);
+
   protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
   private:
     int m_cell;

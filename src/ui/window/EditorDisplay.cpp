@@ -4,11 +4,12 @@
 #include "ui/dialogs/FormWarning.h"
 #include "ui/looks/Measures.h"
 #include "ui/looks/Text.h"
+#include "ui/window/WaitingTabs.h"
 
 namespace tarnwell {
 
 void EditorDisplay::build(Program& program, QTabWidget& tabs) {
-    m_state = &program.state;
+    m_program = &program;
     m_tabs = &tabs;
     m_page = new EditorPageWidget(program.grid, program.cellEditor, program.state);
     tabs.addTab(m_page, toQt(Info(Page::Editor).caption));
@@ -25,13 +26,18 @@ void EditorDisplay::colour() {
 }
 
 void EditorDisplay::showSwitch() {
-    m_page->showSwitch(m_state->editor);
+    m_page->showSwitch(m_program->state.editor);
 }
 
 void EditorDisplay::showCaption() {
     m_tabs->setTabText(
         static_cast<int>(Page::Editor),
-        toQt(m_state->GridChanged ? kChangedEditorCaption : Info(Page::Editor).caption));
+        toQt(m_program->state.GridChanged ? kChangedEditorCaption : Info(Page::Editor).caption));
+}
+
+void EditorDisplay::PendingWritesChanged() {
+    m_pendingFrame->refresh();
+    showWaiting(*m_tabs, *m_program, Page::Editor);
 }
 
 void EditorDisplay::setLayoutMode(SizeMode mode) {

@@ -19,6 +19,7 @@ class EditorDisplay final : public EditorView {
     void build(Program& program, QTabWidget& tabs);
 
     EditorPageWidget& page() { return *m_page; }
+    PendingFrame& pendingFrame() { return *m_pendingFrame; }
     CommandButton& writePending() { return *m_writePending; }
 
     void colour();
@@ -34,7 +35,8 @@ class EditorDisplay final : public EditorView {
     void EditBoxOpened(EditSelection selection) override { grid().openEditBox(selection); }
     void EditBoxTextChanged() override { grid().refreshEditBox(); }
     void EditBoxClosed() override { grid().closeEditBox(); }
-    void PendingWritesChanged() override { m_pendingFrame->refresh(); }
+    void PendingWritesChanged() override;
+    void TurnToEditor() override { m_tabs->setCurrentIndex(static_cast<int>(Page::Editor)); }
     void FocusGrid() override { grid().setFocus(Qt::OtherFocusReason); }
     bool ShowWarningAgain() override;
 
@@ -42,7 +44,7 @@ class EditorDisplay final : public EditorView {
     GridView& grid() { return m_page->grid(); }
 
     QWidget& m_window;
-    const ProgramState* m_state = nullptr;
+    const Program* m_program = nullptr;
     QTabWidget* m_tabs = nullptr;
     EditorPageWidget* m_page = nullptr;
     PendingFrame* m_pendingFrame = nullptr;

@@ -1,5 +1,9 @@
 #include "ui/window/EditorWidgets.h"
 
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
+
 #include "ui/looks/Accessible.h"
 #include "ui/looks/Colours.h"
 #include "ui/looks/Measures.h"
@@ -28,6 +32,8 @@ constexpr int kRowHeight = 255;
 constexpr Column kSider{"", 120, 255};
 constexpr std::array kColumns{Column{"Addr", 465, 480}, Column{"Old", 1005, 375},
                               Column{"New", 1440, 375}};
+
+constexpr const char* kRowProperty = "pendingRow";
 
 QRect rowPlace(const Column& column, int row) {
     return scaledRect(column.left, kRowTop + kRowPitch * row, column.width, kRowHeight);
@@ -109,7 +115,18 @@ PendingFrame::PendingFrame(const PendingWrites& pending, QWidget* parent)
             addLabel(elementName("lblOldData", row), rowPlace(kColumns[1], row)),
             addLabel(elementName("lblNewData", row), rowPlace(kColumns[2], row))};
     }
+    for (int row = 0; row < kPendingRows; ++row) {
+        for (FittedLabel* label : labelsOf(row)) {
+            label->setProperty(kRowProperty, row);
+            label->installEventFilter(this);
+        }
+    }
     refresh();
+}
+
+std::array<FittedLabel*, 3> PendingFrame::labelsOf(int row) const {
+    const Row& labels = m_rows[static_cast<std::size_t>(row)];
+    return {labels.address, labels.oldValue, labels.newValue};
 }
 
 FittedLabel* PendingFrame::addLabel(const QString& name, const QRect& place) {
@@ -121,12 +138,13 @@ FittedLabel* PendingFrame::addLabel(const QString& name, const QRect& place) {
 }
 
 void PendingFrame::colourRows() {
-    for (const Row& row : m_rows) {
-        row.address->setColours(colours::kHeading, colours::kText);
-        row.oldValue->setColours(colours::kCell, colours::kText);
-        row.newValue->setColours(colours::kCell, colours::kText);
-        for (FittedLabel* label : {row.address, row.oldValue, row.newValue})
+    for (int row = 0; row < kPendingRows; ++row) {
+        for (FittedLabel* label : labelsOf(row)) {
+            label->setColours(colours::kCell, colours::kText);
             label->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+        }
+        m_rows[static_cast<std::size_t>(row)].address->setColours(colours::kHeading,
+                                                                  colours::kText);
     }
 }
 
@@ -146,7 +164,67 @@ void PendingFrame::refresh() {
         show(*labels.address, "address", record.EditAddress);
         show(*labels.oldValue, "old value", record.EditOldValue);
         show(*labels.newValue, "new value", record.EditNewValue);
+        labels.address->setFocusPolicy(isEntry ? Qt::StrongFocus : Qt::NoFocus);
+        labels.address->setAccessibleDescription(
+            !isEntry ? QString()
+                     : QStringLiteral("%1 becomes %2; Delete takes it back")
+                           .arg(toQt(record.EditOldValue), toQt(record.EditNewValue)));
     }
+}
+
+bool PendingFrame::eventFilter(QObject* watched, QEvent* event) {
+    const int row = watched->property(kRowProperty).toInt();
+    switch (event->type()) {
+        case QEvent::KeyPress:
+            if (pressKey(row, static_cast<const QKeyEvent&>(*event).key()))
+                return true;
+            break;
+        case QEvent::MouseButtonPress:
+            focusRow(row);
+            return true;
+        case QEvent::MouseButtonDblClick:
+            Q_EMIT byteWanted(row);
+            return true;
+        case QEvent::ContextMenu:
+            popUpMenu(row, static_cast<const QContextMenuEvent&>(*event).globalPos());
+            return true;
+        default:
+            break;
+    }
+    return QGroupBox::eventFilter(watched, event);
+}
+
+bool PendingFrame::pressKey(int row, int key) {
+    switch (key) {
+        case Qt::Key_Delete:
+            Q_EMIT takeBackWanted(row);
+            focusRow(qMin(row, m_pending.Count() - 1));
+            return true;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            Q_EMIT byteWanted(row);
+            return true;
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            focusRow(row + (key == Qt::Key_Up ? -1 : 1));
+            return true;
+        default:
+            return false;
+    }
+}
+
+void PendingFrame::popUpMenu(int row, const QPoint& place) {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction* item = menu->addAction(QStringLiteral("Take &Back"));
+    item->setObjectName(QStringLiteral("mnuPendingTakeBack"));
+    connect(item, &QAction::triggered, this, [this, row] { Q_EMIT takeBackWanted(row); });
+    menu->popup(place);
+}
+
+void PendingFrame::focusRow(int row) {
+    if (row >= 0 && row < m_pending.Count())
+        m_rows[static_cast<std::size_t>(row)].address->setFocus(Qt::OtherFocusReason);
 }
 
 }  // namespace tarnwell

@@ -44,7 +44,19 @@ class PendingFrame final : public QGroupBox {
     void colourRows();
     void refresh();
 
+  Q_SIGNALS:
+    void takeBackWanted(int row);
+
+    /// The user wants to see the byte of an entry.
+    void byteWanted(int row);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
+    bool pressKey(int row, int key);
+    void popUpMenu(int row, const QPoint& place);
+    void focusRow(int row);
     FittedLabel* addLabel(const QString& name, const QRect& place);
 
     struct Row {
@@ -52,6 +64,8 @@ class PendingFrame final : public QGroupBox {
         FittedLabel* oldValue;
         FittedLabel* newValue;
     };
+    std::array<FittedLabel*, 3> labelsOf(int row) const;
+
     const PendingWrites& m_pending;
     std::array<Row, kPendingRows> m_rows{};
 };

@@ -42,6 +42,8 @@ FormMain::FormMain(const Connections& connections)
       m_helpKey(m_program.state,
                 [this](Topic topic) { guard([&] { m_program.helpCommands.ShowTopic(topic); }); }),
       m_fileDrop(*this, [this](const std::string& path) { openArchive(path); }),
+      m_navigation(*this, m_program,
+                   [this](const std::function<void()>& command) { runButton(command); }),
       m_menu(*new MainMenu(*menuBar(), m_program.state)),
       m_body(*new QWidget(this)),
       m_tabs(*new QTabWidget(&m_body)),
@@ -101,6 +103,15 @@ void FormMain::connectSignals() {
         if (!m_user.isBusy())
             m_program.valueEditor.CellClicked(cell);
     });
+    connect(&m_settings.pages(), &SettingsPages::characterTyped, this,
+            [this](int cell, char typed) {
+                if (!m_user.isBusy())
+                    m_program.valueEditor.CharacterTyped(cell, typed);
+            });
+    connect(&m_editor.pendingFrame(), &PendingFrame::takeBackWanted, this,
+            [this](int row) { runButton([this, row] { m_program.pending.TakeBack(row); }); });
+    connect(&m_editor.pendingFrame(), &PendingFrame::byteWanted, this,
+            [this](int row) { m_navigation.showByte(m_program.pending.Address(row)); });
     connect(&m_editor.page(), &EditorPageWidget::toggled, this, &FormMain::toggleEditor);
     connect(&m_statusArea, &StatusArea::captionDoubleClicked, this,
             [this] { run([this] { m_program.helpCommands.StartExtraProgram(); }); });

@@ -12,6 +12,7 @@
 #include "ui/window/EditorDisplay.h"
 #include "ui/window/HelpKey.h"
 #include "ui/window/MainMenu.h"
+#include "ui/window/Navigation.h"
 #include "ui/window/SettingsDisplay.h"
 #include "ui/window/StatusArea.h"
 
@@ -84,6 +85,7 @@ class FormMain final : public QMainWindow, private Screen {
     Program m_program;
     HelpKey m_helpKey;
     FileDrop m_fileDrop;
+    Navigation m_navigation;
 
     MainMenu& m_menu;
     QWidget& m_body;

@@ -89,6 +89,14 @@ void FormMain::runMenu(MenuCommand command) {
         case MenuCommand::Exit:
             close();
             return;
+        case MenuCommand::GoTo:
+            return m_navigation.goTo();
+        case MenuCommand::Find:
+            return m_navigation.find();
+        case MenuCommand::FindNext:
+            return m_navigation.findAgain(FindDirection::Next);
+        case MenuCommand::FindPrevious:
+            return m_navigation.findAgain(FindDirection::Previous);
         case MenuCommand::Undo:
         case MenuCommand::Redo:
             return;

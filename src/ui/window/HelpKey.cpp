@@ -21,6 +21,8 @@ constexpr std::array kRows{
     Row{"formPortOpts", Topic::AdvancedSetup},
     Row{"formTestInt", Topic::InterfaceTest},
     Row{"formWarning", Topic::DataEditor},
+    Row{"formGoTo", Topic::Finding},
+    Row{"formFind", Topic::Finding},
     Row{"formAbout", Topic::About},
     Row{"formCnP", Topic::PortAccess},
     Row{"QMessageBox", Topic::Messages},

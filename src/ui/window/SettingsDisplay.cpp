@@ -2,11 +2,13 @@
 
 #include "ui/dialogs/FormEdit.h"
 #include "ui/looks/Measures.h"
+#include "ui/window/WaitingTabs.h"
 
 namespace tarnwell {
 
 void SettingsDisplay::build(Program& program, QTabWidget& tabs) {
     m_program = &program;
+    m_tabs = &tabs;
     m_pages = new SettingsPages(tabs);
     QWidget* const body = tabs.parentWidget();
     m_buttons = {new CommandButton("cmdReadSettings", "Read Settings from EEP",
@@ -30,7 +32,13 @@ void SettingsDisplay::enableButtons() {
 }
 
 void SettingsDisplay::SettingCellChanged(int cell) {
-    m_pages->refresh(m_program->cells, cell);
+    m_pages->refresh(m_program->cells, cell, m_program->state.numberMode);
+    showWaiting(*m_tabs, *m_program, Cell(cell).setting->page);
+}
+
+void SettingsDisplay::ShowCell(int cell) {
+    m_tabs->setCurrentIndex(static_cast<int>(Cell(cell).setting->page));
+    m_pages->focus(cell);
 }
 
 void SettingsDisplay::ShowFormEdit() {

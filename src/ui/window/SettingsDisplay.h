@@ -27,11 +27,13 @@ class SettingsDisplay final : public SettingsView {
     void enableButtons();
 
     void SettingCellChanged(int cell) override;
+    void ShowCell(int cell) override;
     void ShowFormEdit() override;
 
   private:
     QWidget& m_window;
     Program* m_program = nullptr;
+    QTabWidget* m_tabs = nullptr;
     SettingsPages* m_pages = nullptr;
     Buttons m_buttons{};
 };

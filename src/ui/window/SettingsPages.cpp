@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/Pages.h"
+#include "settings/CellTexts.h"
 #include "ui/looks/Fitted.h"
 #include "ui/looks/Measures.h"
 #include "ui/looks/Text.h"
@@ -141,6 +142,10 @@ void SettingsPages::addCells(QWidget& widget, const Setting& setting, int row) {
         m_cells[static_cast<std::size_t>(place.cell)] = cell;
         connect(cell, &QAbstractButton::clicked, this,
                 [this, number = place.cell] { Q_EMIT cellClicked(number); });
+        connect(cell, &SettingCell::characterTyped, this,
+                [this, number = place.cell](char typed) { Q_EMIT characterTyped(number, typed); });
+        connect(cell, &SettingCell::menuWanted, this,
+                [this, number = place.cell](const QPoint& at) { Q_EMIT menuWanted(number, at); });
         connect(cell, &SettingCell::arrowPressed, this, &SettingsPages::moveFocus);
     }
     const bool hasGap =
@@ -154,8 +159,14 @@ void SettingsPages::addCells(QWidget& widget, const Setting& setting, int row) {
     label->setFont(scaledFont(7.5, Weight::Normal));
 }
 
-void SettingsPages::refresh(const SettingCells& cells, int cell) {
-    m_cells[static_cast<std::size_t>(cell)]->show(toQt(cells.Caption(cell)), cells.Colour(cell));
+void SettingsPages::refresh(const SettingCells& cells, int cell, NumberMode mode) {
+    SettingCell& widget = *m_cells[static_cast<std::size_t>(cell)];
+    widget.show(toQt(cells.Caption(cell)), cells.Colour(cell));
+    widget.showPlace(toQt(CellPlaceText(cell, mode)));
+}
+
+void SettingsPages::focus(int cell) {
+    m_cells[static_cast<std::size_t>(cell)]->setFocus(Qt::OtherFocusReason);
 }
 
 void SettingsPages::moveFocus(const SettingCell* from, int key) {

@@ -16,10 +16,15 @@ class SettingsPages final : public QObject {
     explicit SettingsPages(QTabWidget& tabs);
 
     /// Shows what `cells` holds for one cell.
-    void refresh(const SettingCells& cells, int cell);
+    void refresh(const SettingCells& cells, int cell, NumberMode mode);
+
+    /// Gives a cell, on the page that is shown, the focus.
+    void focus(int cell);
 
   Q_SIGNALS:
     void cellClicked(int cell);
+    void characterTyped(int cell, char character);
+    void menuWanted(int cell, const QPoint& place);
 
   private:
     void addPage(QTabWidget& tabs, Page page);

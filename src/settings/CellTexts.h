@@ -1,0 +1,20 @@
+// What the user is told of settings where they are shown.
+#pragma once
+
+#include <string>
+
+#include "settings/Catalog.h"
+
+namespace tarnwell {
+
+/// Where a cell's value lies: "Address 2401, bits 0 to 3".
+std::string CellPlaceText(int cell, NumberMode mode);
+
+/// What the byte at an address of the primary EEPROM holds: "2401: R-YR 480p, bits 0 to 3". Empty
+/// if no named setting does.
+std::string ByteText(int address, NumberMode mode);
+
+/// "3 values wait to be written"; empty for none.
+std::string WaitingText(int count);
+
+}  // namespace tarnwell

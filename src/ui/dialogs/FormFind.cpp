@@ -1,0 +1,83 @@
+#include "ui/dialogs/FormFind.h"
+
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "ui/looks/Measures.h"
+#include "ui/looks/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr int kWidth = 3900;
+constexpr int kMargin = 180;
+
+}  // namespace
+
+FormFind::FormFind(Find& find, QWidget* parent) : QDialog(parent), m_find(find) {
+    setObjectName(QStringLiteral("formFind"));
+    setWindowTitle(QStringLiteral("Find"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(scaled(kMargin), scaled(kMargin), scaled(kMargin), scaled(kMargin));
+    layout->setSpacing(scaled(kMargin) / 2);
+
+    m_kind.setObjectName(QStringLiteral("cboKind"));
+    m_kind.setAccessibleName(QStringLiteral("What to find"));
+    m_kind.addItems({QStringLiteral("Bytes"), QStringLiteral("Text")});
+    m_text.setObjectName(QStringLiteral("txtFind"));
+    m_text.setAccessibleName(QStringLiteral("Bytes or text"));
+    m_text.setToolTip(QStringLiteral("Bytes with blanks between them, ?? for any byte"));
+    m_text.setMinimumWidth(scaled(kWidth));
+    m_problem.setObjectName(QStringLiteral("lblFindProblem"));
+
+    auto* buttons = new QDialogButtonBox;
+    const auto addButton = [&](const char* name, const QString& caption, FindDirection direction) {
+        QPushButton* button = buttons->addButton(caption, QDialogButtonBox::ActionRole);
+        button->setObjectName(QLatin1String(name));
+        connect(button, &QPushButton::clicked, this, [this, direction] { look(direction); });
+        return button;
+    };
+    addButton("cmdFindNext", QStringLiteral("Find &Next"), FindDirection::Next)->setDefault(true);
+    addButton("cmdFindPrevious", QStringLiteral("Find &Previous"), FindDirection::Previous);
+    buttons->addButton(QDialogButtonBox::Close)->setObjectName(QStringLiteral("cmdClose"));
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(&m_text, &QLineEdit::textEdited, &m_problem, &QLabel::clear);
+    connect(&m_kind, &QComboBox::currentIndexChanged, &m_problem, &QLabel::clear);
+    connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this,
+            [this] { look(FindDirection::Next); });
+    connect(new QShortcut(Qt::SHIFT | Qt::Key_F3, this), &QShortcut::activated, this,
+            [this] { look(FindDirection::Previous); });
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(&m_kind);
+    row->addWidget(&m_text);
+    layout->addLayout(row);
+    layout->addWidget(&m_problem);
+    layout->addWidget(buttons);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void FormFind::ask() {
+    show();
+    raise();
+    activateWindow();
+    m_text.selectAll();
+    m_text.setFocus();
+}
+
+void FormFind::look(FindDirection direction) {
+    if (m_find.LookFor(fromQt(m_text.text()), kind())) {
+        m_problem.clear();
+        Q_EMIT wanted(direction);
+        return;
+    }
+    m_problem.setText(toQt(m_find.NothingToFindText(kind())));
+    m_text.selectAll();
+    m_text.setFocus();
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,35 @@
+// Asks for the bytes or the text to find; it stays open beside the window that shows them.
+#pragma once
+
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+
+#include "editor/Find.h"
+
+namespace tarnwell {
+
+class FormFind final : public QDialog {
+    Q_OBJECT
+  public:
+    FormFind(Find& find, QWidget* parent);
+
+    /// Brings the dialog up, with its text marked.
+    void ask();
+
+  Q_SIGNALS:
+    /// `Find` knows what is looked for.
+    void wanted(FindDirection direction);
+
+  private:
+    FindKind kind() const { return static_cast<FindKind>(m_kind.currentIndex()); }
+    void look(FindDirection direction);
+
+    Find& m_find;
+    QComboBox m_kind;
+    QLineEdit m_text;
+    QLabel m_problem;
+};
+
+}  // namespace tarnwell

@@ -1,0 +1,71 @@
+#include "ui/dialogs/FormGoTo.h"
+
+#include <QCompleter>
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/looks/Measures.h"
+#include "ui/looks/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr int kWidth = 4800;
+constexpr int kMargin = 180;
+
+QStringList settingNames() {
+    QStringList names;
+    for (const std::string& name : DestinationNames())
+        names.append(toQt(name));
+    return names;
+}
+
+}  // namespace
+
+FormGoTo::FormGoTo(NumberMode mode, QWidget* parent) : QDialog(parent), m_mode(mode) {
+    setObjectName(QStringLiteral("formGoTo"));
+    setWindowTitle(QStringLiteral("Go to"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(scaled(kMargin), scaled(kMargin), scaled(kMargin), scaled(kMargin));
+    layout->setSpacing(scaled(kMargin) / 2);
+
+    auto* prompt = new QLabel(QStringLiteral("&Address, or a setting such as R-YR 480p:"));
+    prompt->setObjectName(QStringLiteral("lblGoTo"));
+    prompt->setBuddy(&m_text);
+    m_text.setObjectName(QStringLiteral("txtGoTo"));
+    m_text.setAccessibleName(QStringLiteral("Address or setting"));
+    m_text.setMinimumWidth(scaled(kWidth));
+    auto* completer = new QCompleter(settingNames(), &m_text);
+    completer->setCaseSensitivity(Qt::CaseInsensitive);
+    completer->setFilterMode(Qt::MatchContains);
+    m_text.setCompleter(completer);
+    m_problem.setObjectName(QStringLiteral("lblGoToProblem"));
+
+    auto* buttons = new QDialogButtonBox;
+    QPushButton* go = buttons->addButton(QStringLiteral("&Go"), QDialogButtonBox::AcceptRole);
+    go->setObjectName(QStringLiteral("cmdGoTo"));
+    go->setDefault(true);
+    buttons->addButton(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
+    connect(buttons, &QDialogButtonBox::accepted, this, &FormGoTo::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(&m_text, &QLineEdit::textEdited, &m_problem, &QLabel::clear);
+
+    layout->addWidget(prompt);
+    layout->addWidget(&m_text);
+    layout->addWidget(&m_problem);
+    layout->addWidget(buttons);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void FormGoTo::accept() {
+    m_destination = DestinationFrom(fromQt(m_text.text()), m_mode);
+    if (m_destination)
+        return QDialog::accept();
+    m_problem.setText(toQt(NoDestinationText(m_mode)));
+    m_text.selectAll();
+    m_text.setFocus();
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,30 @@
+// Asks for the place to go to: an address or a setting's name.
+#pragma once
+
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+
+#include "settings/Destination.h"
+
+namespace tarnwell {
+
+class FormGoTo final : public QDialog {
+    Q_OBJECT
+  public:
+    FormGoTo(NumberMode mode, QWidget* parent);
+
+    /// The place that the user named; only after the dialog was accepted.
+    const Destination& destination() const { return *m_destination; }
+
+    /// Accepts a text that names a place; of another it says so, and stays open.
+    void accept() override;
+
+  private:
+    NumberMode m_mode;
+    std::optional<Destination> m_destination;
+    QLineEdit m_text;
+    QLabel m_problem;
+};
+
+}  // namespace tarnwell

@@ -1,6 +1,7 @@
 #include "support/Gallery.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
@@ -63,6 +64,7 @@ class Exhibition {
     void ShowQuestions();
     void ShowMenus();
     void ShowEditor();
+    void ShowPopups();
     void ShowNavigation();
     void ShowInterfaceTest();
 
@@ -208,6 +210,18 @@ void Exhibition::ShowEditor() {
     ShowMain("editor");
 }
 
+void Exhibition::ShowPopups() {
+    for (const auto& [name, place] :
+         {std::pair("menu-cell", "lblSetting_8"), {"menu-pending", "lblOldData_1"}}) {
+        QContextMenuEvent wanted(QContextMenuEvent::Mouse, {}, window_.pos());
+        QCoreApplication::sendEvent(&Child<QWidget>(window_, place), &wanted);
+        QWidget& menu = *QApplication::activePopupWidget();
+        Settle(menu);
+        visit_(name, menu);
+        menu.close();
+    }
+}
+
 void Exhibition::ShowNavigation() {
     const auto refused = [](const char* text, const char* button) {
         return [=](QWidget& dialog) {
@@ -252,6 +266,7 @@ void WalkGallery(const Visit& visit) {
         exhibition.ShowQuestions();
         exhibition.ShowMenus();
         exhibition.ShowEditor();
+        exhibition.ShowPopups();
         exhibition.ShowNavigation();
     }
     Exhibition(visit, Television::Absent).ShowInterfaceTest();

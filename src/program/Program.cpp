@@ -29,6 +29,7 @@ Program::Program(const Surroundings& outside)
       cells(state, outside.settingsView),
       settings(context, buffer, editorPage, cells),
       valueEditor(context, cells, outside.settingsView),
+      cellCommands(context, cells),
       followers(pending, editorPage, cells, settings),
       wholeDevice(context, buffer, followers),
       imageArchive(context, outside.calendar, buffer, followers),

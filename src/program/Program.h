@@ -9,6 +9,7 @@
 #include "editor/Find.h"
 #include "i2c/mI2Ccode.h"
 #include "program/BufferFollowers.h"
+#include "settings/CellCommands.h"
 #include "settings/Destination.h"
 #include "settings/ValueEditor.h"
 
@@ -71,6 +72,7 @@ class Program final {
     SettingCells cells;
     SettingsEngine settings;
     ValueEditor valueEditor;
+    CellCommands cellCommands;
     BufferFollowers followers;
     WholeDevice wholeDevice;
     ImageArchive imageArchive;

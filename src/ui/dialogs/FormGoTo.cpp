@@ -1,6 +1,5 @@
 #include "ui/dialogs/FormGoTo.h"
 
-#include <QCompleter>
 #include <QDialogButtonBox>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -24,7 +23,8 @@ QStringList settingNames() {
 
 }  // namespace
 
-FormGoTo::FormGoTo(NumberMode mode, QWidget* parent) : QDialog(parent), m_mode(mode) {
+FormGoTo::FormGoTo(NumberMode mode, QWidget* parent)
+    : QDialog(parent), m_mode(mode), m_completer(settingNames()) {
     setObjectName(QStringLiteral("formGoTo"));
     setWindowTitle(QStringLiteral("Go to"));
     auto* layout = new QVBoxLayout(this);
@@ -37,10 +37,9 @@ FormGoTo::FormGoTo(NumberMode mode, QWidget* parent) : QDialog(parent), m_mode(m
     m_text.setObjectName(QStringLiteral("txtGoTo"));
     m_text.setAccessibleName(QStringLiteral("Address or setting"));
     m_text.setMinimumWidth(scaled(kWidth));
-    auto* completer = new QCompleter(settingNames(), &m_text);
-    completer->setCaseSensitivity(Qt::CaseInsensitive);
-    completer->setFilterMode(Qt::MatchContains);
-    m_text.setCompleter(completer);
+    m_completer.setCaseSensitivity(Qt::CaseInsensitive);
+    m_completer.setFilterMode(Qt::MatchContains);
+    m_text.setCompleter(&m_completer);
     m_problem.setObjectName(QStringLiteral("lblGoToProblem"));
 
     auto* buttons = new QDialogButtonBox;

@@ -1,6 +1,7 @@
 // Asks for the place to go to: an address or a setting's name.
 #pragma once
 
+#include <QCompleter>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -25,6 +26,7 @@ class FormGoTo final : public QDialog {
     std::optional<Destination> m_destination;
     QLineEdit m_text;
     QLabel m_problem;
+    QCompleter m_completer;  ///< the first to go: its list hands the focus on to the others
 };
 
 }  // namespace tarnwell

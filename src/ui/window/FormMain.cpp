@@ -9,6 +9,7 @@
 
 #include "ui/desktop/ScreenArea.h"
 #include "ui/looks/ReadableStyle.h"
+#include "ui/window/CellMenu.h"
 #include "ui/window/WindowSteps.h"
 
 static void initPictures() {
@@ -107,6 +108,12 @@ void FormMain::connectSignals() {
             [this](int cell, char typed) {
                 if (!m_user.isBusy())
                     m_program.valueEditor.CharacterTyped(cell, typed);
+            });
+    connect(&m_settings.pages(), &SettingsPages::menuWanted, this,
+            [this](int cell, const QPoint& place) {
+                popUpCellMenu(*this, m_program, cell, place,
+                              {[this, cell] { m_settings.pages().click(cell); },
+                               [this](const std::function<void()>& command) { run(command); }});
             });
     connect(&m_editor.pendingFrame(), &PendingFrame::takeBackWanted, this,
             [this](int row) { runButton([this, row] { m_program.pending.TakeBack(row); }); });

@@ -29,6 +29,8 @@ constexpr std::array kRows{
     Row{"QInputDialog", Topic::WholeDevice},
     Row{"QFileDialog", Topic::Archives},
     Row{"QMenuBar", Topic::Menus},
+    Row{"mnuCell", Topic::ValueEditor},
+    Row{"Frame1", Topic::PendingWrites},
     Row{"cmdWriteData", Topic::PendingWrites},
 };
 

@@ -165,6 +165,10 @@ void SettingsPages::refresh(const SettingCells& cells, int cell, NumberMode mode
     widget.showPlace(toQt(CellPlaceText(cell, mode)));
 }
 
+void SettingsPages::click(int cell) {
+    m_cells[static_cast<std::size_t>(cell)]->click();
+}
+
 void SettingsPages::focus(int cell) {
     m_cells[static_cast<std::size_t>(cell)]->setFocus(Qt::OtherFocusReason);
 }

@@ -18,6 +18,8 @@ class SettingsPages final : public QObject {
     /// Shows what `cells` holds for one cell.
     void refresh(const SettingCells& cells, int cell, NumberMode mode);
 
+    void click(int cell);
+
     /// Gives a cell, on the page that is shown, the focus.
     void focus(int cell);
 

@@ -1,0 +1,27 @@
+// What a value cell's menu does to the value.
+#pragma once
+
+#include "image/Command.h"
+#include "settings/SettingCells.h"
+
+namespace tarnwell {
+
+class CellCommands final : private Command {
+  public:
+    CellCommands(const CommandContext& context, SettingCells& cells)
+        : Command(context), cells_(cells) {}
+
+    /// Whether the cells show values of the primary EEPROM, whose bytes the catalog knows.
+    bool HasPlace() const { return state_.targetDevice == TargetDevice::Primary; }
+
+    /// Whether the cell has a value within its range, and its setting other formats.
+    bool CanCopy(int cell) const;
+
+    /// Gives the setting this value in all its formats; what changes waits to be written.
+    void CopyToAllFormats(int cell);
+
+  private:
+    SettingCells& cells_;
+};
+
+}  // namespace tarnwell

@@ -211,9 +211,10 @@ void Exhibition::ShowEditor() {
 }
 
 void Exhibition::ShowPopups() {
-    for (const auto& [name, place] :
-         {std::pair("menu-cell", "lblSetting_8"), {"menu-pending", "lblOldData_1"}}) {
-        QContextMenuEvent wanted(QContextMenuEvent::Mouse, {}, window_.pos());
+    for (const auto& [name, place] : {std::pair("menu-cell", "lblSetting_8"),
+                                      {"menu-grid", "DataGrid"},
+                                      {"menu-pending", "lblOldData_1"}}) {
+        QContextMenuEvent wanted(QContextMenuEvent::Keyboard, {}, window_.pos());
         QCoreApplication::sendEvent(&Child<QWidget>(window_, place), &wanted);
         QWidget& menu = *QApplication::activePopupWidget();
         Settle(menu);

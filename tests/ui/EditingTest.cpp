@@ -14,7 +14,7 @@ class EditingTest : public FormMainTest {
   protected:
     /// Chooses an item of the menu that a widget shows.
     void chooseOf(const char* widget, const char* item) {
-        QContextMenuEvent wanted(QContextMenuEvent::Mouse, {}, window.pos());
+        QContextMenuEvent wanted(QContextMenuEvent::Keyboard, {}, window.pos());
         QCoreApplication::sendEvent(&child(widget), &wanted);
         auto& menu = *QApplication::activePopupWidget();
         auto& action = Child<QAction>(menu, item);
@@ -194,7 +194,8 @@ TEST_F(EditingTest, SeveralBytesAreSelectedCopiedPastedAndTakenBack) {
                          Qt::NoButton, Qt::LeftButton, {});
         QCoreApplication::sendEvent(grid.viewport(), &drag);
     }
-    EXPECT_EQ(program.grid.SelectionText(), "32 33 34");
+    chooseOf("DataGrid", "mnuGridCopy");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "32 33 34");
     clickByte(3, 2);
     EXPECT_EQ(grid.selectionModel()->selectedIndexes().size(), 0);
 }

@@ -44,7 +44,8 @@ TEST(HelpKey, OpensTheTopicOfEveryPageDialogAndMenu) {
         "verify-question>messages secondary-question>messages fill-value>whole-device "
         "verify-failed>messages menu-file>menus menu-edit>menus menu-eep>menus "
         "menu-options>menus menu-help>menus editor-warning>data-editor editor-off>data-editor "
-        "editor>data-editor menu-cell>value-editor menu-pending>pending-writes go-to>finding "
+        "editor>data-editor menu-cell>value-editor menu-grid>data-editor "
+        "menu-pending>pending-writes go-to>finding "
         "find>finding interface-test>interface-test "
         "interface-test-faults>interface-test ");
 }

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
@@ -273,11 +274,11 @@ void GridView::keyPressEvent(QKeyEvent* event) {
 
 bool GridView::browse(const QKeyEvent& event) {
     if (event.matches(QKeySequence::Copy)) {
-        QGuiApplication::clipboard()->setText(toQt(m_grid.SelectionText()));
+        copy();
         return true;
     }
     if (event.matches(QKeySequence::Paste)) {
-        m_editor.Paste(fromQt(QGuiApplication::clipboard()->text()));
+        paste();
         return true;
     }
     const auto to = destination(event, m_grid.Current(), visibleRows());
@@ -286,6 +287,25 @@ bool GridView::browse(const QKeyEvent& event) {
     else if (to)
         m_editor.MoveTo(*to);
     return to.has_value();
+}
+
+void GridView::contextMenuEvent(QContextMenuEvent* event) {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(QStringLiteral("&Copy"), this, &GridView::copy)
+        ->setObjectName(QStringLiteral("mnuGridCopy"));
+    QAction* item = menu->addAction(QStringLiteral("&Paste"), this, &GridView::paste);
+    item->setObjectName(QStringLiteral("mnuGridPaste"));
+    item->setEnabled(m_state.editor == EditorSwitch::On);
+    menu->popup(event->globalPos());
+}
+
+void GridView::copy() {
+    QGuiApplication::clipboard()->setText(toQt(m_grid.SelectionText()));
+}
+
+void GridView::paste() {
+    m_editor.Paste(fromQt(QGuiApplication::clipboard()->text()));
 }
 
 void GridView::scrollContentsBy(int dx, int dy) {

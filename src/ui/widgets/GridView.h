@@ -36,10 +36,13 @@ class GridView final : public QTableView {
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
 
   private:
     bool browse(const QKeyEvent& event);
+    void copy();
+    void paste();
     int visibleRows() const;
     void layOutColumns();
     void placeEditBox();

@@ -107,7 +107,7 @@ TEST_F(EditingTest, GoesToPlacesAndFindsBytes) {
     EXPECT_EQ(status(), "Editing EEPROM Address: 8191");
     script.then([](QWidget& dialog) {
         QTest::keyClicks(&Child<QLineEdit>(dialog, "txtGoTo"), "r-yr 1080i");
-        QTest::mouseClick(&Child<QPushButton>(dialog, "cmdGoTo"), Qt::LeftButton);
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
     });
     key(Qt::Key_G, Qt::ControlModifier);
     EXPECT_EQ(focus()->objectName(), "lblSetting_14");

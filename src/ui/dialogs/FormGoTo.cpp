@@ -49,6 +49,8 @@ FormGoTo::FormGoTo(NumberMode mode, QWidget* parent)
     buttons->addButton(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
     connect(buttons, &QDialogButtonBox::accepted, this, &FormGoTo::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    // The completer's list keeps the key from the default button.
+    connect(&m_text, &QLineEdit::returnPressed, this, &FormGoTo::accept);
     connect(&m_text, &QLineEdit::textEdited, &m_problem, &QLabel::clear);
 
     layout->addWidget(prompt);

@@ -2,6 +2,7 @@
 #include "archive/ImageArchive.h"
 
 #include "archive/ImageRecords.h"
+#include "image/WriteTexts.h"
 #include "settings/Catalog.h"
 
 namespace tarnwell {
@@ -13,8 +14,6 @@ constexpr std::string_view kDiscardRefused = "EEProm Image Load Canceled";
 constexpr std::string_view kLoadCancelled = "EEProm Image Load Cancelled";
 constexpr std::string_view kLoadFailed = "EEProm Image Load Failed";
 
-constexpr Message kMustReadFirst{"Must First Read the EEPROM! ", "E R R O R",
-                                 BoxStyle::Exclamation};
 constexpr Message kAskDiscard{"Discard Present EEProm Image?", "D I S K   L O A D",
                               BoxStyle::YesNoQuestion};
 constexpr Message kNoSRecords{

@@ -40,4 +40,12 @@ LoadEnd LoadImageRecords(ArchiveFile& file, MemoryBuffer& image) {
     return file.EndOfLines();
 }
 
+std::optional<MemoryBuffer> LoadOwnImage(const std::string& path) {
+    ArchiveFile file(path);
+    MemoryBuffer image{};
+    if (file.Kind() != ArchiveKind::Image || LoadImageRecords(file, image) != LoadEnd::Complete)
+        return std::nullopt;
+    return image;
+}
+
 }  // namespace tarnwell

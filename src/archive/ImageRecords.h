@@ -1,6 +1,7 @@
 // The lines of an image archive, both ways.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,5 +16,8 @@ std::vector<std::string> ImageRecords(const MemoryBuffer& image);
 /// Stores the records of a file whose header was accepted into an erased image. It holds what stood
 /// before the end, whatever that is.
 [[nodiscard]] LoadEnd LoadImageRecords(ArchiveFile& file, MemoryBuffer& image);
+
+/// The image of an archive that this program wrote; nothing if the file is not one, or not whole.
+std::optional<MemoryBuffer> LoadOwnImage(const std::string& path);
 
 }  // namespace tarnwell

@@ -26,11 +26,12 @@ constexpr Option kEditLeft{kStartup, "EditLeft", "144"};
 constexpr Option kInitDir{kProgOpts, "InitDir", R"(C:\)"};
 constexpr Option kNumMode{kProgOpts, "NumMode", "Decimal"};
 constexpr Option kDataWarn{kProgOpts, "DataWarn", "ShowWarn"};
+constexpr Option kReadTwice{kProgOpts, "ReadTwice", "False"};
 constexpr Option kPortAddr{kProgPort, "PortAddr", "888"};
 constexpr Option kPortOpts{kProgPort, "PortOpts", "11012010"};
 
-constexpr std::array kOptions{kMainTop, kMainLeft, kEditTop,  kEditLeft, kInitDir,
-                              kNumMode, kDataWarn, kPortAddr, kPortOpts};
+constexpr std::array kOptions{kMainTop, kMainLeft, kEditTop,   kEditLeft, kInitDir,
+                              kNumMode, kDataWarn, kReadTwice, kPortAddr, kPortOpts};
 
 std::string Query(mRegistry& registry, const Option& option) {
     return registry.QueryRegValue(option.key, option.name);
@@ -66,6 +67,7 @@ void LoadOptions(mRegistry& registry, ProgramState& state, PlacedWindow& window)
     state.archiveFolder = Query(registry, kInitDir);
     state.numberMode = NumberModeFromWord(Query(registry, kNumMode));
     state.editorWarning = Query(registry, kDataWarn);
+    state.readPasses = Query(registry, kReadTwice) == ReadTwiceWord(2) ? 2 : 1;
     state.portAddress = Query(registry, kPortAddr);
     state.pinOptions = Query(registry, kPortOpts);
 }
@@ -83,6 +85,7 @@ void SaveOptions(mRegistry& registry, const ProgramState& state, PlacedWindow& w
     Set(registry, kInitDir, state.archiveFolder);
     Set(registry, kNumMode, Word(state.numberMode));
     Set(registry, kDataWarn, state.editorWarning);
+    Set(registry, kReadTwice, ReadTwiceWord(state.readPasses));
     Set(registry, kPortAddr, state.portAddress);
     Set(registry, kPortOpts, state.pinOptions);
     registry.Flush();

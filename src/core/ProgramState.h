@@ -30,6 +30,7 @@ struct ProgramState {
     std::string editTop;        ///< the value editor's place, twips
     std::string editLeft;
     std::string archiveFolder;  ///< where the file dialogs open
+    int readPasses = 1;         ///< how often a whole device is read before the reading counts
 
     bool BufferChanged = false;
     bool EepRead = false;
@@ -52,6 +53,11 @@ constexpr std::string_view Word(TargetDevice device) {
 
 constexpr std::string_view Word(EditorSwitch editor) {
     return editor == EditorSwitch::On ? "ON" : "OFF";
+}
+
+/// Whether each whole read is done twice, as a word.
+constexpr std::string_view ReadTwiceWord(int readPasses) {
+    return readPasses > 1 ? "True" : "False";
 }
 
 /// The mode that a stored word names; "Decimal" for any word but the two.

@@ -114,12 +114,21 @@ void mI2Ccode::FreeBus() {
         owed_.erase(baseAddress_);
 }
 
-void mI2Ccode::AbortOperation() {
+// A device that was cut short in its write cycle answers when that is over.
+Transfer mI2Ccode::Recover() {
+    if (PortFailed())
+        return Transfer::Aborted;
+    FreeBus();
+    disturbed_ = false;
+    return PollUntilWritten(SelectByte());
+}
+
+void mI2Ccode::AbortOperation(std::string_view line) {
     if (PortFailed())
         Owe(Owed::FreeBus);
     else
         FreeBus();
-    Report(kNoAcknowledge, {});
+    Report(kNoAcknowledge, line);
 }
 
 void mI2Ccode::GiveUp() {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "i2c/DeviceProgress.h"
 
@@ -72,8 +73,14 @@ class EepromBus {
     /// For a command that works through a whole device by itself.
     virtual DeviceProgress TrackProgress() = 0;
 
+    /// Frees the bus after an aborted transaction; Done if the target device answers on it again.
+    [[nodiscard]] virtual Transfer Recover() = 0;
+
     /// Ends a command whose transaction was aborted: frees the bus and tells the user.
-    virtual void AbortOperation() = 0;
+    void AbortOperation() { AbortOperation({}); }
+
+    /// The same, and tells one more line, if it is not empty.
+    virtual void AbortOperation(std::string_view line) = 0;
 
     /// For the end of the program in a command: frees the bus, if it is not free, and gives it
     /// back.

@@ -56,7 +56,9 @@ class mI2Ccode final  // NOLINT(readability-identifier-naming): the module's han
     [[nodiscard]] Transfer ReadBlock(std::int16_t address, std::int16_t count) override;
     [[nodiscard]] Transfer WritePage(std::int16_t address,
                                      std::span<const std::uint8_t> bytes) override;
-    void AbortOperation() override;
+    [[nodiscard]] Transfer Recover() override;
+    using EepromBus::AbortOperation;
+    void AbortOperation(std::string_view line) override;
     void GiveUp() override;
     bool IsTaken() const override { return port_.IsTaken(); }
     const std::string& Failure() const override { return port_.Failure(); }

@@ -7,12 +7,8 @@ namespace tarnwell {
 namespace {
 
 std::string Line(const Mismatch& mismatch, NumberMode mode, const ByteNames& names) {
-    const auto number = [mode](int value) {
-        return NumberText(static_cast<std::uint32_t>(value), mode);
-    };
-    const std::string name = names ? names(mismatch.address) : std::string();
-    return "\nAddress " + number(mismatch.address) + (name.empty() ? "" : " (" + name + ")") +
-           ": wrote " + number(mismatch.expected) + ", read " + number(mismatch.found);
+    return "\n" + AddressText(mismatch.address, mode, names) + ": wrote " +
+           NumberText(mismatch.expected, mode) + ", read " + NumberText(mismatch.found, mode);
 }
 
 }  // namespace
@@ -24,6 +20,12 @@ std::vector<Mismatch> Differences(const MemoryBuffer& expected, const MemoryBuff
             mismatches.push_back({static_cast<int>(address), expected[address], found[address]});
     }
     return mismatches;
+}
+
+std::string AddressText(int address, NumberMode mode, const ByteNames& names) {
+    const std::string name = names ? names(address) : std::string();
+    return "Address " + NumberText(static_cast<std::uint32_t>(address), mode) +
+           (name.empty() ? "" : " (" + name + ")");
 }
 
 std::string MismatchText(const std::vector<Mismatch>& mismatches, NumberMode mode,

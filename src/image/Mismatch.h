@@ -24,6 +24,9 @@ std::vector<Mismatch> Differences(const MemoryBuffer& expected, const MemoryBuff
 /// What the user calls the byte at an address; empty where it has no name.
 using ByteNames = std::function<std::string(int address)>;
 
+/// "Address 5", with the byte's name in parentheses where it has one. Numbers are in `mode`.
+std::string AddressText(int address, NumberMode mode, const ByteNames& names = {});
+
 /// How many bytes differ, then a line for each; empty if none does. Numbers are in `mode`.
 std::string MismatchText(const std::vector<Mismatch>& mismatches, NumberMode mode,
                          const ByteNames& names = {});

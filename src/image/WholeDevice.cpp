@@ -50,9 +50,9 @@ std::optional<std::uint8_t> FillValue(std::string_view answer) {
     return static_cast<std::uint8_t>(rounded);
 }
 
-WholeDevice::WholeDevice(const CommandContext& context, MemoryBuffer& buffer,
+WholeDevice::WholeDevice(const CommandContext& context, DeviceReader& reader, MemoryBuffer& buffer,
                          BufferDisplays& displays)
-    : Command(context), buffer_(buffer), displays_(displays) {}
+    : Command(context), reader_(reader), buffer_(buffer), displays_(displays) {}
 
 void WholeDevice::ReadEntireEep() {
     const CommandScope scope(statusBar_);
@@ -61,13 +61,8 @@ void WholeDevice::ReadEntireEep() {
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    statusBar_.PutStatus("Please Wait, Reading the EEPROM...");
-    if (i2c_.ReadBlock(0, kEepromBytes) == Transfer::Aborted) {
-        i2c_.AbortOperation();
+    if (reader_.Read(buffer_) != DeviceReading::Taken)
         return;
-    }
-    std::copy_n(i2c_.ReadData().begin(), kEepromBytes, buffer_.begin());
-    writeGuard_.DeviceRead(i2c_.ReadData());
     Post(state_.targetDevice == TargetDevice::Primary ? "Primary EEProm Data Read Into Memory"
                                                       : "Secondary EEProm Data Read Into Memory");
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));

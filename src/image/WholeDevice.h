@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "image/Command.h"
-#include "image/Mismatch.h"
+#include "image/DeviceReader.h"
 
 namespace tarnwell {
 
@@ -30,7 +30,8 @@ class BufferDisplays {
 
 class WholeDevice final : private Command {
   public:
-    WholeDevice(const CommandContext& context, MemoryBuffer& buffer, BufferDisplays& displays);
+    WholeDevice(const CommandContext& context, DeviceReader& reader, MemoryBuffer& buffer,
+                BufferDisplays& displays);
 
     void ReadEntireEep();
     void WriteEntireEep();
@@ -56,6 +57,7 @@ class WholeDevice final : private Command {
     std::optional<std::vector<Mismatch>> VerifyEEP(const MemoryBuffer& image,
                                                    std::string_view waitLine);
 
+    DeviceReader& reader_;
     MemoryBuffer& buffer_;
     BufferDisplays& displays_;
 };

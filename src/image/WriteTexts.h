@@ -7,6 +7,9 @@
 
 namespace tarnwell {
 
+inline constexpr Message kMustReadFirst{"Must First Read the EEPROM! ", "E R R O R",
+                                        BoxStyle::Exclamation};
+
 inline constexpr Message kAskWriteImage{"Write memory buffer to EEProm?", "V E R I F Y",
                                         BoxStyle::YesNoQuestion};
 inline constexpr std::string_view kImageWritten = "EEP Verified OK; EEProm Write Successful";

@@ -20,6 +20,8 @@ Program::Program(const Surroundings& outside)
       i2c(outside.wire, state, statusBar, outside.user),
       backups(outside.backupFolder, outside.calendar),
       writeGuard(state, statusBar, outside.user, backups),
+      deviceReader(state, statusBar, outside.user, i2c, writeGuard,
+                   [this](int address) { return SettingNameOn(state.targetDevice, address); }),
       context{state, statusBar, outside.screen, outside.user, i2c, writeGuard},
       grid(state, statusBar, outside.screen, buffer, outside.editorView),
       pending(context, grid, outside.editorView),
@@ -31,9 +33,10 @@ Program::Program(const Surroundings& outside)
       valueEditor(context, cells, outside.settingsView),
       cellCommands(context, cells),
       followers(pending, editorPage, cells, settings),
-      wholeDevice(context, buffer, followers),
+      wholeDevice(context, deviceReader, buffer, followers),
       imageArchive(context, outside.calendar, buffer, followers),
       settingsArchive(context, cells, settings),
+      writeDifferences(context, deviceReader, buffer),
       numberModeMenu(state, statusBar, outside.screen, {&cells, &grid, &pending}),
       helpCommands(outside.programs, outside.user),
       outside_(outside) {
@@ -90,6 +93,14 @@ void Program::ChoosePort(const PortChoice& choice) {
     state.portAddress = choice.addressText;
     outside_.screen.Changed(Shown::Menus);
     statusBar.ShowStatus(choice.status, kResultSeconds);
+}
+
+void Program::ToggleReadTwice() {
+    state.readPasses = state.readPasses > 1 ? 1 : 2;
+    outside_.screen.Changed(Shown::Menus);
+    statusBar.ShowStatus(
+        state.readPasses > 1 ? "Whole EEProms Are Read Twice" : "Whole EEProms Are Read Once",
+        kResultSeconds);
 }
 
 }  // namespace tarnwell

@@ -6,6 +6,7 @@
 #include "archive/SettingsArchive.h"
 #include "core/HelpCommands.h"
 #include "core/RunEnds.h"
+#include "differences/WriteDifferences.h"
 #include "editor/Find.h"
 #include "i2c/mI2Ccode.h"
 #include "program/BufferFollowers.h"
@@ -44,8 +45,8 @@ class Program final {
     /// options, and says on standard error why and what was left. End the process then.
     void Abandon(std::string_view why);
 
-    /// Loads the file `path`, a full path: a settings archive into the cells, anything else as the
-    /// menu loads an image.
+    /// Loads the file `path`, a full path: a settings archive into the cells, anything else as
+    /// the menu loads an image.
     void OpenArchive(const std::string& path);
 
     /// Turns to the byte or the cell.
@@ -57,12 +58,16 @@ class Program final {
     /// The Parallel Port menu; nothing else happens until the next access.
     void ChoosePort(const PortChoice& choice);
 
+    /// Whether each reading of a whole device is made of two.
+    void ToggleReadTwice();
+
     ProgramState state;
     MemoryBuffer buffer{};
     StatusBar statusBar;
     mI2Ccode i2c;
     ImageBackups backups;
     WriteGuard writeGuard;
+    DeviceReader deviceReader;
     const CommandContext context;
     DataGrid grid;
     PendingWrites pending;
@@ -77,6 +82,7 @@ class Program final {
     WholeDevice wholeDevice;
     ImageArchive imageArchive;
     SettingsArchive settingsArchive;
+    WriteDifferences writeDifferences;
     NumberModeMenu numberModeMenu;
     HelpCommands helpCommands;
 

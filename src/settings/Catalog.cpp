@@ -71,6 +71,10 @@ std::string SettingNameAt(int address) {
     return cell ? CellTitle(*cell) : std::string();
 }
 
+std::string SettingNameOn(TargetDevice device, int address) {
+    return device == TargetDevice::Primary ? SettingNameAt(address) : std::string();
+}
+
 const SettingGroup* GroupAtBase(int address) {
     const auto found = std::ranges::find(SettingGroups, address, &SettingGroup::baseAddress);
     return found == SettingGroups.end() ? nullptr : &*found;

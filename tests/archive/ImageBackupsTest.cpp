@@ -86,11 +86,20 @@ TEST(ImageBackups, AreKeptForEachDeviceUnderNamesOfTheirOwn) {
     EXPECT_THAT(run.Names(), ElementsAre("Tarnwell-20261117-212101-Pri-2.mot",
                                          "Tarnwell-20261117-212101-Pri.mot",
                                          "Tarnwell-20261117-212101-Sec.mot"));
+    std::string listed;
+    for (const KeptImage& kept : run.program.backups.All())
+        listed += std::string(Word(kept.device)) + std::to_string(kept.number) + " ";
+    EXPECT_THAT(listed, ::testing::AnyOf("Pri2 Pri1 Sec1 ", "Pri2 Sec1 Pri1 "));
+    const MemoryBuffer read = run.program.buffer;
+    EXPECT_EQ(run.program.backups.PathOf(TargetDevice::Secondary, read),
+              run.backups + "/Tarnwell-20261117-212101-Sec.mot");
+    EXPECT_EQ(run.program.backups.PathOf(TargetDevice::Primary, read), "");
     EXPECT_EQ(run.folder.Read("backups/Tarnwell-20261117-212101-Pri.mot"), "other run");
 }
 
-TEST(ImageBackups, AreTheNewestTwenty) {
+TEST(ImageBackups, AreTheNewestTwentyAndTheOldestOfEachDevice) {
     Session run;
+    run.folder.Write("backups/Tarnwell-20250101-120000-Pri.mot", "");
     for (int day = 10; day < 31; ++day)
         run.folder.Write("backups/Tarnwell-202610" + std::to_string(day) + "-120000-Sec.mot", "");
     for (const char* other : {"Tarnwell-first.mot", "tv.mot", "Tarnwell-20251010-120000-Pri.bin"})
@@ -99,10 +108,12 @@ TEST(ImageBackups, AreTheNewestTwenty) {
     run.program.wholeDevice.ReadEntireEep();
     run.Fill();
     const auto names = run.Names();
-    EXPECT_THAT(names, SizeIs(20 + 3));
-    EXPECT_THAT(names, IsSupersetOf({"Tarnwell-20000101-000000-Pri.mot", "tv.mot",
-                                     "Tarnwell-20261012-120000-Sec.mot", "Tarnwell-first.mot",
-                                     "Tarnwell-20251010-120000-Pri.bin"}));
+    EXPECT_THAT(names, SizeIs(20 + 2 + 3));
+    EXPECT_THAT(
+        names, IsSupersetOf({"Tarnwell-20000101-000000-Pri.mot", "tv.mot",
+                             "Tarnwell-20250101-120000-Pri.mot", "Tarnwell-20261010-120000-Sec.mot",
+                             "Tarnwell-20261012-120000-Sec.mot", "Tarnwell-first.mot",
+                             "Tarnwell-20251010-120000-Pri.bin"}));
 }
 
 TEST(ImageBackups, ThatFailAreAskedAboutOnceBeforeTheFirstByte) {

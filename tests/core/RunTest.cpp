@@ -24,8 +24,10 @@ TEST(StartUp, TakesItsStepsInOrderAndWritesTheDefaultsOnTheFirstRun) {
     EXPECT_EQ(
         test.registry.keys[kStartup],
         (Values{{"MainTop", "144"}, {"MainLeft", "144"}, {"EditTop", "144"}, {"EditLeft", "144"}}));
-    EXPECT_EQ(test.registry.keys[kProgOpts],
-              (Values{{"InitDir", R"(C:\)"}, {"NumMode", "Decimal"}, {"DataWarn", "ShowWarn"}}));
+    EXPECT_EQ(test.registry.keys[kProgOpts], (Values{{"InitDir", R"(C:\)"},
+                                                     {"NumMode", "Decimal"},
+                                                     {"DataWarn", "ShowWarn"},
+                                                     {"ReadTwice", "False"}}));
     EXPECT_EQ(test.registry.keys[kProgPort],
               (Values{{"PortAddr", "888"}, {"PortOpts", "11012010"}}));
     EXPECT_EQ(test.outside.place.top, 144);
@@ -50,7 +52,10 @@ TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
     test.registry.keys = {
         {kStartup,
          Values{{"MainTop", "150"}, {"MainLeft", "-30"}, {"EditTop", "1"}, {"EditLeft", "2"}}},
-        {kProgOpts, Values{{"InitDir", "/tv"}, {"NumMode", "Hex"}, {"DataWarn", "NoWarn"}}},
+        {kProgOpts, Values{{"InitDir", "/tv"},
+                           {"NumMode", "Hex"},
+                           {"DataWarn", "NoWarn"},
+                           {"ReadTwice", "True"}}},
         {kProgPort, Values{{"PortAddr", "632"}, {"PortOpts", "21012010"}}}};
     const auto stored = test.registry.keys;
     test.program.StartUp(test.outside);
@@ -59,16 +64,18 @@ TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
                   state.portAddress + state.pinOptions,
               "12/tvNoWarn63221012010");
     EXPECT_EQ(state.numberMode, NumberMode::Hex);
+    EXPECT_EQ(state.readPasses, 2);
     for (auto& [key, values] : test.registry.keys)
         for (auto& [name, value] : values)
             value.clear();
     EXPECT_EQ(test.program.ShutDown(), Closing::EndProgram);
     EXPECT_EQ(test.registry.keys, stored);
 
-    test.registry.keys[kProgOpts] = {{"NumMode", "Octal"}};
+    test.registry.keys[kProgOpts] = {{"NumMode", "Octal"}, {"ReadTwice", "Twice"}};
     test.registry.keys.erase(kProgPort);
     test.program.StartUp(test.outside);
     EXPECT_EQ(state.numberMode, NumberMode::Decimal);
+    EXPECT_EQ(state.readPasses, 1);
     EXPECT_EQ(state.editorWarning + state.pinOptions, "");
     test.outside.place = {-15, -40};
     EXPECT_EQ(test.program.ShutDown(), Closing::EndProgram);

@@ -280,7 +280,7 @@ TEST(Bounds, ClockADeviceThatHoldsSdaOffTheBus) {
 
 TEST(Bounds, MakeUpForAPortThatFailedAtTheNextCommand) {
     TestProgram test;
-    test.television.Memory(Chip::Primary).fill(0);
+    test.television.Memory(Chip::Primary).fill(1);
     test.television.Inject({.kind = FaultKind::PortFails, .begins = {Byte, 100}});
     test.program.wholeDevice.ReadEntireEep();
     EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(::testing::StartsWith(kNoAcknowledge)));

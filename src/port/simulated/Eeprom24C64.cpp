@@ -1,6 +1,8 @@
 // One 24C64 on a two-wire bus, as the data sheet describes it.
 #include "port/simulated/Eeprom24C64.h"
 
+#include <bit>
+
 namespace tarnwell {
 
 namespace {
@@ -88,17 +90,18 @@ bool Eeprom24C64::TakeByte() {
 }
 
 void Eeprom24C64::LoadIntoPage() {
-    const unsigned place = address_ % kPageSize;
+    const unsigned size = faults_.pageSize;
+    const unsigned place = address_ % size;
     page_[place] = shift_;
     loaded_ |= 1U << place;
-    address_ = static_cast<std::uint16_t>(address_ - place + (place + 1) % kPageSize);
+    address_ = static_cast<std::uint16_t>(address_ - place + (place + 1) % size);
 }
 
 void Eeprom24C64::StorePage() {
-    if (faults_.losesWrites)
+    if (faults_.losesWrites || (faults_.losesPages && std::popcount(loaded_) > 1))
         return;
-    const std::size_t pageStart = address_ - address_ % kPageSize;
-    for (std::size_t i = 0; i < kPageSize; ++i) {
+    const std::size_t pageStart = address_ - address_ % faults_.pageSize;
+    for (std::size_t i = 0; i < faults_.pageSize; ++i) {
         if (loaded_ >> i & 1)
             memory_[pageStart + i] = page_[i] ^ faults_.wrongBits;
     }

@@ -15,6 +15,8 @@ using EepromImage = std::array<std::uint8_t, kEepromSize>;
 struct EepromFaults {
     bool silent = false;
     bool losesWrites = false;
+    bool losesPages = false;  ///< writes of more than one byte
+    std::uint8_t pageSize = 32;
     std::uint8_t wrongBits = 0;
     std::uint8_t lateSamples = 0;  ///< clocks after a byte that go unacknowledged
     std::uint16_t flippedAddress = 0;
@@ -52,7 +54,7 @@ class Eeprom24C64 {
     enum class Phase : std::uint8_t { StandBy, Receive, Acknowledge, Send, AwaitAcknowledge };
     enum class Expected : std::uint8_t { Select, AddressHigh, AddressLow, Data };
 
-    static constexpr int kPageSize = 32;
+    static constexpr std::size_t kLongestPage = 32;
 
     bool TakeByte();
     void LoadIntoPage();
@@ -63,7 +65,7 @@ class Eeprom24C64 {
     void SendBit();
 
     EepromImage memory_{};
-    std::array<std::uint8_t, kPageSize> page_{};
+    std::array<std::uint8_t, kLongestPage> page_{};
     EepromFaults faults_{};
     BusTime busyUntil_{};
     std::uint32_t loaded_ = 0;  // a bit for each byte of the page buffer

@@ -40,6 +40,8 @@ enum class FaultKind {
     LateAcknowledge,  ///< the device acknowledges at the `samples`-th clock after a byte
     LostWrite,        ///< acknowledged, but not stored
     WrongWrite,       ///< each byte is stored with the bits of `mask` complemented
+    ShortPages,       ///< a page has 16 bytes: a write beyond its end goes on at its beginning
+    NoPageWrites,     ///< a write of more than one byte is acknowledged, but not stored
     FlippedBit,       ///< the byte at `address` (one for each chip) is read with the bits of `mask`
                       ///< complemented
 };

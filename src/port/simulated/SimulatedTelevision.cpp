@@ -291,6 +291,12 @@ void SimulatedTelevision::Begin(const Fault& fault) {
         case FaultKind::WrongWrite:
             device.wrongBits = fault.mask;
             return;
+        case FaultKind::ShortPages:
+            device.pageSize = 16;
+            return;
+        case FaultKind::NoPageWrites:
+            device.losesPages = true;
+            return;
         case FaultKind::FlippedBit:
             device.flippedAddress = fault.address;
             device.flippedBits = fault.mask;

@@ -110,6 +110,8 @@ void FormMain::runMenu(MenuCommand command) {
             return run([this] { m_program.wholeDevice.SelectEeprom(TargetDevice::Primary); });
         case MenuCommand::SelectSecondary:
             return run([this] { m_program.wholeDevice.SelectEeprom(TargetDevice::Secondary); });
+        case MenuCommand::WriteDifferences:
+            return run([this] { m_program.writeDifferences.WriteDifferencesToEep(); });
         case MenuCommand::DecimalMode:
             return run([this] { m_program.numberModeMenu.Select(NumberMode::Decimal); });
         case MenuCommand::HexMode:
@@ -126,6 +128,8 @@ void FormMain::runMenu(MenuCommand command) {
             return showInterfaceTest();
         case MenuCommand::DriverLoader:
             return startDriverLoader();
+        case MenuCommand::ReadTwice:
+            return run([this] { m_program.ToggleReadTwice(); });
         case MenuCommand::HelpTopics:
             return run([this] { m_program.helpCommands.HelpTopics(); });
         case MenuCommand::ReleaseHistory:

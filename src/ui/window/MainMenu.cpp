@@ -46,6 +46,8 @@ constexpr std::array kEntries{
     Entry{1, "mnuEEPselect", "&Select EEPROM"},
     Entry{2, "mnuEEPsel_0", "&Primary (Color Values)", MenuCommand::SelectPrimary},
     Entry{2, "mnuEEPsel_1", "&Secondary (Unknown)", MenuCommand::SelectSecondary},
+    Entry{1, "sep7", "-"},
+    Entry{1, "mnuEEPWriteDifferences", "Write &Differences to EEP", MenuCommand::WriteDifferences},
     Entry{0, "mnuOptions", "Options"},
     Entry{1, "mnuNum", "Number &Mode"},
     Entry{2, "mnuSelMode_0", "&Decimal", MenuCommand::DecimalMode},
@@ -60,6 +62,8 @@ constexpr std::array kEntries{
     Entry{1, "mnuPortTest", "I2C Interface &Test", MenuCommand::InterfaceTest},
     Entry{1, "sep5", "-"},
     Entry{1, "mnuOptionsPortSer", "DLPortIO Service", MenuCommand::DriverLoader},
+    Entry{1, "sep8", "-"},
+    Entry{1, "mnuReadTwice", "Read T&wice", MenuCommand::ReadTwice},
     Entry{0, "mnuHelp", "&Help"},
     Entry{1, "mnuHelpHelp", "Help &Topics", MenuCommand::HelpTopics},
     Entry{1, "sep6", "-"},
@@ -134,7 +138,7 @@ MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state) : QObject(&bar), m_
     for (const char* name : {"mnuEdit", "mnuOptions", "mnuHelp"})
         connect(action(name).menu(), &QMenu::aboutToShow, this, &MainMenu::otherMenuOpening);
     for (const char* name : {"mnuEEPsel_0", "mnuEEPsel_1", "mnuSelMode_0", "mnuSelMode_1",
-                             "mnuPortSel_0", "mnuPortSel_1", "mnuPortSel_2"})
+                             "mnuPortSel_0", "mnuPortSel_1", "mnuPortSel_2", "mnuReadTwice"})
         action(name).setCheckable(true);
     action("mnuEdit").menu()->setToolTipsVisible(true);
     sync();
@@ -154,6 +158,7 @@ void MainMenu::sync() {
               kPortChoices[static_cast<std::size_t>(index)].addressText == m_state.portAddress);
     showStep(action("mnuEditUndo"), QStringLiteral("Undo"), {});
     showStep(action("mnuEditRedo"), QStringLiteral("Redo"), {});
+    action("mnuReadTwice").setChecked(m_state.readPasses > 1);
     action("mnuNum").setEnabled(m_state.editor == EditorSwitch::Off);
     action("mnuEEPFill").setVisible(m_state.fillItemVisible);
     action("sep5").setVisible(m_state.driverLoaderItemVisible);

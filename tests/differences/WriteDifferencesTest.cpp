@@ -1,0 +1,228 @@
+// Writing only what differs: its pages, its questions, what it survives and what it says then.
+#include <random>
+
+#include "differences/DifferenceCount.h"
+#include "support/TestProgram.h"
+
+namespace tarnwell {
+namespace {
+
+using enum FaultKind;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+TEST(DifferencesText, CountsBytesSettingsAndPlaces) {
+    struct Row {
+        std::map<int, int> bits;  ///< that differ, by address
+        const char* text;
+    };
+    const Row rows[] = {
+        {{}, "No differences"},
+        {{{2363, 1}}, "1 byte differs: 1 setting"},
+        {{{5, 1}, {6, 1}, {7, 1}}, "3 bytes differ: 3 bytes in 1 place"},
+        {{{2085, 0x05}, {2228, 0x0F}}, "2 bytes differ: 1 setting, 2 other bytes in 2 places"},
+        {{{2228, 0x10}, {8190, 1}, {8191, 1}},
+         "3 bytes differ: 1 setting, 2 other bytes in 1 place"},
+    };
+    for (const Row& row : rows) {
+        MemoryBuffer left{};
+        for (const auto& [address, bits] : row.bits)
+            left[static_cast<std::size_t>(address)] = static_cast<std::uint8_t>(bits);
+        EXPECT_EQ(DifferencesText(CountDifferences(TargetDevice::Primary, left, {})), row.text);
+    }
+    MemoryBuffer left{};
+    left[2363] = 1;
+    EXPECT_EQ(DifferencesText(CountDifferences(TargetDevice::Secondary, left, {})),
+              "1 byte differs: 1 byte in 1 place");
+}
+
+/// A program that has read a device of random bytes, and a buffer that differs from it.
+struct Session : TestProgram {
+    EepromImage& primary = television.Memory(Chip::Primary);
+    std::mt19937 random{1};
+    EepromImage before{};
+
+    Session() : TestProgram({.writeCycle = BusTime(20'000)}) {
+        for (std::uint8_t& byte : primary)
+            byte = static_cast<std::uint8_t>(random());
+        program.wholeDevice.ReadEntireEep();
+        before = primary;
+    }
+    void Change(int address) { program.buffer[static_cast<std::size_t>(address)] ^= 0x5A; }
+    void Write(Answer answer = Answer::Yes) {
+        user.answers = {answer};
+        program.writeDifferences.WriteDifferencesToEep();
+        user.answers.clear();
+    }
+    bool IsWritten() const {
+        return std::equal(primary.begin(), primary.end(), program.buffer.begin());
+    }
+    int PagesThatDiffer() const {
+        int pages = 0;
+        for (std::size_t page = 0; page < kEepromBytes; page += kPageBytes)
+            pages += std::equal(&primary[page], &primary[page] + kPageBytes, &program.buffer[page])
+                         ? 0
+                         : 1;
+        return pages;
+    }
+    std::uint64_t Cycles() const { return television.Count(WireEvent::WriteCycle); }
+};
+
+TEST(WriteDifferences, AsksAndWritesEachPageOnceFromItsFirstToItsLastDifference) {
+    Session run;
+    run.Write();
+    EXPECT_THAT(run.user.TakeBoxes(),
+                ElementsAre("I N F O|The EEProm already holds the memory buffer."));
+    for (const int address : {2363, 2366, 64, 95, 96})
+        run.Change(address);
+    run.Write(Answer::No);
+    EXPECT_EQ(run.Status(), "EEProm Write Cancelled");
+    EXPECT_EQ(run.primary, run.before);
+    const Box question = run.user.boxes.front();
+    EXPECT_THAT(run.user.TakeBoxes(),
+                ElementsAre("V E R I F Y|Write 5 bytes to the Primary EEProm?\r\n5 bytes differ: 2 "
+                            "settings, 3 other bytes in 2 places."));
+    EXPECT_EQ(question.defaultButton, DefaultButton::No);
+    EXPECT_THAT(question.details, ::testing::StartsWith("Address 64: "));
+    EXPECT_THAT(question.details, HasSubstr("\nAddress 2363 (480i CR02): "));
+
+    run.program.cells.SetMark(7, Mark::Save);
+    const std::uint64_t cycles = run.Cycles();
+    run.television.Record();
+    run.Write();
+    EXPECT_EQ(run.Status(), "EEP Verified OK; 5 Bytes Written");
+    EXPECT_TRUE(run.IsWritten());
+    EXPECT_EQ(run.Cycles() - cycles, 3U);
+    const std::string events = ToText(run.television.Events());
+    EXPECT_THAT(events, HasSubstr("A0+ 00+ 60+ "));
+    EXPECT_TRUE(run.program.state.EepRead);
+    EXPECT_EQ(run.program.cells.MarkOf(7), Mark::Save);
+    run.Change(7);
+    run.Write();
+    EXPECT_EQ(run.Status(), "EEP Verified OK; 1 Byte Written");
+
+    TestProgram fresh;
+    fresh.program.writeDifferences.WriteDifferencesToEep();
+    EXPECT_THAT(fresh.user.TakeBoxes(), ElementsAre("E R R O R|Must First Read the EEPROM! "));
+}
+
+TEST(WriteDifferences, LeavesBufferAndDeviceEqualWhateverTheyHeld) {
+    Session run;
+    for (int round = 0; round < 12; ++round) {
+        const int changes = 1 << run.random() % 14;
+        for (int change = 0; change < changes; ++change)
+            run.program.buffer[run.random() % kEepromBytes] =
+                static_cast<std::uint8_t>(run.random());
+        const auto pages = static_cast<std::uint64_t>(run.PagesThatDiffer());
+        const std::uint64_t cycles = run.Cycles();
+        run.Write();
+        ASSERT_TRUE(run.IsWritten()) << round;
+        ASSERT_EQ(run.Cycles() - cycles, pages) << round;
+    }
+}
+
+/// Every fault at every stage: nothing but old and new bytes, a true message, and the same command
+/// again finishes the work.
+TEST(WriteDifferences, SurvivesFaultsAtEachStage) {
+    using enum WireEvent;
+    const Moment moments[] = {{Access, 0},     {Byte, 400}, {WriteCycle, 1}, {WriteCycle, 2},
+                              {WriteCycle, 4}, {Read, 2},   {Read, 3},       {Access, 900'000}};
+    for (const FaultKind kind :
+         {PortFails, DeviceSilent, SclStuckLow, SdaStuckHigh, AdapterGone, LinesJoined,
+          LateAcknowledge, LostWrite, NoPageWrites, ShortPages}) {
+        for (const Moment moment : moments) {
+            SCOPED_TRACE(::testing::Message()
+                         << "fault " << static_cast<int>(kind) << " at "
+                         << static_cast<int>(moment.event) << " " << moment.count);
+            Session run;
+            for (const int address : {3, 4, 40, 60, 2363, 5000, 8160, 8191})
+                run.Change(address);
+            run.television.Inject({.kind = kind, .begins = moment, .samples = 3});
+            run.Write();
+            for (std::size_t address = 0; address < kEepromBytes; ++address)
+                ASSERT_TRUE(run.primary[address] == run.before[address] ||
+                            run.primary[address] == run.program.buffer[address])
+                    << address;
+            const bool verified = run.Status() == "EEP Verified OK; 8 Bytes Written";
+            EXPECT_TRUE(!verified || run.IsWritten());
+            EXPECT_TRUE(verified || (kind != NoPageWrites && kind != ShortPages));
+            int arrived = 0;
+            for (std::size_t address = 0; address < kEepromBytes; ++address)
+                arrived += run.primary[address] != run.before[address] ? 1 : 0;
+            const std::string told = run.user.TakeBoxes().back();
+            const auto confirmed = told.find("EEProm: ");
+            if (confirmed != std::string::npos) {
+                EXPECT_LE(std::stoi(told.substr(confirmed + 8)), arrived);
+                EXPECT_THAT(told, ::testing::EndsWith(" of 8."));
+            }
+            run.television.ClearFaults();
+            run.television.PowerCycle();
+            run.Write();
+            EXPECT_TRUE(run.IsWritten());
+        }
+    }
+}
+
+TEST(WriteDifferences, TellsWhatIsConfirmedWhenABusWorksAgain) {
+    Session run;
+    for (const int address : {3, 40, 41, 80})
+        run.Change(address);
+    run.television.Inject(
+        {.kind = SdaStuckLow, .begins = {WireEvent::WriteCycle, 2}, .accesses = 30});
+    run.Write();
+    EXPECT_THAT(run.user.TakeBoxes().back(),
+                ::testing::EndsWith("\r\nBytes confirmed on the EEProm: 3 of 4."));
+}
+
+TEST(WriteDifferences, ListsWhatDoesNotVerifyAfterTheSecondTry) {
+    Session run;
+    run.Change(2363);
+    run.television.Inject({.kind = WrongWrite, .mask = 0x01});
+    run.Write();
+    EXPECT_EQ(run.user.beeps, 1);
+    EXPECT_THAT(run.user.boxes.back().details, HasSubstr("Address 2363 (480i CR02): wrote "));
+    EXPECT_THAT(run.user.TakeBoxes().back(),
+                ::testing::EndsWith("\r\nBytes confirmed on the EEProm: 0 of 1."));
+}
+
+TEST(DeviceReader, AsksBeforeADoubtfulReadingIsUsed) {
+    Session run;
+    run.program.ToggleReadTwice();
+    const MemoryBuffer buffer = run.program.buffer;
+    const auto read = [&](std::initializer_list<Answer> answers) {
+        run.user.answers = answers;
+        run.program.wholeDevice.ReadEntireEep();
+        return run.user.TakeBoxes();
+    };
+    run.primary[2363] = 5;
+    const Fault flips{
+        .kind = FlippedBit, .begins = {WireEvent::Read, 2}, .address = 2363, .mask = 0x02};
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
+        run.television.ClearFaults();
+        run.television.Inject(flips);
+        run.user.onBox = [&](const Box& box) {
+            EXPECT_EQ(box.details, "Address 2363 (480i CR02): read 5, then 7");
+            EXPECT_EQ(box.defaultButton, DefaultButton::No);
+        };
+        EXPECT_THAT(read({answer}), ElementsAre("W A R N I N G|1 byte did not read the same twice. "
+                                                "Use the second reading?"));
+        EXPECT_EQ(run.Status(), answer == Answer::No ? "EEProm Read Cancelled"
+                                                     : "Primary EEProm Data Read Into Memory");
+        EXPECT_EQ(run.program.buffer == buffer, answer == Answer::No);
+    }
+    EXPECT_EQ(run.program.buffer[2363], 7);
+    run.television.ClearFaults();
+    run.user.onBox = {};
+    for (const auto& [value, name] : {std::pair{0xFF, "FF"}, {0x00, "00"}}) {
+        run.primary.fill(static_cast<std::uint8_t>(value));
+        EXPECT_THAT(read({Answer::No}),
+                    ElementsAre(std::string("W A R N I N G|Every byte reads as ") + name +
+                                ". Use this reading?"));
+        EXPECT_EQ(run.Status(), "EEProm Read Cancelled");
+        run.primary[8191] = 1;
+        EXPECT_THAT(read({}), ::testing::IsEmpty());
+    }
+}
+
+}  // namespace
+}  // namespace tarnwell

@@ -41,7 +41,7 @@ std::string SettingName(int cell, char separator) {
 
 std::string BitsText(int cell) {
     const Setting& setting = *Cell(cell).setting;
-    const int count = std::bit_width(static_cast<unsigned>(setting.maximum));
+    const auto count = static_cast<int>(std::bit_width(static_cast<unsigned>(setting.maximum)));
     const std::string lowest = std::to_string(setting.shift);
     if (count == 1)
         return "bit " + lowest;

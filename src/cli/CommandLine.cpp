@@ -17,8 +17,8 @@ namespace {
 constexpr std::string_view kHint = " Try 'tarnwell-cli --help'.";
 
 using OnDevice = void (*)(const Arguments&, Device&, Report&);
-constexpr std::array<OnDevice, kCommands.size()> kOnDevice{Check, Read, Write, Verify, nullptr,
-                                                           Get,   Set,  Peek,  Poke};
+constexpr std::array<OnDevice, kCommands.size()> kOnDevice{
+    Check, Read, Write, Verify, nullptr, Get, Set, Peek, Poke, CompareWithDevice, nullptr, Restore};
 
 /// A file that is opened later must not become standard output.
 void OpenStandardStreams() {
@@ -58,6 +58,10 @@ void RunOnFiles(const Arguments& arguments, Report& report) {
     try {
         if (arguments.command == Command::Info)
             Info(arguments, report);
+        else if (arguments.command == Command::Backups)
+            Backups(arguments, report);
+        else if (arguments.command == Command::Compare)
+            CompareFiles(arguments, report);
         else
             arguments.command == Command::Get ? GetFromFile(arguments, report)
                                               : SetInFile(arguments, report);
@@ -98,7 +102,7 @@ int RunCommandLine(int argc, const char* const* argv, PortSource& ports) {
     } else {
         arguments = std::get<Arguments>(read);
         report.command = arguments.command;
-        if (arguments.command == Command::Info || arguments.image)
+        if (WorksOnFiles(arguments))
             RunOnFiles(arguments, report);
         else
             RunOnDevice(arguments, ports, report);

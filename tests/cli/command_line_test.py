@@ -21,7 +21,7 @@ FAULTY, PROGRAM = (Path(sys.argv.pop()).resolve() for _ in range(2))
 SOURCES = Path(__file__).resolve().parents[2]
 KEYS = {"command": str, "device": str, "devices": dict, "port": str, "simulated": bool, "result": str,
         "crc": str, "bytes": int, "data": list, "written": int, "mismatches": list, "settings": list,
-        "backup": str, "message": str}
+        "backup": str, "backups": list, "message": str}
 SETTING = {"name": str, "format": str, "page": str, "description": str, "value": int, "maximum": int,
            "address": int, "bits": str}
 RESULTS = {0: "done", 1: "different", 2: "refused", 3: "failed", 4: "failed", 5: "unverified",
@@ -294,6 +294,41 @@ class CommandLine(unittest.TestCase):
     def test_draws_a_bar_and_can_be_quiet(self):
         self.assertRegex(self.run_cli("--progress=always", "read", "b.bin")[1], r"50 %, \d+ s left")
         self.assertEqual(self.run_cli("--quiet", "read", "c.bin"), (b"", ""))
+
+    def test_compares_restores_and_writes_only_differences(self):
+        self.run_cli("read", "a.mot")
+        self.assertEqual(self.report("compare", "a.mot")["message"], "No differences.")
+        self.run_cli("--yes", "set", "R-YR.480p=7")
+        kept = self.report("backups")["backups"]
+        self.assertEqual([backup["number"] for backup in kept], list(range(1, len(kept) + 1)))
+        self.assertRegex(kept[0]["kept"], r"\A\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\Z")
+        found = self.report("compare", "backup", status=1)
+        self.assertEqual((found["message"], found["mismatches"][0]["setting"]),
+                         ("1 byte differs: 1 setting.", "R-YR.480p"))
+        self.assertEqual(self.report("compare", "a.mot", "backup:1")["result"], "done")
+        for wrong, status in (("backup:0", 4), (f"backup:{len(kept) + 1}", 4)):
+            self.run_cli("restore", "--yes", wrong, status=status)
+        self.run_cli("restore", status=6)
+        asked = self.on_terminal(b"y\n", "restore", "a.mot")
+        self.assertIn("Restore 1 byte of the Primary EEProm? [y/N]", asked)
+        self.assertEqual(self.primary.read_bytes(), self.before)
+        self.run_cli("--yes", "poke", "5=3", "6=4")
+        self.assertEqual(self.report("write", "--yes", "--differences", "a.mot")["written"], 2)
+        self.assertEqual(self.primary.read_bytes(), self.before)
+        count = len(self.report("backups")["backups"])
+        for _ in range(2):
+            self.run_cli("--yes", "poke", "5=7")
+            self.assertEqual(self.report("--yes", "restore", "a.mot")["written"], 1)
+        self.assertEqual(len(self.report("backups")["backups"]), count + 3, "one was kept before")
+        self.assertEqual(self.report("--device=secondary", "backups")["backups"], [])
+
+    def test_doubtful_readings_need_force(self):
+        self.environment["TARNWELL_FAULT"] = ""
+        self.primary.write_bytes(b"\xff" * 8192)
+        self.run_cli("--yes", "read", "b.bin", status=6)
+        self.assertFalse((self.folder / "b.bin").exists())
+        self.assertIn("Every byte reads as FF. Use this reading?", self.on_terminal(b"y\n", "--passes=2", "read", "b.bin"))
+        self.run_cli("--force", "read", "b.bin")
 
     def test_completion_and_help_know_what_there_is(self):
         names = {f"{s['name']}.{s['format']}".rstrip(".") for s in self.report("get")["settings"]}

@@ -14,9 +14,13 @@ void Get(const Arguments& arguments, Device& device, Report& report);
 void Set(const Arguments& arguments, Device& device, Report& report);
 void Peek(const Arguments& arguments, Device& device, Report& report);
 void Poke(const Arguments& arguments, Device& device, Report& report);
+void CompareWithDevice(const Arguments& arguments, Device& device, Report& report);
+void Restore(const Arguments& arguments, Device& device, Report& report);
 
 // On files alone.
 void Info(const Arguments& arguments, Report& report);
+void Backups(const Arguments& arguments, Report& report);
+void CompareFiles(const Arguments& arguments, Report& report);
 void GetFromFile(const Arguments& arguments, Report& report);
 void SetInFile(const Arguments& arguments, Report& report);
 

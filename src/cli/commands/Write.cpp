@@ -17,6 +17,8 @@ Writing OfImage(const MemoryBuffer& image) {
 
 void Write(const Arguments& arguments, Device& device, Report& report) {
     const auto content = Load(arguments.file, arguments, report);
+    if (content && arguments.differences)
+        return WriteContentDifferences(*content, arguments, device, report);
     MemoryBuffer present;
     if (!content || (!content->image && RefusesSettings(arguments, report)) ||
         !CanBeConfirmed(arguments, report) || !device.Open() || !device.ReadImage(present))

@@ -6,7 +6,9 @@
 #include <chrono>
 
 #include "cli/tools/Interruption.h"
+#include "cli/tools/Terminal.h"
 #include "core/files/UserFolders.h"
+#include "image/WriteTexts.h"
 
 namespace tarnwell::cli {
 
@@ -36,6 +38,7 @@ Device::Device(const Arguments& arguments, const JoinedPort& port, mRegistry& op
     program_.state.targetDevice = arguments.device;
     program_.state.portAddress = arguments.portAddress.value_or(program_.state.portAddress);
     program_.state.pinOptions = arguments.pins.value_or(program_.state.pinOptions);
+    program_.state.readPasses = arguments.passes.value_or(program_.state.readPasses);
     program_.i2c.ApplyPortOptions();
     report.device = arguments.device;
     report.simulated = port.isSimulated;
@@ -75,11 +78,33 @@ bool Device::Read(ByteRange range) {
 }
 
 bool Device::ReadImage(MemoryBuffer& image) {
-    if (!Read({0, kEepromBytes}))
-        return false;
-    image = bus_.ReadData();
-    program_.writeGuard.DeviceRead(image);
-    return true;
+    const int before = report_.bytes.value_or(0);
+    const auto count = [&] { report_.bytes = before + bus_.BytesRead(); };
+    user_.onQuestion = [this](const Box& box) { return UsesDoubtful(box); };
+    DeviceReading reading{};
+    try {
+        reading = program_.deviceReader.Read(image);
+    } catch (const Interrupted&) {
+        count();
+        throw;
+    }
+    user_.onQuestion = {};
+    count();
+    if (reading == DeviceReading::Refused)
+        report_.End(Status::NotConfirmed,
+                    HasTerminal() ? "EEProm Read Cancelled."
+                                  : user_.LastLine() +
+                                        " Nobody can be asked without a terminal. Say --force to "
+                                        "use it all the same.");
+    return reading == DeviceReading::Taken ||
+           (reading == DeviceReading::Aborted && TellAborted(HowFar()));
+}
+
+bool Device::UsesDoubtful(const Box& question) {
+    if (arguments_.force || !HasTerminal())
+        return arguments_.force;
+    const std::string details = question.details + (question.details.empty() ? "" : "\n");
+    return AgreesOnTerminal(details + question.text);
 }
 
 bool Device::ReadBytes(ByteRange range, std::vector<AddressedByte>& bytes) {
@@ -105,6 +130,28 @@ bool Device::KeepBackup() {
         return false;
     }
     report_.backup = program_.backups.LastKept();
+    return true;
+}
+
+bool Device::KeepBackup(Backup backup, const MemoryBuffer& present) {
+    if (backup == Backup::UnlessKept)
+        report_.backup = program_.backups.PathOf(arguments_.device, present);
+    return !report_.backup.empty() || KeepBackup();
+}
+
+bool Device::WriteDifferences(const MemoryBuffer& present, const MemoryBuffer& wanted) {
+    report_.written = 0;
+    DifferenceWriter writer(bus_, program_.statusBar);
+    const Transfer transfer = writer.Write(present, wanted);
+    report_.written = writer.Confirmed();
+    if (transfer == Transfer::Aborted) {
+        bus_.AbortOperation(writer.ConfirmedText());
+        return TellAborted(" Repeat the command: it writes the rest.");
+    }
+    report_.mismatches = writer.Left();
+    if (!report_.mismatches.empty())
+        report_.End(Status::Unverified,
+                    OneLine(Box(kImageNotVerified).WithLine(writer.ConfirmedText())));
     return true;
 }
 
@@ -146,10 +193,14 @@ std::string Device::HowFar() const {
 
 bool Device::EndAborted() {
     bus_.AbortOperation();
+    return TellAborted(HowFar());
+}
+
+bool Device::TellAborted(const std::string& howFar) {
     const bool portFailed = !bus_.Failure().empty();
     report_.End(Status::Bus, user_.LastLine() +
                                  (portFailed ? "" : " Find the cause with 'tarnwell-cli check'.") +
-                                 HowFar());
+                                 howFar);
     return false;
 }
 

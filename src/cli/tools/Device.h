@@ -16,6 +16,9 @@ struct JoinedPort {
     bool isSimulated;
 };
 
+/// When the image that a write replaces is kept.
+enum class Backup : std::uint8_t { Always, UnlessKept };
+
 /// A step that returns false has ended the command.
 class Device {
   public:
@@ -27,6 +30,7 @@ class Device {
     /// The same, and checks the bus.
     [[nodiscard]] bool Open();
 
+    /// As often as --passes says. What is doubtful is used only if --force or the user says so.
     [[nodiscard]] bool ReadImage(MemoryBuffer& image);
     [[nodiscard]] bool ReadBytes(ByteRange range, std::vector<AddressedByte>& bytes);
 
@@ -35,11 +39,15 @@ class Device {
 
     /// Keeps the image that was read as a backup.
     [[nodiscard]] bool KeepBackup();
+    [[nodiscard]] bool KeepBackup(Backup backup, const MemoryBuffer& present);
 
     /// Gives the port back: what follows is no work on the device.
     void GiveBack() { claim_.reset(); }
 
     [[nodiscard]] bool Write(const ByteValues& values);
+
+    /// Writes only what differs, and lists what then still does.
+    [[nodiscard]] bool WriteDifferences(const MemoryBuffer& present, const MemoryBuffer& wanted);
 
     /// Reads back what was written and lists what differs.
     [[nodiscard]] bool ReadBack(const ByteValues& values);
@@ -55,8 +63,11 @@ class Device {
     /// Counts what was read, however it ends.
     [[nodiscard]] bool Read(ByteRange range);
 
+    bool UsesDoubtful(const Box& question);
+
     /// Always false.
     bool EndAborted();
+    bool TellAborted(const std::string& howFar);
     std::string HowFar() const;
 
     const Arguments& arguments_;

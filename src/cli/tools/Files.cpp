@@ -1,6 +1,7 @@
 #include "cli/tools/Files.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <filesystem>
 
@@ -8,7 +9,9 @@
 #include "archive/SRecord.h"
 #include "archive/SettingsRecords.h"
 #include "cli/tools/Interruption.h"
+#include "cli/tools/SystemCalendar.h"
 #include "core/files/AtomicFile.h"
+#include "core/files/UserFolders.h"
 #include "program/NoWindow.h"
 
 namespace tarnwell::cli {
@@ -169,6 +172,32 @@ std::optional<Content> Load(const std::string& name, const Arguments& arguments,
     Loading loading(name, report);
     return IsPlain(name, arguments) ? loading.FromBytes(file)
                                     : loading.FromArchive(std::move(file));
+}
+
+std::vector<KeptImage> KeptBackups(TargetDevice device) {
+    const SystemCalendar calendar;
+    std::vector<KeptImage> images = ImageBackups(StateFolder() + "/backups", calendar).All();
+    std::erase_if(images, [=](const KeptImage& image) { return image.device != device; });
+    return images;
+}
+
+std::optional<Content> LoadSide(const std::string& name, const Arguments& arguments,
+                                Report& report) {
+    if (name != kBackupSide && !name.starts_with(std::string(kBackupSide) + ":"))
+        return Load(name, arguments, report);
+    const std::vector<KeptImage> backups = KeptBackups(arguments.device);
+    const std::string_view number =
+        name == kBackupSide ? "1" : std::string_view(name).substr(kBackupSide.size() + 1);
+    std::size_t index = 0;
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), index);
+    if (error != std::errc() || end != number.data() + number.size() || index < 1 ||
+        index > backups.size()) {
+        report.End(Status::File,
+                   "There is no such backup of this EEProm: see 'tarnwell-cli "
+                   "backups'.");
+        return std::nullopt;
+    }
+    return Load(backups[index - 1].path, arguments, report);
 }
 
 bool MaySave(const std::string& name, const Arguments& arguments, Report& report) {

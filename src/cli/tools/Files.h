@@ -12,6 +12,14 @@ struct Content {
     CellValues values;
 };
 
+/// The images that are kept before writes.
+std::vector<KeptImage> KeptBackups(TargetDevice device);
+
+/// `backup` and `backup:N` are the images that were kept of the device, anything else is a file.
+/// Nothing if it cannot be used, which ends the command.
+[[nodiscard]] std::optional<Content> LoadSide(const std::string& name, const Arguments& arguments,
+                                              Report& report);
+
 /// Nothing if the file cannot be used, which ends the command.
 [[nodiscard]] std::optional<Content> Load(const std::string& name, const Arguments& arguments,
                                           Report& report);

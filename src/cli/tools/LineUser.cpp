@@ -41,7 +41,7 @@ Answer LineUser::ShowBox(const Box& box) {
         case BoxStyle::YesNoExclamation:
             break;
     }
-    return Answer::No;
+    return onQuestion && onQuestion(box) ? Answer::Yes : Answer::No;
 }
 
 }  // namespace tarnwell::cli

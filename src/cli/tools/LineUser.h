@@ -1,6 +1,7 @@
 // The user of a command line: boxes are kept as lines, and nothing is asked by them.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "core/User.h"
@@ -17,6 +18,9 @@ class LineUser final : public User {
     std::optional<std::string> AskFile(const FileRequest& /*request*/) override { return {}; }
     void Beep() override {}
     void KeepPainting() override {}
+
+    /// Whether a question is answered with Yes; none is as long as it is empty.
+    std::function<bool(const Box&)> onQuestion;
 
     /// What the last box said.
     const std::string& LastLine() const { return lastLine_; }

@@ -35,6 +35,25 @@ void ShowSettings(const std::vector<int>& cells, const Content& content, Report&
     }
 }
 
+void WriteContentDifferences(const Content& content, const Arguments& arguments, Device& device,
+                             Report& report) {
+    MemoryBuffer present{};
+    if ((!content.image && RefusesSettings(arguments, report)) ||
+        !CanBeConfirmed(arguments, report) || !device.Open() || !device.ReadImage(present))
+        return;
+    if (content.image) {
+        report.crc = mCRC32::BufferCrcText(*content.image);
+        return WriteOnlyDifferences(arguments, device, report, *content.image, present);
+    }
+    const auto bytes = BytesWith(content.values, device, present);
+    if (!bytes)
+        return;
+    MemoryBuffer wanted = present;
+    for (const auto& [address, value] : *bytes)
+        wanted[static_cast<std::size_t>(address)] = value;
+    WriteOnlyDifferences(arguments, device, report, wanted, present);
+}
+
 Writing SettingsWriting(ByteValues bytes) {
     return {std::move(bytes), kAskWriteSettings, kSettingsWritten, kSettingsNotVerified};
 }

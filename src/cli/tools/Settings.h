@@ -16,6 +16,10 @@ std::optional<ByteValues> BytesWith(const CellValues& values, Device& device, Me
 /// Puts those of the cells that a file holds into the report.
 void ShowSettings(const std::vector<int>& cells, const Content& content, Report& report);
 
+/// Brings the device to an image, or to the values of a settings archive, by what differs.
+void WriteContentDifferences(const Content& content, const Arguments& arguments, Device& device,
+                             Report& report);
+
 Writing SettingsWriting(ByteValues bytes);
 
 }  // namespace tarnwell::cli

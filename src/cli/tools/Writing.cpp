@@ -1,12 +1,7 @@
 #include "cli/tools/Writing.h"
 
-#include <unistd.h>
-
-#include <algorithm>
-#include <cctype>
-#include <cstdio>
-
-#include "cli/tools/Interruption.h"
+#include "cli/tools/Terminal.h"
+#include "differences/DifferenceCount.h"
 #include "image/WriteTexts.h"
 
 namespace tarnwell::cli {
@@ -15,17 +10,6 @@ namespace {
 
 /// More than all settings have; only an image has more.
 constexpr std::size_t kMostLines = 100;
-
-/// One line of standard input in lower case; empty at its end.
-std::string AnswerFromTerminal() {
-    std::string answer;
-    for (char letter = 0; letter != '\n';) {
-        if (ReadStandardInput({&letter, 1}) != 1)
-            return {};
-        answer += static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
-    }
-    return answer;
-}
 
 std::string QuestionText(const Arguments& arguments, const Writing& writing,
                          const std::vector<ByteChange>& changes) {
@@ -36,24 +20,20 @@ std::string QuestionText(const Arguments& arguments, const Writing& writing,
     text += "To be written to the ";
     text += arguments.device == TargetDevice::Primary ? "Primary" : "Secondary";
     text += " EEProm:\n" + ChangeLines(changes, kMostLines);
-    return text + writing.question.text + " [y/N] ";
+    return text + writing.question.text;
 }
 
 bool IsConfirmed(const Arguments& arguments, const Writing& writing,
                  const std::vector<ByteChange>& changes) {
     if (arguments.yes)
         return true;
-    std::fputs(QuestionText(arguments, writing, changes).c_str(), stderr);
-    const std::string answer = AnswerFromTerminal();
-    if (answer.empty())
-        std::fputs("\n", stderr);
-    return answer == "y\n" || answer == "yes\n";
+    return AgreesOnTerminal(QuestionText(arguments, writing, changes));
 }
 
 }  // namespace
 
 bool CanBeConfirmed(const Arguments& arguments, Report& report) {
-    if (arguments.yes || arguments.dryRun || isatty(STDIN_FILENO) != 0)
+    if (arguments.yes || arguments.dryRun || HasTerminal())
         return true;
     report.End(Status::NotConfirmed,
                "Nothing was written: nobody can be asked without a terminal. Say --yes to write "
@@ -84,6 +64,33 @@ void WriteConfirmed(const Arguments& arguments, Device& device, Report& report,
         report.End(Status::Done, std::string(writing.done));
     else
         report.End(Status::Unverified, OneLine(writing.notVerified));
+}
+
+void WriteOnlyDifferences(const Arguments& arguments, Device& device, Report& report,
+                          const MemoryBuffer& wanted, const MemoryBuffer& present) {
+    Writing writing{{}, kAskWriteImage, {}, kImageNotVerified};
+    for (const Mismatch& byte : Differences(wanted, present))
+        writing.values[byte.address] = byte.expected;
+    const bool restores = arguments.command == Command::Restore;
+    const int count = static_cast<int>(writing.values.size());
+    writing.question.text = (restores ? "Restore " : "Write ") + Counted(count, "byte") +
+                            (restores ? " of the " : " to the ") +
+                            (arguments.device == TargetDevice::Primary ? "Primary" : "Secondary") +
+                            " EEProm?";
+    report.written = 0;
+    if (count == 0)
+        return report.End(Status::Done, "The EEProm already holds what is to be written.");
+    const std::vector<ByteChange> changes = ChangesOf(writing.values, present);
+    if (arguments.dryRun) {
+        report.planned = changes;
+        return report.End(Status::Done, "Nothing was written. This would be:");
+    }
+    if (!IsConfirmed(arguments, writing, changes))
+        return report.End(Status::NotConfirmed, std::string(kWriteCancelled) + ".");
+    const auto keep = restores ? Backup::UnlessKept : Backup::Always;
+    if (device.KeepBackup(keep, present) && device.WriteDifferences(present, wanted) &&
+        report.mismatches.empty())
+        report.End(Status::Done, "EEP Verified OK; " + Counted(count, "Byte") + " Written");
 }
 
 }  // namespace tarnwell::cli

@@ -23,4 +23,9 @@ std::vector<ByteChange> ChangesOf(const ByteValues& values, const MemoryBuffer& 
 void WriteConfirmed(const Arguments& arguments, Device& device, Report& report,
                     const Writing& writing, const MemoryBuffer& image);
 
+/// Writes and verifies only where the device, which was just read to hold `present`, is not as
+/// wanted.
+void WriteOnlyDifferences(const Arguments& arguments, Device& device, Report& report,
+                          const MemoryBuffer& wanted, const MemoryBuffer& present);
+
 }  // namespace tarnwell::cli

@@ -23,6 +23,8 @@ Examples:
   tarnwell-cli --yes write before.mot      put everything back, without one
   tarnwell-cli --image=a.mot --output=b.mot set TINT=31
   tarnwell-cli --json peek 0x93B+6
+  tarnwell-cli compare before.mot          what the device holds otherwise
+  tarnwell-cli restore backup:2            go back to the backup before the last
 
 Exit status: 0 done, 1 differences found, 2 wrong arguments, 3 port or bus, 4 file, 5 written but
 different, 6 not confirmed, 128 and the signal's number when interrupted.)";
@@ -93,7 +95,10 @@ void AddOptions(CLI::App& app, Words& words, Arguments& arguments) {
     option("--image", arguments.image, "FILE", "get, set: work on an archive, not on the device");
     option("--output", arguments.output, "FILE", "set --image: where the changed archive goes");
     flag("--raw", arguments.raw, "With -: the 8192 bytes as they are, not an archive");
-    flag("--force", arguments.force, "Replace a file that exists");
+    flag("--force", arguments.force, "Replace a file that exists, use a doubtful reading");
+    flag("--differences", arguments.differences, "write: only the bytes that differ, page by page");
+    option("--passes", arguments.passes, "N", "Read a whole EEPROM N times and compare")
+        ->check(CLI::Range(1, 100));
     flag("--yes", arguments.yes, "Write without a question");
     flag("--dry-run", arguments.dryRun, "Say what would be written, and write nothing");
     flag("--json", arguments.json, "Print one JSON object");
@@ -139,11 +144,24 @@ void TakeOptions(const Words& words, Arguments& arguments) {
 
 void TakeOperands(const std::vector<std::string>& operands, Arguments& arguments) {
     const CommandInfo& info = Info(arguments.command);
-    if (operands.empty() && !info.operands.empty() && arguments.command != Command::Get)
+    if (operands.empty() && !info.operands.empty() && !info.operands.starts_with('['))
         throw WrongArgument{std::string(info.name) + " needs " + std::string(info.operands) + "."};
     switch (arguments.command) {
         case Command::Check:
+        case Command::Backups:
             return;
+        case Command::Compare:
+            if (operands.size() > 2)
+                throw WrongArgument{"Two to compare, not " + std::to_string(operands.size()) + "."};
+            arguments.sides = {operands.front(),
+                               operands.size() > 1 ? operands[1] : std::string(kDeviceSide)};
+            return;
+        case Command::Restore:
+            if (operands.empty()) {
+                arguments.file = kBackupSide;
+                return;
+            }
+            [[fallthrough]];
         case Command::Read:
         case Command::Write:
         case Command::Verify:
@@ -179,13 +197,15 @@ void TakeOperands(const std::vector<std::string>& operands, Arguments& arguments
 void CheckTogether(const Arguments& arguments) {
     const Command command = arguments.command;
     const bool usesImage = command == Command::Get || command == Command::Set;
-    const bool writes =
-        command == Command::Write || command == Command::Set || command == Command::Poke;
-    const bool onlyShows =
-        command == Command::Get || command == Command::Peek || command == Command::Info;
+    const bool writes = command == Command::Write || command == Command::Set ||
+                        command == Command::Poke || command == Command::Restore;
+    const bool onlyShows = command == Command::Get || command == Command::Peek ||
+                           command == Command::Info || command == Command::Backups;
     const bool changesImage = command == Command::Set && arguments.image;
-    const bool streams = arguments.file == kStandardStream || WritesToStandardOutput(arguments) ||
-                         arguments.image == kStandardStream;
+    const bool streams =
+        arguments.file == kStandardStream || WritesToStandardOutput(arguments) ||
+        arguments.image == kStandardStream ||
+        std::ranges::find(arguments.sides, kStandardStream) != arguments.sides.end();
     const auto refuseIf = [](bool wrong, const char* reason) {
         if (wrong)
             throw WrongArgument{reason};
@@ -193,8 +213,10 @@ void CheckTogether(const Arguments& arguments) {
     refuseIf(arguments.image && !usesImage, "--image is for get and set.");
     refuseIf(changesImage && !arguments.output, "set --image needs --output=FILE.");
     refuseIf(arguments.output && !changesImage, "--output is for set --image.");
-    refuseIf(arguments.dryRun && !writes, "--dry-run is for write, set and poke.");
-    refuseIf(arguments.quiet && onlyShows, "--quiet leaves nothing of get, peek and info.");
+    refuseIf(arguments.differences && command != Command::Write, "--differences is for write.");
+    refuseIf(arguments.dryRun && !writes, "--dry-run is for write, set, poke and restore.");
+    refuseIf(arguments.quiet && onlyShows,
+             "--quiet leaves nothing of get, peek, info and backups.");
     refuseIf(arguments.quiet && arguments.json, "--quiet and --json do not go together.");
     refuseIf(arguments.raw && !streams, "--raw is for -: name a file NAME.bin for its bytes.");
     refuseIf(WritesToStandardOutput(arguments) && arguments.json,
@@ -247,6 +269,14 @@ WrongUse Wrong(std::string reason, const CLI::App& app, int argc, const char* co
 }
 
 }  // namespace
+
+bool WorksOnFiles(const Arguments& arguments) {
+    const bool comparesFiles =
+        arguments.command == Command::Compare &&
+        std::ranges::find(arguments.sides, kDeviceSide) == arguments.sides.end();
+    return arguments.command == Command::Info || arguments.command == Command::Backups ||
+           comparesFiles || arguments.image;
+}
 
 bool WritesToStandardOutput(const Arguments& arguments) {
     return arguments.command == Command::Read ? arguments.file == kStandardStream

@@ -15,7 +15,20 @@
 
 namespace tarnwell::cli {
 
-enum class Command : std::uint8_t { Check, Read, Write, Verify, Info, Get, Set, Peek, Poke };
+enum class Command : std::uint8_t {
+    Check,
+    Read,
+    Write,
+    Verify,
+    Info,
+    Get,
+    Set,
+    Peek,
+    Poke,
+    Compare,
+    Backups,
+    Restore
+};
 
 struct CommandInfo {
     Command command;
@@ -37,6 +50,11 @@ inline constexpr std::array kCommands{
     CommandInfo{Command::Set, "set", "NAME[.FORMAT]=VALUE...", "Change settings and verify."},
     CommandInfo{Command::Peek, "peek", "ADDRESS[-ADDRESS|+COUNT]...", "Show bytes."},
     CommandInfo{Command::Poke, "poke", "ADDRESS=VALUE...", "Write bytes and verify."},
+    CommandInfo{Command::Compare, "compare", "A [B]",
+                "Compare two of FILE, device, backup and backup:N; B is the device if left out."},
+    CommandInfo{Command::Backups, "backups", "", "List the images that were kept, newest first."},
+    CommandInfo{Command::Restore, "restore", "[backup:N|FILE]",
+                "Write what differs from a backup, the newest if left out, and verify."},
 };
 
 constexpr const CommandInfo& Info(Command command) {
@@ -48,11 +66,12 @@ enum class Show : std::uint8_t { Auto, Always, Never };
 struct Arguments {
     Command command = Command::Check;
 
-    std::string file;               ///< of read, write, verify and info
-    std::vector<int> cells;         ///< of get
-    CellValues cellValues;          ///< of set
-    std::vector<ByteRange> ranges;  ///< of peek
-    ByteValues byteValues;          ///< of poke
+    std::string file;                ///< of read, write, verify, info and restore
+    std::vector<std::string> sides;  ///< of compare, two
+    std::vector<int> cells;          ///< of get
+    CellValues cellValues;           ///< of set
+    std::vector<ByteRange> ranges;   ///< of peek
+    ByteValues byteValues;           ///< of poke
 
     TargetDevice device = TargetDevice::Primary;
     PortRequest port;
@@ -64,6 +83,8 @@ struct Arguments {
     std::optional<std::string> output;
     bool raw = false;
     bool force = false;
+    bool differences = false;
+    std::optional<int> passes;  ///< how often a whole device is read
 
     bool yes = false;
     bool dryRun = false;
@@ -75,6 +96,13 @@ struct Arguments {
 
 /// `-` stands for standard input or output.
 inline constexpr std::string_view kStandardStream = "-";
+
+/// What stands for the device, and for the newest backup; `backup:2` is the one before.
+inline constexpr std::string_view kDeviceSide = "device";
+inline constexpr std::string_view kBackupSide = "backup";
+
+/// Whether the command needs no device.
+bool WorksOnFiles(const Arguments& arguments);
 
 /// Whether it is the file that goes there, and not the report.
 bool WritesToStandardOutput(const Arguments& arguments);

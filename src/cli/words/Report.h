@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "archive/ImageBackups.h"
 #include "cli/words/Arguments.h"
 #include "image/Mismatch.h"
 
@@ -57,6 +58,7 @@ struct Report {
     std::vector<Mismatch> mismatches;  ///< of setting values, compared with a settings archive
     std::vector<CellValue> settings;
     std::string backup;
+    std::optional<std::vector<KeptImage>> backups;  ///< newest first
     std::string message;
 
     /// Ends the command; the message of an error says what failed and what to do.
@@ -68,6 +70,9 @@ struct Report {
     bool IsError() const { return status != Status::Done && status != Status::Different; }
     int ExitStatus() const { return static_cast<int>(status) + signal; }
 };
+
+/// "2026-11-24 19:52:30".
+std::string KeptWhen(const KeptImage& backup);
 
 /// One line for each byte, with the setting's name where it has one; of a whole device only those
 /// that change, behind a line that counts them. After `most` lines the rest is counted.

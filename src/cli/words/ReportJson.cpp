@@ -68,6 +68,15 @@ Json MismatchesOf(const Report& report) {
     return list;
 }
 
+/// Numbers count from the newest.
+Json BackupsOf(const std::vector<KeptImage>& backups) {
+    Json list = Json::array();
+    for (const KeptImage& backup : backups)
+        list.push_back(
+            {{"number", list.size() + 1}, {"kept", KeptWhen(backup)}, {"file", backup.path}});
+    return list;
+}
+
 }  // namespace
 
 std::string JsonText(const Report& report) {
@@ -96,6 +105,8 @@ std::string JsonText(const Report& report) {
         object["mismatches"] = MismatchesOf(report);
     if (!report.settings.empty())
         object["settings"] = SettingsOf(report);
+    if (report.backups)
+        object["backups"] = BackupsOf(*report.backups);
     if (!report.backup.empty())
         object["backup"] = report.backup;
     if (!report.message.empty())

@@ -65,7 +65,24 @@ std::string MismatchList(const Report& report) {
     return text;
 }
 
+std::string BackupTable(const Report& report) {
+    std::string text;
+    int number = 0;
+    for (const KeptImage& backup : report.backups.value_or(std::vector<KeptImage>()))
+        text += "backup:" + std::to_string(++number) + "  " + KeptWhen(backup) + "  " +
+                backup.path + "\n";
+    return text;
+}
+
 }  // namespace
+
+std::string KeptWhen(const KeptImage& backup) {
+    std::string text = backup.timestamp;  // 20261124-195230
+    for (const auto& [place, sign] : {std::pair{13, ':'}, {11, ':'}, {6, '-'}, {4, '-'}})
+        text.insert(static_cast<std::size_t>(place), 1, sign);
+    text[10] = ' ';
+    return text;
+}
 
 void Report::Interrupt(int bySignal, const std::string& howFar) {
     signal = bySignal;
@@ -129,7 +146,8 @@ std::string PlainText(const Report& report) {
     add("CRC-32", report.crc);
     add("Backup", report.backup);
     text += ChangeLines(report.planned, report.planned.size());
-    return text + DataTable(report) + MismatchList(report) + SettingsTable(report);
+    return text + BackupTable(report) + DataTable(report) + MismatchList(report) +
+           SettingsTable(report);
 }
 
 }  // namespace tarnwell::cli

@@ -25,4 +25,17 @@ void CellCommands::CopyToAllFormats(int cell) {
     Post(std::string(setting.code) + " Value Copied to All Formats");
 }
 
+bool CellCommands::CanRevert(int cell) const {
+    const auto read = cells_.LastRead(cell);
+    return HasPlace() && read && (cells_.Value(cell) != read || cells_.MarkOf(cell) == Mark::Save);
+}
+
+void CellCommands::Revert(int cell) {
+    const CommandScope scope(statusBar_);
+    cells_.ShowValue(cell, *cells_.LastRead(cell));
+    cells_.SetMark(cell, Mark::Clean);
+    cells_.SetColour(cell, CellColour::Normal);
+    Post(StatusLineName(cell) + "Value Reverted");
+}
+
 }  // namespace tarnwell

@@ -20,6 +20,12 @@ class CellCommands final : private Command {
     /// Gives the setting this value in all its formats; what changes waits to be written.
     void CopyToAllFormats(int cell);
 
+    /// Whether the cell differs from what was last read, or waits.
+    bool CanRevert(int cell) const;
+
+    /// Shows what was last read; the value no longer waits.
+    void Revert(int cell);
+
   private:
     SettingCells& cells_;
 };

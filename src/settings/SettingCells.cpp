@@ -19,6 +19,11 @@ void SettingCells::ShowValue(int cell, std::uint8_t value) {
     SetCaption(cell, NumberText(value, state_.numberMode));
 }
 
+void SettingCells::ShowRead(int cell, std::uint8_t value) {
+    ShowValue(cell, value);
+    SetLastRead(cell, value);
+}
+
 void SettingCells::SetCaption(int cell, std::string caption) {
     At(cell).caption = std::move(caption);
     At(cell).empty = false;
@@ -36,6 +41,7 @@ void SettingCells::SetColour(int cell, CellColour colour) {
 }
 
 void SettingCells::ClearSettingCells() {
+    read_.fill(std::nullopt);
     for (int cell = 0; cell < kCellCount; ++cell) {
         At(cell).caption.clear();
         At(cell).empty = true;

@@ -49,6 +49,18 @@ class SettingCells final : public NumberDisplay {
     std::optional<std::uint8_t> Value(int cell) const;
 
     void ShowValue(int cell, std::uint8_t value);
+
+    /// Shows a value as it was read.
+    void ShowRead(int cell, std::uint8_t value);
+
+    /// The value that was last read for the cell, or found there after it was written.
+    std::optional<std::uint8_t> LastRead(int cell) const {
+        return read_[static_cast<std::size_t>(cell)];
+    }
+    void SetLastRead(int cell, std::uint8_t value) {
+        read_[static_cast<std::size_t>(cell)] = value;
+    }
+
     void SetCaption(int cell, std::string caption);
 
     Mark MarkOf(int cell) const { return At(cell).mark; }
@@ -81,6 +93,7 @@ class SettingCells final : public NumberDisplay {
     const ProgramState& state_;
     SettingsView& view_;
     std::array<State, kCellCount> cells_;
+    std::array<std::optional<std::uint8_t>, kCellCount> read_;
 };
 
 }  // namespace tarnwell

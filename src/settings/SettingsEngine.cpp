@@ -34,7 +34,7 @@ void SettingsEngine::ShowSettingsFromBuffer() {
         return;
     for (int cell = 0; cell < kCellCount; ++cell) {
         const std::uint8_t byte = buffer_[static_cast<std::size_t>(AddressOf(cell))];
-        cells_.ShowValue(cell, FieldOf(byte, ShiftOf(cell)));
+        cells_.ShowRead(cell, FieldOf(byte, ShiftOf(cell)));
     }
 }
 
@@ -52,7 +52,7 @@ void SettingsEngine::ReadSettingsFromEep() {
         bytes[static_cast<std::size_t>(cell)] = i2c_.ReadData()[0];
     }
     for (int cell = 0; cell < kCellCount; ++cell)
-        cells_.ShowValue(cell, FieldOf(bytes[static_cast<std::size_t>(cell)], ShiftOf(cell)));
+        cells_.ShowRead(cell, FieldOf(bytes[static_cast<std::size_t>(cell)], ShiftOf(cell)));
     Post("Settings Values Read from EEPROM");
 }
 
@@ -161,6 +161,7 @@ std::optional<std::vector<Mismatch>> SettingsEngine::VerifyEEP(
             return std::nullopt;
         const std::uint8_t found = i2c_.ReadData()[0];
         if (found == byte) {
+            cells_.SetLastRead(cell, FieldOf(found, ShiftOf(cell)));
             cells_.SetMark(cell, Mark::Clean);
             continue;
         }

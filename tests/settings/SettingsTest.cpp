@@ -318,6 +318,25 @@ TEST_F(SettingsTest, TheStatusLineSaysHowManyValuesOfThePageWait) {
     program.valueEditor.CellClicked(32);
 }
 
+TEST_F(SettingsTest, RevertsToWhatWasReadAndCopiesToAllFormats) {
+    CellCommands& commands = program.cellCommands;
+    EXPECT_FALSE(commands.CanRevert(8)) << "never read";
+    memory[2401] = 6;
+    program.settings.ReadSettingsFromEep();
+    cells.ShowValue(2, 0);
+    Edit({8}, 9);
+    EXPECT_TRUE(commands.CanRevert(8) && !commands.CanRevert(14));
+    commands.Revert(8);
+    EXPECT_EQ(test.Status(), "480p R-YR Value Reverted");
+    EXPECT_EQ(cells.Caption(8) + Looks({8}), "6Cn");
+    EXPECT_FALSE(commands.CanRevert(8));
+    commands.CopyToAllFormats(8);
+    EXPECT_EQ(cells.Caption(2) + cells.Caption(20) + Looks({2, 8}), "66ScCn");
+    EXPECT_TRUE(commands.CanCopy(8) && !commands.CanCopy(32)) << "TINT has no formats";
+    program.state.targetDevice = TargetDevice::Secondary;
+    EXPECT_FALSE(commands.CanCopy(8) || commands.CanRevert(2));
+}
+
 TEST(DestinationTest, NamesAndAddresses) {
     constexpr auto kNone = std::nullopt;
     const struct {

@@ -21,6 +21,8 @@ void popUpCellMenu(QWidget& window, Program& program, int cell, const QPoint& pl
     };
     CellCommands& commands = program.cellCommands;
     add("mnuCellEdit", "&Edit", true, starts.edit);
+    add("mnuCellRevert", "&Revert", commands.CanRevert(cell),
+        run([&commands, cell] { commands.Revert(cell); }));
     add("mnuCellCopy", "&Copy to All Formats", commands.CanCopy(cell),
         run([&commands, cell] { commands.CopyToAllFormats(cell); }));
     add("mnuCellShow", "&Show in Data Editor", commands.HasPlace(),

@@ -3,6 +3,7 @@
 #include <random>
 
 #include "Rows.h"
+#include "differences/DifferenceCount.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestProgram.h"
 
@@ -32,6 +33,13 @@ void AddArchives(Table& table) {
         table.Add(name, BestOf(kTimes, work), kFrame, "a picture at 60 a second");
     };
     add("CRC-32 text", [&] { mCRC32::BufferCrcText(program.buffer); });
+    MemoryBuffer other = program.buffer;
+    for (std::size_t address = 0; address < kEepromBytes; address += 3)
+        other[address] ^= 1;
+    add("comparison of two images", [&] {
+        DifferencesText(CountDifferences(TargetDevice::Primary, program.buffer, other));
+        Differences(program.buffer, other);
+    });
     add("grid: fill", [&] { program.grid.FillGrid(); });
     add("grid: transfer to the buffer", [&] { program.grid.TransferGrid(); });
     add("number mode change of everything shown", [&] {

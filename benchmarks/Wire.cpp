@@ -16,6 +16,7 @@ constexpr int kReadClocks = kEepromBytes * 9;
 
 /// Select, two address bytes and the value, then the poll that the device answers.
 constexpr int kWriteClocks = 4 * 9 + 9;
+constexpr int kByteClocks = 9;
 
 /// What a port with accesses of `access` seconds allows. The edge may lie anywhere in its access,
 /// so a period is 10 us and an access. The clock after a byte read has four accesses for SDA and
@@ -26,6 +27,11 @@ struct Limits {
     double Clock() const { return kClock + access; }
     double Read() const {
         return kEepromBytes * (8 * Clock() + std::max(Clock(), 7 * access + kHighTime));
+    }
+    /// `pages` pages with `bytes` bytes in all.
+    double WritePages(int pages, int bytes) const {
+        return (bytes * kByteClocks + pages * (kWriteClocks - kByteClocks)) * Clock() +
+               pages * kWriteCycleSeconds;
     }
     double Write(int bytes) const { return bytes * (kWriteClocks * Clock() + kWriteCycleSeconds); }
 };
@@ -76,6 +82,26 @@ void AddRealTime(Table& table, const std::string& name, BusTime accessCost, Leng
         table.Add("write with verification, " + name,
                   SecondsOf([&] { quiet.program.wholeDevice.WriteEntireEep(); }),
                   limits.Write(kEepromBytes) + limits.Read(), limitIs + ", and the write cycles");
+    AddTimes(table, port, limits);
+}
+
+/// All bytes different, and one setting, on a port that costs nothing: two whole reads and the
+/// pages.
+void AddDifferences(Table& table) {
+    const Limits limits{0};
+    RealTimePort port(BusTime(0));
+    QuietProgram quiet(port, port.TheClock());
+    Program& program = quiet.program;
+    program.wholeDevice.ReadEntireEep();
+    const auto write = [&] { program.writeDifferences.WriteDifferencesToEep(); };
+    for (std::uint8_t& byte : program.buffer)
+        byte ^= 0x5A;
+    table.Add("write of differences, all 8192 bytes", SecondsOf(write),
+              2 * limits.Read() + limits.WritePages(kEepromBytes / kPageBytes, kEepromBytes),
+              "10 us a clock, and the write cycles");
+    program.buffer[2363] ^= 0x5A;
+    table.Add("write of differences, one setting", SecondsOf(write),
+              2 * limits.Read() + kWriteCycleSeconds, "two whole reads and a write cycle");
     AddTimes(table, port, limits);
 }
 
@@ -134,6 +160,7 @@ void AddSimulated(Table& table) {
 void AddWire(Table& table, Length length) {
     AddSimulated(table);
     AddPolling(table);
+    AddDifferences(table);
     AddRealTime(table, "port that costs nothing", BusTime(0), length);
     AddRealTime(table, "port of 1.2 us an access", BusTime(1200), length);
 }

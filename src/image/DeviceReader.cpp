@@ -25,14 +25,8 @@ Box AskDisagreeing(std::size_t bytes, std::size_t passes) {
 
 }  // namespace
 
-DeviceReader::DeviceReader(const ProgramState& state, StatusBar& statusBar, User& user,
-                           EepromBus& i2c, WriteGuard& writeGuard, ByteNames names)
-    : state_(state),
-      statusBar_(statusBar),
-      user_(user),
-      i2c_(i2c),
-      writeGuard_(writeGuard),
-      names_(std::move(names)) {}
+DeviceReader::DeviceReader(const CommandContext& context, ByteNames names)
+    : Command(context), names_(std::move(names)) {}
 
 DeviceReading DeviceReader::Read(MemoryBuffer& image) {
     std::vector<MemoryBuffer> passes;
@@ -41,7 +35,7 @@ DeviceReading DeviceReader::Read(MemoryBuffer& image) {
         return DeviceReading::Aborted;
     }
     if (!MayUse(passes)) {
-        statusBar_.ShowStatus(kReadCancelled, kResultSeconds);
+        Post(kReadCancelled);
         return DeviceReading::Refused;
     }
     std::copy_n(passes.back().begin(), kEepromBytes, image.begin());

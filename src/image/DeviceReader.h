@@ -2,8 +2,8 @@
 // taken for what the device holds.
 #pragma once
 
+#include "image/Command.h"
 #include "image/Mismatch.h"
-#include "image/WriteGuard.h"
 
 namespace tarnwell {
 
@@ -14,11 +14,10 @@ enum class DeviceReading : std::uint8_t {
     Aborted,  ///< the bus is free again, and the user was told
 };
 
-class DeviceReader {
+class DeviceReader final : private Command {
   public:
     /// `names` are those of the target device's bytes.
-    DeviceReader(const ProgramState& state, StatusBar& statusBar, User& user, EepromBus& i2c,
-                 WriteGuard& writeGuard, ByteNames names);
+    DeviceReader(const CommandContext& context, ByteNames names);
 
     /// Reads the target device after its bus check. `image`, slots 0 to 8191, and what is kept as a
     /// backup change only if the reading is taken.
@@ -32,11 +31,6 @@ class DeviceReader {
     std::string ReadingsLine(int address, const std::vector<MemoryBuffer>& passes) const;
     bool Wants(Box question, std::string details);
 
-    const ProgramState& state_;
-    StatusBar& statusBar_;
-    User& user_;
-    EepromBus& i2c_;
-    WriteGuard& writeGuard_;
     ByteNames names_;
 };
 

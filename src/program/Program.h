@@ -67,8 +67,8 @@ class Program final {
     mI2Ccode i2c;
     ImageBackups backups;
     WriteGuard writeGuard;
-    DeviceReader deviceReader;
     const CommandContext context;
+    DeviceReader deviceReader;
     DataGrid grid;
     PendingWrites pending;
     CellEditor cellEditor;

@@ -45,6 +45,31 @@ bool WritePending(TestProgram& test) {
     return ToldVerified(test);
 }
 
+/// A page from its second byte on.
+std::map<int, std::uint8_t> Page() {
+    std::map<int, std::uint8_t> page;
+    for (int place = 1; place < kPageBytes; ++place)
+        page[0x0A60 + place] = static_cast<std::uint8_t>(0x35 + 7 * place);
+    return page;
+}
+
+bool WritePage(TestProgram& test) {
+    EepromBus& bus = test.program.i2c;
+    const BusClaim claim(bus);
+    std::vector<std::uint8_t> bytes;
+    for (const auto& [address, value] : Page())
+        bytes.push_back(value);
+    if (bus.CheckBus(Quiet::No) != BusCheck::Ok)
+        return false;
+    const auto first = static_cast<std::int16_t>(Page().begin()->first);
+    const auto count = static_cast<std::int16_t>(bytes.size());
+    if (bus.WritePage(first, bytes) == Transfer::Done &&
+        bus.ReadBlock(first, count) == Transfer::Done)
+        return std::equal(bytes.begin(), bytes.end(), bus.ReadData().begin());
+    bus.AbortOperation();
+    return false;
+}
+
 /// Other bytes in every row, so that a shifted address shows.
 std::map<int, std::uint8_t> WholeImage() {
     std::map<int, std::uint8_t> image;
@@ -118,14 +143,13 @@ TEST_P(Glitch, WritesNoOtherByteAndIsTold) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Writes, Glitch,
-                         ::testing::Values(Write{"WholeDevice", WholeImage(), WriteWholeDevice},
-                                           Write{"Settings",
-                                                 {{2363, 0x96}, {2085, 0xA8 | 1}, {2228, 0x5F}},
-                                                 WriteSettings},
-                                           Write{
-                                               "Pending", {{80, 150}, {8191, 150}}, WritePending}),
-                         [](const auto& write) { return std::string(write.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Writes, Glitch,
+    ::testing::Values(
+        Write{"WholeDevice", WholeImage(), WriteWholeDevice}, Write{"Page", Page(), WritePage},
+        Write{"Settings", {{2363, 0x96}, {2085, 0xA8 | 1}, {2228, 0x5F}}, WriteSettings},
+        Write{"Pending", {{80, 150}, {8191, 150}}, WritePending}),
+    [](const auto& write) { return std::string(write.param.name); });
 
 }  // namespace
 }  // namespace tarnwell

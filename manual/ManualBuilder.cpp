@@ -159,15 +159,23 @@ class Manual {
         WalkGallery([&](const std::string& name, QWidget& window) {
             if (const auto* dialog = qobject_cast<QFileDialog*>(&window))
                 steady(*dialog);
-            const QPixmap picture = window.grab();
-            const QString file = QStringLiteral("pictures/%1.png").arg(toQt(name));
-            if (picture.save(m_target.filePath(file)))
-                m_pictures.insert(toQt(name), picture.deviceIndependentSize().toSize());
-            else  // no exception may leave an event of Qt's
-                unwritten = m_target.filePath(file);
+            // no exception may leave an event of Qt's
+            if (!take(window, toQt(name)))
+                unwritten = toQt(name);
+            if (name == "compare") {
+                window.setPalette(QPalette(QColor(0xf0, 0xf0, 0xf0), QColor(0x2b, 0x2b, 0x2b)));
+                if (!take(window, QStringLiteral("compare-dark")))
+                    unwritten = toQt(name);
+            }
         });
         if (!unwritten.isEmpty())
-            throw BuildError(unwritten + QStringLiteral(" cannot be written"));
+            throw BuildError(QStringLiteral("the picture %1 cannot be written").arg(unwritten));
+    }
+
+    bool take(QWidget& window, const QString& name) {
+        const QPixmap picture = window.grab();
+        m_pictures.insert(name, picture.deviceIndependentSize().toSize());
+        return picture.save(m_target.filePath(QStringLiteral("pictures/%1.png").arg(name)));
     }
 
     void writePages() const {

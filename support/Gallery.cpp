@@ -9,6 +9,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTreeView>
 #include <utility>
 
 #include "core/OptionsFile.h"
@@ -66,6 +67,7 @@ class Exhibition {
     void ShowEditor();
     void ShowPopups();
     void ShowNavigation();
+    void ShowCompare();
     void ShowInterfaceTest();
 
   private:
@@ -240,6 +242,22 @@ void Exhibition::ShowNavigation() {
     find.reject();
 }
 
+void Exhibition::ShowCompare() {
+    Choose("mnuEEPRead");
+    MemoryBuffer& buffer = window_.program().buffer;
+    for (const int address : {2085, 2363, 2364, 4096, 4097, 4098, 6000})
+        buffer[static_cast<std::size_t>(address)] ^= 0x15;
+    Expect("compare", Cancel, [](QWidget& dialog) {
+        auto& table = Child<QTreeView>(dialog, "tblDifferences");
+        table.expandAll();
+        table.setCurrentIndex(table.model()->index(0, 0));
+    });
+    Choose("mnuEEPCompare");
+    Expect("backups", Cancel);
+    Choose("mnuFileBackups");
+    Choose("mnuEEPRead");
+}
+
 void Exhibition::ShowInterfaceTest() {
     Expect("interface-test", Cancel, Click("ClockOut_0"));
     Choose("mnuPortTest");
@@ -266,6 +284,7 @@ void WalkGallery(const Visit& visit) {
         exhibition.ShowOptions();
         exhibition.ShowQuestions();
         exhibition.ShowMenus();
+        exhibition.ShowCompare();
         exhibition.ShowEditor();
         exhibition.ShowPopups();
         exhibition.ShowNavigation();

@@ -9,6 +9,7 @@ namespace tarnwell {
 
 namespace {
 
+constexpr std::string_view kLoadTitle = "Load EEProm Image";
 constexpr std::string_view kSaveCancelled = "EEProm Image Save Cancelled";
 constexpr std::string_view kDiscardRefused = "EEProm Image Load Canceled";
 constexpr std::string_view kLoadCancelled = "EEProm Image Load Cancelled";
@@ -16,6 +17,10 @@ constexpr std::string_view kLoadFailed = "EEProm Image Load Failed";
 
 constexpr Message kAskDiscard{"Discard Present EEProm Image?", "D I S K   L O A D",
                               BoxStyle::YesNoQuestion};
+constexpr Message kAskOtherDevice{
+    "This is a backup of the Secondary EEProm, but the Primary EEProm is selected.\r\n"
+    "Load it all the same?",
+    "C A U T I O N", BoxStyle::YesNoExclamation};
 constexpr Message kNoSRecords{
     "The archive is not an S-Record file;\r\nAn EEProm image was not loaded.",
     "E R R O R - File Mismatch", BoxStyle::Exclamation};
@@ -44,6 +49,15 @@ std::string Without(std::string text, std::string_view characters) {
     std::erase_if(
         text, [=](char character) { return characters.find(character) != std::string_view::npos; });
     return text;
+}
+
+Box AskOtherDevice(const KeptImage& kept) {
+    Box box = kAskOtherDevice;
+    if (kept.device == TargetDevice::Primary)
+        box.text =
+            "This is a backup of the Primary EEProm, but the Secondary EEProm is selected."
+            "\r\nLoad it all the same?";
+    return std::move(box).WithDefaultNo();
 }
 
 }  // namespace
@@ -81,7 +95,7 @@ void ImageArchive::LoadImage() {
     const CommandScope scope(statusBar_);
     if (!MayReplaceBuffer())
         return;
-    const auto path = AskArchive(FileRequest::Kind::Open, "Load EEProm Image", "");
+    const auto path = AskArchive(FileRequest::Kind::Open, kLoadTitle, "");
     if (!path)
         return Post(kLoadCancelled);
     LoadFrom(*path);
@@ -93,9 +107,24 @@ void ImageArchive::LoadImageFile(const std::string& path) {
         LoadFrom(path);
 }
 
-bool ImageArchive::MayReplaceBuffer() {
+void ImageArchive::LoadKeptImage(const KeptImage& kept) {
+    const CommandScope scope(statusBar_);
     if (!displays_.MayRefillGrid())
-        return false;
+        return;
+    if (kept.device != state_.targetDevice && user_.ShowBox(AskOtherDevice(kept)) != Answer::Yes)
+        return Post(kLoadCancelled);
+    if (!MayDiscardImage())
+        return;
+    ArchiveFile file(kept.path);
+    if (MayLoad(file))
+        LoadRecords(file);
+}
+
+bool ImageArchive::MayReplaceBuffer() {
+    return displays_.MayRefillGrid() && MayDiscardImage();
+}
+
+bool ImageArchive::MayDiscardImage() {
     if (!state_.EepRead || user_.ShowBox(kAskDiscard) == Answer::Yes)
         return true;
     Post(kDiscardRefused);
@@ -105,26 +134,75 @@ bool ImageArchive::MayReplaceBuffer() {
 void ImageArchive::LoadFrom(const std::string& path) {
     SetArchiveFolder(path);
     ArchiveFile file(path);
+    if (MayLoad(file))
+        LoadRecords(file);
+}
+
+std::optional<MemoryBuffer> ImageArchive::AskImage() {
+    const CommandScope scope(statusBar_);
+    const auto path = AskArchive(FileRequest::Kind::Open, kLoadTitle, "");
+    if (!path) {
+        Post(kLoadCancelled);
+        return std::nullopt;
+    }
+    SetArchiveFolder(*path);
+    return ReadImageFile(*path);
+}
+
+std::optional<MemoryBuffer> ImageArchive::ReadImageFile(const std::string& path) {
+    const CommandScope scope(statusBar_);
+    ArchiveFile file(path);
+    if (!MayLoad(file))
+        return std::nullopt;
+    MemoryBuffer image{};
+    switch (LoadImageRecords(file, image)) {
+        case LoadEnd::Complete:
+            return image;
+        case LoadEnd::WrongChecksum:
+            Refuse(kCorrupt);
+            break;
+        case LoadEnd::LineTooLong:
+            Refuse(kLineTooLong);
+            break;
+        case LoadEnd::NoTerminator:
+        case LoadEnd::BadRecord:
+        case LoadEnd::TooManyAddresses:
+            Refuse(kNoImage);
+            break;
+    }
+    return std::nullopt;
+}
+
+bool ImageArchive::MayLoad(const ArchiveFile& file) {
     switch (file.Kind()) {
         case ArchiveKind::Image:
-            return LoadRecords(file);
+            return true;
         case ArchiveKind::Settings:
         case ArchiveKind::Foreign:
-            return WantsForeign(file.Kind()) ? LoadRecords(file) : Post(kLoadCancelled);
+            if (WantsForeign(file.Kind()))
+                return true;
+            Post(kLoadCancelled);
+            break;
         case ArchiveKind::OtherValues:
-            return Refuse(kNoImage);
+            Refuse(kNoImage);
+            break;
         case ArchiveKind::NoSRecords:
-            return Refuse(kNoSRecords);
+            Refuse(kNoSRecords);
+            break;
         case ArchiveKind::LineTooLong:
-            return Refuse(kLineTooLong);
+            Refuse(kLineTooLong);
+            break;
         case ArchiveKind::TooLarge:
-            return Refuse(kTooLarge);
+            Refuse(kTooLarge);
+            break;
         case ArchiveKind::Empty:
         case ArchiveKind::NotRegular:
         case ArchiveKind::Missing:
         case ArchiveKind::Unreadable:
-            return Post(kLoadCancelled);
+            Post(kLoadCancelled);
+            break;
     }
+    return false;
 }
 
 bool ImageArchive::WantsForeign(ArchiveKind kind) {

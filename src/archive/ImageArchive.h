@@ -3,6 +3,7 @@
 
 #include "archive/ArchiveCommand.h"
 #include "archive/ArchiveFile.h"
+#include "archive/ImageBackups.h"
 #include "core/Calendar.h"
 #include "image/WholeDevice.h"
 
@@ -19,11 +20,24 @@ class ImageArchive final : private ArchiveCommand {
     /// The same with the file `path`, a full path, which nobody is asked for.
     void LoadImageFile(const std::string& path);
 
+    /// The image of a file that the user picks, with the boxes of a load that refuses it. The
+    /// buffer stays as it is; nothing if the file is not taken as a whole.
+    std::optional<MemoryBuffer> AskImage();
+
+    /// The same of the file `path`.
+    std::optional<MemoryBuffer> ReadImageFile(const std::string& path);
+
+    /// Loads an image that the program kept, as the menu does a file that is picked; one of the
+    /// other device is asked about.
+    void LoadKeptImage(const KeptImage& kept);
+
   private:
     std::string ProposedName() const;
     [[nodiscard]] bool SaveTo(const std::string& path);
     bool MayReplaceBuffer();
+    bool MayDiscardImage();
     void LoadFrom(const std::string& path);
+    bool MayLoad(const ArchiveFile& file);
     bool WantsForeign(ArchiveKind kind);
     void LoadRecords(ArchiveFile& file);
     void TellThatItStopped(LoadEnd end);

@@ -10,6 +10,7 @@ namespace {
 constexpr std::string_view kProposedName = "Tarnwell-Settings";
 constexpr std::string_view kHiddenMenuName = "Quillmer.mot";
 
+constexpr std::string_view kLoadTitle = "Load Settings";
 constexpr std::string_view kSaveCancelled = "Settings Save Cancelled";
 constexpr std::string_view kLoadCanceled = "Load Settings Canceled";
 
@@ -57,7 +58,7 @@ bool SettingsArchive::SaveTo(const std::string& path) {
 void SettingsArchive::LoadSettings() {
     const CommandScope scope(statusBar_);
     const auto path =
-        AskArchive(FileRequest::Kind::OpenAnyName, "Load Settings", std::string(kProposedName));
+        AskArchive(FileRequest::Kind::OpenAnyName, kLoadTitle, std::string(kProposedName));
     if (!path)
         return Post(kLoadCanceled);
     if (path->ends_with(kHiddenMenuName)) {
@@ -77,34 +78,71 @@ void SettingsArchive::LoadSettingsFile(const std::string& path) {
 void SettingsArchive::LoadFrom(const std::string& path) {
     SetArchiveFolder(path);
     ArchiveFile file(path);
+    if (MayLoad(file))
+        LoadRecords(file);
+}
+
+std::optional<SettingDigits> SettingsArchive::AskValues() {
+    const CommandScope scope(statusBar_);
+    const auto path = AskArchive(FileRequest::Kind::Open, kLoadTitle, "");
+    if (!path) {
+        Post(kLoadCanceled);
+        return std::nullopt;
+    }
+    SetArchiveFolder(*path);
+    ArchiveFile file(*path);
+    if (!MayLoad(file))
+        return std::nullopt;
+    SettingDigits digits;
+    const LoadEnd end = LoadSettingsRecords(file, digits);
+    Tell(end);
+    if (end != LoadEnd::Complete)
+        return std::nullopt;
+    return digits;
+}
+
+bool SettingsArchive::MayLoad(const ArchiveFile& file) {
     switch (file.Kind()) {
         case ArchiveKind::Settings:
-            return LoadRecords(file);
+            return true;
         case ArchiveKind::Image:
         case ArchiveKind::OtherValues:
         case ArchiveKind::Foreign:
-            return Refuse(kNoSettings);
+            Refuse(kNoSettings);
+            break;
         case ArchiveKind::NoSRecords:
-            return Refuse(kNoSRecords);
+            Refuse(kNoSRecords);
+            break;
         case ArchiveKind::LineTooLong:
-            return Refuse(kLineTooLong);
+            Refuse(kLineTooLong);
+            break;
         case ArchiveKind::TooLarge:
-            return Refuse(kTooLarge);
+            Refuse(kTooLarge);
+            break;
         case ArchiveKind::Empty:
         case ArchiveKind::NotRegular:
         case ArchiveKind::Missing:
         case ArchiveKind::Unreadable:
-            return Post(kLoadCanceled);
+            Post(kLoadCanceled);
+            break;
     }
+    return false;
 }
 
 void SettingsArchive::LoadRecords(ArchiveFile& file) {
     SettingDigits digits;
     const LoadEnd end = LoadSettingsRecords(file, digits);
     ShowValues(digits);
+    if (end == LoadEnd::Complete)
+        Post("Settings Loaded from Archive Disk File");
+    else
+        Tell(end);
+}
+
+void SettingsArchive::Tell(LoadEnd end) {
     switch (end) {
         case LoadEnd::Complete:
-            return Post("Settings Loaded from Archive Disk File");
+            return;
         case LoadEnd::WrongChecksum:
             return Refuse(kCorrupt);
         case LoadEnd::LineTooLong:

@@ -24,6 +24,11 @@ void HelpCommands::ReleaseHistory() {
     Open("history.txt", Opening::InViewer);
 }
 
+void HelpCommands::ShowFolder(const std::string& path) {
+    if (!programs_.OpenInViewer(path))
+        user_.ShowBox(CannotStart(programs_, path));
+}
+
 void HelpCommands::StartExtraProgram() {
     Open("pemvora", Opening::AsProgram);
 }

@@ -16,6 +16,9 @@ class HelpCommands {
     void HelpTopics() { ShowTopic(Topic::Contents); }
     void ReleaseHistory();
 
+    /// Shows a folder as the desktop does.
+    void ShowFolder(const std::string& path);
+
     /// A double-click on a status caption.
     void StartExtraProgram();
 

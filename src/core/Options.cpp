@@ -23,6 +23,7 @@ constexpr Option kMainTop{kStartup, "MainTop", "144"};
 constexpr Option kMainLeft{kStartup, "MainLeft", "144"};
 constexpr Option kEditTop{kStartup, "EditTop", "144"};
 constexpr Option kEditLeft{kStartup, "EditLeft", "144"};
+constexpr Option kComparePlace{kStartup, "ComparePlace", ""};
 constexpr Option kInitDir{kProgOpts, "InitDir", R"(C:\)"};
 constexpr Option kNumMode{kProgOpts, "NumMode", "Decimal"};
 constexpr Option kDataWarn{kProgOpts, "DataWarn", "ShowWarn"};
@@ -64,6 +65,7 @@ void LoadOptions(mRegistry& registry, ProgramState& state, PlacedWindow& window)
     window.Place({top, left});
     state.editTop = Query(registry, kEditTop);
     state.editLeft = Query(registry, kEditLeft);
+    state.comparePlace = Query(registry, kComparePlace);
     state.archiveFolder = Query(registry, kInitDir);
     state.numberMode = NumberModeFromWord(Query(registry, kNumMode));
     state.editorWarning = Query(registry, kDataWarn);
@@ -82,6 +84,8 @@ void SaveOptions(mRegistry& registry, const ProgramState& state, PlacedWindow& w
     Set(registry, kMainLeft, std::to_string(place.left));
     Set(registry, kEditTop, state.editTop);
     Set(registry, kEditLeft, state.editLeft);
+    if (!state.comparePlace.empty())
+        Set(registry, kComparePlace, state.comparePlace);
     Set(registry, kInitDir, state.archiveFolder);
     Set(registry, kNumMode, Word(state.numberMode));
     Set(registry, kDataWarn, state.editorWarning);

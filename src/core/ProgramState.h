@@ -29,6 +29,7 @@ struct ProgramState {
     std::string editorWarning;  ///< "ShowWarn" or "NoWarn"
     std::string editTop;        ///< the value editor's place, twips
     std::string editLeft;
+    std::string comparePlace;   ///< "LEFT TOP WIDTH HEIGHT" in pixels, or empty
     std::string archiveFolder;  ///< where the file dialogs open
     int readPasses = 1;         ///< how often a whole device is read before the reading counts
 

@@ -41,7 +41,7 @@ WriteDifferences::WriteDifferences(const CommandContext& context, DeviceReader& 
 
 void WriteDifferences::WriteDifferencesToEep() {
     const CommandScope scope(statusBar_);
-    if (!state_.EepRead && !state_.BufferChanged) {
+    if (!HoldsImage(state_, buffer_)) {
         user_.ShowBox(kMustReadFirst);
         return;
     }

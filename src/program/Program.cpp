@@ -36,6 +36,7 @@ Program::Program(const Surroundings& outside)
       wholeDevice(context, deviceReader, buffer, followers),
       imageArchive(context, outside.calendar, buffer, followers),
       settingsArchive(context, cells, settings),
+      compare(context, deviceReader, imageArchive, settingsArchive, cells, buffer, followers),
       writeDifferences(context, deviceReader, buffer),
       numberModeMenu(state, statusBar, outside.screen, {&cells, &grid, &pending}),
       helpCommands(outside.programs, outside.user),

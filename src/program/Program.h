@@ -6,6 +6,7 @@
 #include "archive/SettingsArchive.h"
 #include "core/HelpCommands.h"
 #include "core/RunEnds.h"
+#include "differences/Compare.h"
 #include "differences/WriteDifferences.h"
 #include "editor/Find.h"
 #include "i2c/mI2Ccode.h"
@@ -82,6 +83,7 @@ class Program final {
     WholeDevice wholeDevice;
     ImageArchive imageArchive;
     SettingsArchive settingsArchive;
+    Compare compare;
     WriteDifferences writeDifferences;
     NumberModeMenu numberModeMenu;
     HelpCommands helpCommands;

@@ -44,10 +44,13 @@ TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
             keys[fromQt(action->objectName())] =
                 fromQt(QKeySequence::listToString(action->shortcuts()));
     }
-    const std::map<std::string, std::string> expected{
-        {"mnuEditUndo", "Ctrl+Z"}, {"mnuEditRedo", "Ctrl+Shift+Z; Ctrl+Y"},
-        {"mnuEditGoTo", "Ctrl+G"}, {"mnuEditFind", "Ctrl+F"},
-        {"mnuEditFindNext", "F3"}, {"mnuEditFindPrevious", "Shift+F3"}};
+    const std::map<std::string, std::string> expected{{"mnuEEPCompare", "Ctrl+D"},
+                                                      {"mnuEditUndo", "Ctrl+Z"},
+                                                      {"mnuEditRedo", "Ctrl+Shift+Z; Ctrl+Y"},
+                                                      {"mnuEditGoTo", "Ctrl+G"},
+                                                      {"mnuEditFind", "Ctrl+F"},
+                                                      {"mnuEditFindNext", "F3"},
+                                                      {"mnuEditFindPrevious", "Shift+F3"}};
     EXPECT_EQ(keys, expected);
     EXPECT_EQ(child("cmdSaveSettings").geometry(), scaledRect(4920, 3120, 2240, 300));
     EXPECT_EQ(window.centralWidget()->width(), scaled(7305));

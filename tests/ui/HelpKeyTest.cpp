@@ -36,18 +36,19 @@ TEST(HelpKey, OpensTheTopicOfEveryPageDialogAndMenu) {
         QTest::keyClick(window.windowHandle(), Qt::Key_F1, Qt::ShiftModifier);
         EXPECT_EQ(viewer.takeOpened(), "") << name;
     });
-    EXPECT_EQ(
-        opened,
-        "value-editor>value-editor chroma>chroma edges>edges global>global iris>iris "
-        "picture>picture save-image>archives load-image>archives "
-        "port-options>advanced-setup about>about driver-path>port-access "
-        "verify-question>messages secondary-question>messages fill-value>whole-device "
-        "verify-failed>messages menu-file>menus menu-edit>menus menu-eep>menus "
-        "menu-options>menus menu-help>menus editor-warning>data-editor editor-off>data-editor "
-        "editor>data-editor menu-cell>value-editor menu-grid>data-editor "
-        "menu-pending>pending-writes go-to>finding "
-        "find>finding interface-test>interface-test "
-        "interface-test-faults>interface-test ");
+    EXPECT_EQ(opened,
+              "value-editor>value-editor chroma>chroma edges>edges global>global iris>iris "
+              "picture>picture save-image>archives load-image>archives "
+              "port-options>advanced-setup about>about driver-path>port-access "
+              "verify-question>messages secondary-question>messages fill-value>whole-device "
+              "verify-failed>messages menu-file>menus menu-edit>menus menu-eep>menus "
+              "menu-options>menus menu-help>menus compare>compare backups>backups "
+              "editor-warning>data-editor "
+              "editor-off>data-editor "
+              "editor>data-editor menu-cell>value-editor menu-grid>data-editor "
+              "menu-pending>pending-writes go-to>finding "
+              "find>finding interface-test>interface-test "
+              "interface-test-faults>interface-test ");
 }
 
 }  // namespace

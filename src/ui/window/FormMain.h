@@ -63,6 +63,12 @@ class FormMain final : public QMainWindow, private Screen {
     void runMenu(MenuCommand command);
     void turnToPage(Page page);
     void toggleEditor();
+    void compare();
+    void showCompare();
+    void restoreBackup();
+
+    /// A command that a dialog of this window starts.
+    void runInside(const std::function<void()>& command);
     void showPortOptions();
     void showInterfaceTest();
     void startDriverLoader();

@@ -5,7 +5,9 @@
 #include "i2c/InterfaceTest.h"
 #include "i2c/PortOptions.h"
 #include "ui/dialogs/FormAbout.h"
+#include "ui/dialogs/FormBackups.h"
 #include "ui/dialogs/FormCnP.h"
+#include "ui/dialogs/FormCompare.h"
 #include "ui/dialogs/FormPortOpts.h"
 #include "ui/dialogs/FormTestInt.h"
 #include "ui/window/FormMain.h"
@@ -39,7 +41,13 @@ void FormMain::guard(const std::function<void()>& action) {
 // A screen reader presses what neither keyboard nor mouse could reach: while a command is busy,
 // nothing else starts.
 void FormMain::run(const std::function<void()>& command) {
-    if (m_user.isBusy())
+    if (!m_user.isBusy())
+        runInside(command);
+}
+
+// The dialog itself keeps other input away.
+void FormMain::runInside(const std::function<void()>& command) {
+    if (m_user.gate().isShut())
         return;
     guard([&] {
         const CommandScope scope(m_program.statusBar);
@@ -86,6 +94,8 @@ void FormMain::runMenu(MenuCommand command) {
             return run([this] { m_program.imageArchive.SaveImage(); });
         case MenuCommand::SaveSettings:
             return run([this] { m_program.settingsArchive.SaveSettings(); });
+        case MenuCommand::RestoreBackup:
+            return restoreBackup();
         case MenuCommand::Exit:
             close();
             return;
@@ -110,6 +120,8 @@ void FormMain::runMenu(MenuCommand command) {
             return run([this] { m_program.wholeDevice.SelectEeprom(TargetDevice::Primary); });
         case MenuCommand::SelectSecondary:
             return run([this] { m_program.wholeDevice.SelectEeprom(TargetDevice::Secondary); });
+        case MenuCommand::Compare:
+            return compare();
         case MenuCommand::WriteDifferences:
             return run([this] { m_program.writeDifferences.WriteDifferencesToEep(); });
         case MenuCommand::DecimalMode:
@@ -151,6 +163,42 @@ void FormMain::closeEvent(QCloseEvent* event) {
         return;
     }
     event->accept();
+}
+
+void FormMain::compare() {
+    runButton([this] {
+        m_program.compare.Choose(Side::Left, Source::Buffer);
+        m_program.compare.Choose(Side::Right, m_program.state.targetDevice == TargetDevice::Primary
+                                                  ? Source::Primary
+                                                  : Source::Secondary);
+    });
+    showCompare();
+}
+
+void FormMain::showCompare() {
+    FormCompare dialog(
+        m_program, m_user, [this](const std::function<void()>& command) { runInside(command); },
+        this);
+    connect(&m_user.gate(), &InputGate::painting, &dialog, &FormCompare::showProgress);
+    dialog.exec();
+    if (const auto& place = dialog.destination())
+        run([&] { m_program.GoTo(*place); });
+}
+
+void FormMain::restoreBackup() {
+    FormBackups backups(m_program, FormBackups::Purpose::Restore, this);
+    switch (static_cast<FormBackups::Choice>(backups.exec())) {
+        case FormBackups::Choice::Load:
+            return runButton([&] { m_program.imageArchive.LoadKeptImage(backups.selected()); });
+        case FormBackups::Choice::Compare:
+            runButton([&] {
+                m_program.compare.Choose(Side::Left, Source::Buffer);
+                m_program.compare.ChooseBackup(Side::Right, backups.selected());
+            });
+            return showCompare();
+        case FormBackups::Choice::ShowFolder:
+            return run([this] { m_program.helpCommands.ShowFolder(m_program.backups.Folder()); });
+    }
 }
 
 void FormMain::showPortOptions() {

@@ -18,6 +18,8 @@ struct Row {
 
 constexpr std::array kRows{
     Row{"formEdit", Topic::ValueEditor},
+    Row{"formCompare", Topic::Compare},
+    Row{"formBackups", Topic::Backups},
     Row{"formPortOpts", Topic::AdvancedSetup},
     Row{"formTestInt", Topic::InterfaceTest},
     Row{"formWarning", Topic::DataEditor},

@@ -1,0 +1,174 @@
+#include "ui/widgets/DifferenceMap.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+#include <algorithm>
+
+#include "core/Number.h"
+#include "image/Mismatch.h"
+#include "settings/Catalog.h"
+#include "ui/looks/Accessible.h"
+#include "ui/looks/Measures.h"
+#include "ui/looks/Text.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr int kColumns = 128;
+constexpr int kRows = kEepromBytes / kColumns;
+constexpr int kFrame = 4;     // pixels around the picture, where the focus is shown
+constexpr int kSide = 60;     // of a byte, twips
+constexpr int kSmallest = 2;  // pixels of a byte
+
+}  // namespace
+
+DifferenceMap::DifferenceMap(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("mapDifferences"));
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleRole(*this, QAccessible::Graphic);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    clear();
+}
+
+void DifferenceMap::show(const MemoryBuffer& left, const MemoryBuffer& right, TargetDevice device,
+                         NumberMode mode) {
+    m_left = left;
+    m_right = right;
+    m_device = device;
+    m_mode = mode;
+    m_empty = false;
+    setCurrent(m_current);
+}
+
+void DifferenceMap::clear() {
+    m_empty = true;
+    setCurrent(0);
+}
+
+void DifferenceMap::setCurrent(int address) {
+    m_current = std::clamp(address, 0, kEepromBytes - 1);
+    setAccessibleName(QStringLiteral("Picture of the bytes"));
+    setAccessibleDescription(m_empty ? QString() : textOf(m_current));
+    update();
+}
+
+QSize DifferenceMap::sizeHint() const {
+    return QSize(kColumns, kRows) * std::max(kSmallest, scaled(kSide)) +
+           QSize(2 * kFrame, 2 * kFrame);
+}
+
+QSize DifferenceMap::minimumSizeHint() const {
+    return QSize(kColumns, kRows) * kSmallest + QSize(2 * kFrame, 2 * kFrame);
+}
+
+double DifferenceMap::side() const {
+    return std::min((width() - 2 * kFrame) / double(kColumns),
+                    (height() - 2 * kFrame) / double(kRows));
+}
+
+QPointF DifferenceMap::origin() const {
+    return {(width() - kColumns * side()) / 2, (height() - kRows * side()) / 2};
+}
+
+QRectF DifferenceMap::cellOf(int address) const {
+    const QPointF place(address % kColumns, address / kColumns);
+    return {origin() + place * side(), QSizeF(side(), side())};
+}
+
+int DifferenceMap::addressAt(const QPoint& point) const {
+    const QPointF place = (point - origin()) / side();
+    if (place.x() < 0 || place.y() < 0 || place.x() >= kColumns || place.y() >= kRows)
+        return -1;
+    return static_cast<int>(place.y()) * kColumns + static_cast<int>(place.x());
+}
+
+QString DifferenceMap::textOf(int address) const {
+    const auto names = [this](int place) { return SettingNameOn(m_device, place); };
+    const auto number = [&](const MemoryBuffer& image) {
+        return toQt(NumberText(image[static_cast<std::size_t>(address)], m_mode));
+    };
+    const bool equal = number(m_left) == number(m_right);
+    const QString place = toQt(AddressText(address, m_mode, names));
+    return equal ? QStringLiteral("%1: %2 on both sides").arg(place, number(m_left))
+                 : QStringLiteral("%1: %2 left, %3 right")
+                       .arg(place, number(m_left), number(m_right));
+}
+
+void DifferenceMap::paintByte(QPainter& painter, int address) const {
+    const auto index = static_cast<std::size_t>(address);
+    const bool named = m_device == TargetDevice::Primary && CellAtAddress(address).has_value();
+    const QRectF cell = cellOf(address);
+    const double third = cell.width() / 3;
+    if (m_left[index] != m_right[index]) {
+        painter.fillRect(cell, palette().color(QPalette::Text));
+        if (named)
+            painter.fillRect(cell.adjusted(third, third, -third, -third),
+                             palette().color(QPalette::Base));
+    } else if (named) {
+        painter.fillRect(cell.adjusted(0, third, 0, -third), palette().color(QPalette::Highlight));
+    } else if (m_left[index] == 0xFF) {
+        painter.fillRect(cell.adjusted(third, third, -third, -third),
+                         palette().color(QPalette::Text));
+    }
+}
+
+void DifferenceMap::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    const QRectF picture(origin(), QSizeF(kColumns, kRows) * side());
+    painter.fillRect(picture, palette().color(QPalette::Base));
+    if (!m_empty) {
+        for (int address = 0; address < kEepromBytes; ++address)
+            paintByte(painter, address);
+    }
+    painter.setPen(QPen(palette().color(QPalette::WindowText), hasFocus() ? 3 : 1));
+    painter.drawRect(picture.adjusted(-2, -2, 2, 2));
+    if (hasFocus() && !m_empty)
+        painter.drawRect(cellOf(m_current).adjusted(-2, -2, 2, 2));
+}
+
+bool DifferenceMap::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    const auto& help = static_cast<const QHelpEvent&>(*event);
+    const int address = addressAt(help.pos());
+    QToolTip::showText(help.globalPos(), m_empty || address < 0 ? QString() : textOf(address),
+                       this);
+    return true;
+}
+
+void DifferenceMap::mousePressEvent(QMouseEvent* event) {
+    const int address = addressAt(event->position().toPoint());
+    if (m_empty || address < 0)
+        return;
+    setCurrent(address);
+    Q_EMIT wanted(address);
+}
+
+void DifferenceMap::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Left:
+            return setCurrent(m_current - 1);
+        case Qt::Key_Right:
+            return setCurrent(m_current + 1);
+        case Qt::Key_Up:
+            return setCurrent(m_current < kColumns ? m_current : m_current - kColumns);
+        case Qt::Key_Down:
+            return setCurrent(m_current + kColumns < kEepromBytes ? m_current + kColumns
+                                                                  : m_current);
+        case Qt::Key_Home:
+            return setCurrent(0);
+        case Qt::Key_End:
+            return setCurrent(kEepromBytes - 1);
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Space:
+            Q_EMIT wanted(m_current);
+            return;
+        default:
+            QWidget::keyPressEvent(event);
+    }
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,135 @@
+// The window Compare, by keyboard and by mouse.
+#include <QAbstractItemView>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFile>
+#include <QFileDialog>
+#include <QHelpEvent>
+#include <QLabel>
+#include <QTimer>
+#include <QToolTip>
+#include <QTreeView>
+
+#include "ui/MainWindow.h"
+#include "ui/widgets/DifferenceMap.h"
+
+namespace tarnwell {
+namespace {
+
+class CompareTest : public FormMainTest {
+  protected:
+    void SetUp() override {
+        FormMainTest::SetUp();
+        program.state.editorWarning = kNoWarning;
+        choose("mnuEEPRead");
+        for (const int address : {2363, 4096, 4097})
+            program.buffer[static_cast<std::size_t>(address)] ^= 0x11;
+    }
+    void compare(const ModalWindows::Action& action) {
+        script.then([=](QWidget& dialog) {
+            dialog.activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog, kPatience));
+            action(dialog);
+            if (dialog.isVisible())
+                QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+        key(Qt::Key_D, Qt::ControlModifier);
+        EXPECT_TRUE(script.isDone());
+    }
+};
+
+TEST_F(CompareTest, GoesThroughTheDifferencesAndTakesThem) {
+    compare([&](QWidget& dialog) {
+        auto& table = Child<QTreeView>(dialog, "tblDifferences");
+        auto& summary = Child<QLabel>(dialog, "lblDifferences");
+        auto& take = Child<QPushButton>(dialog, "cmdTake");
+        auto& onlySettings = Child<QAbstractButton>(dialog, "chkSettingsOnly");
+        EXPECT_EQ(Child<QComboBox>(dialog, "cboLeft").currentText(), "Memory Buffer");
+        EXPECT_EQ(Child<QComboBox>(dialog, "cboRight").currentText(), "Primary EEProm");
+        EXPECT_EQ(summary.text(), "3 bytes differ: 1 setting, 2 other bytes in 1 place");
+        EXPECT_FALSE(take.isEnabled());
+        const auto at = [&] { return table.currentIndex().data().toString(); };
+        for (const auto& [modifier, address] : {std::pair(Qt::NoModifier, "2363"),
+                                                {Qt::NoModifier, "4096 - 4097"},
+                                                {Qt::NoModifier, "2363"},
+                                                {Qt::ShiftModifier, "4096 - 4097"}}) {
+            QTest::keyClick(&table, Qt::Key_F6, modifier);
+            EXPECT_EQ(at(), address);
+        }
+        QTest::keyClick(&table, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QGuiApplication::clipboard()->text().count('\n'), 3);
+        QTest::keyClick(&table, Qt::Key_Right);
+        QTest::keyClick(&table, Qt::Key_Down);
+        EXPECT_EQ(at(), "4096");
+        EXPECT_FALSE(Child<QPushButton>(dialog, "cmdShowSetting").isEnabled());
+        QTest::mouseClick(&take, Qt::LeftButton);
+        EXPECT_EQ(summary.text(), "2 bytes differ: 1 setting, 1 other byte in 1 place");
+        EXPECT_EQ(program.buffer[4096], television.Memory(Chip::Primary)[4096]);
+        onlySettings.click();
+        EXPECT_EQ(table.model()->rowCount(), 1);
+        table.selectAll();
+        take.click();
+        EXPECT_EQ(table.model()->rowCount(), 0);
+        EXPECT_EQ(summary.text(), "1 byte differs: 1 byte in 1 place");
+    });
+    EXPECT_TRUE(program.cells.AnyHasMark(Mark::Save));
+}
+
+TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {
+    compare([&](QWidget& dialog) {
+        auto& map = Child<DifferenceMap>(dialog, "mapDifferences");
+        auto& table = Child<QTreeView>(dialog, "tblDifferences");
+        map.setCurrent(4096);
+        QTest::keyClick(&map, Qt::Key_Right);
+        QTest::keyClick(&map, Qt::Key_Return);
+        EXPECT_EQ(table.currentIndex().data().toString(), "4097");
+        EXPECT_TRUE(map.accessibleDescription().startsWith("Address 4097: "));
+        const QPointF corner(map.width() / 2.0, map.height() / 2.0);
+        const QPoint byte = (corner + QPointF(59.5 - 64, 18.5 - 32) * map.side()).toPoint();
+        QTest::mouseClick(&map, Qt::LeftButton, {}, byte);
+        EXPECT_EQ(table.currentIndex().data().toString(), "2363");
+        QHelpEvent pointing(QEvent::ToolTip, byte, map.mapToGlobal(byte));
+        QCoreApplication::sendEvent(&map, &pointing);
+        EXPECT_TRUE(QToolTip::text().startsWith("Address 2363 (480i CR02): "));
+        Child<QPushButton>(dialog, "cmdShowSetting").click();
+    });
+    EXPECT_EQ(program.state.page, Page::Chroma);
+    EXPECT_FALSE(program.state.comparePlace.empty());
+    compare([&](QWidget& dialog) {
+        QTest::keyClick(&Child<QTreeView>(dialog, "tblDifferences"), Qt::Key_F6, Qt::ShiftModifier);
+        Child<QPushButton>(dialog, "cmdShowInEditor").click();
+    });
+    EXPECT_EQ(program.state.page, Page::Editor);
+    EXPECT_EQ(program.grid.Current().Address(), 4096);
+}
+
+TEST_F(CompareTest, ASideThatCannotBeReadIsEmptyAndTheListIsSaved) {
+    compare([&](QWidget& dialog) {
+        const QString path = QString::fromStdString(folder.Path("list.csv"));
+        const auto soon = [](const ModalWindows::Action& action) {
+            QTimer::singleShot(200, [=] { action(*QApplication::activeModalWidget()); });
+        };
+        soon([=](QWidget& files) {
+            Child<QLineEdit>(files, "fileNameEdit").setText(path);
+            static_cast<QDialog&>(files).accept();
+        });
+        Child<QPushButton>(dialog, "cmdSaveList").click();
+        QFile list(path);
+        EXPECT_TRUE(list.open(QFile::ReadOnly));
+        EXPECT_TRUE(
+            list.readAll().startsWith("Address,Setting,Format,Left,Right\n2363,CR02,480i,"));
+        television.Inject({.kind = FaultKind::SclStuckLow});
+        soon(ModalWindows::pressing(QMessageBox::Ok));
+        auto& left = Child<QComboBox>(dialog, "cboLeft");
+        left.setFocus();
+        QTest::keyClick(&left, Qt::Key_Down);
+        EXPECT_EQ(left.currentIndex(), 0) << "a step alone reads nothing";
+        QTest::keyClick(left.view(), Qt::Key_Down);
+        QTest::keyClick(left.view(), Qt::Key_Return);
+        EXPECT_EQ(left.currentIndex(), -1);
+        EXPECT_EQ(Child<QLabel>(dialog, "lblDifferences").text(), "Choose both sides");
+    });
+}
+
+}  // namespace
+}  // namespace tarnwell

@@ -149,6 +149,16 @@ void steady(const QFileDialog& dialog) {
     }
 }
 
+QPalette darkPalette() {
+    const QColor text(0xf0, 0xf0, 0xf0);
+    const QColor background(0x2b, 0x2b, 0x2b);
+    QPalette palette(text, background.lighter(120), background.lighter(), background.darker(),
+                     background.lighter(), text, Qt::white, background.darker(140), background);
+    palette.setColor(QPalette::Highlight, QColor(0x1a, 0x6a, 0xc0));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
+
 class Manual {
   public:
     Manual(QDir source, QDir target) : m_source(std::move(source)), m_target(std::move(target)) {}
@@ -163,7 +173,7 @@ class Manual {
             if (!take(window, toQt(name)))
                 unwritten = toQt(name);
             if (name == "compare") {
-                window.setPalette(QPalette(QColor(0xf0, 0xf0, 0xf0), QColor(0x2b, 0x2b, 0x2b)));
+                window.setPalette(darkPalette());
                 if (!take(window, QStringLiteral("compare-dark")))
                     unwritten = toQt(name);
             }

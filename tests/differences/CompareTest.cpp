@@ -100,5 +100,29 @@ TEST(Compare, TakenBitsComeIntoTheBufferAndSettingsWaitToBeWritten) {
     EXPECT_EQ(session.Status(), "Values Taken Into Memory Buffer");
 }
 
+TEST(Compare, ABackupIsASideAndIsLoadedWithItsQuestions) {
+    Session session;
+    Program& program = session.program;
+    ASSERT_TRUE(program.backups.Keep(TargetDevice::Secondary, With({{2363, 9}})));
+    const KeptImage kept = program.backups.All().front();
+    const std::string folder = program.state.archiveFolder;
+    EXPECT_TRUE(session.compare.ChooseBackup(Side::Right, kept));
+    EXPECT_EQ(session.compare.Device(), TargetDevice::Secondary);
+    EXPECT_EQ(session.compare.Summary(), "8192 bytes differ: 8192 bytes in 1 place");
+
+    program.grid.SetGridChanged(true);
+    session.WillAnswer({Answer::Yes, Answer::No});
+    program.imageArchive.LoadKeptImage(kept);
+    EXPECT_EQ(session.Status(), "EEProm Image Load Cancelled");
+    ASSERT_EQ(session.user.boxes.size(), 2U);
+    EXPECT_THAT(session.user.boxes[1].text, ::testing::StartsWith("This is a backup of the Sec"));
+    EXPECT_EQ(session.user.boxes[1].defaultButton, DefaultButton::No);
+    session.WillAnswer({Answer::Yes, Answer::Yes, Answer::Yes});
+    program.imageArchive.LoadKeptImage(kept);
+    EXPECT_EQ(program.buffer[2363], 9);
+    EXPECT_EQ(program.state.archiveFolder, folder) << "the next dialog opens where it did";
+    EXPECT_FALSE(session.compare.ChooseBackup(Side::Left, {"missing", kept.device, "", 1}));
+}
+
 }  // namespace
 }  // namespace tarnwell

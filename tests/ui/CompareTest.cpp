@@ -131,5 +131,27 @@ TEST_F(CompareTest, ASideThatCannotBeReadIsEmptyAndTheListIsSaved) {
     });
 }
 
+TEST_F(CompareTest, TheListOfBackupsLeadsBackToOne) {
+    MemoryBuffer image = program.buffer;
+    image[5] ^= 1;
+    ASSERT_TRUE(program.backups.Keep(TargetDevice::Primary, image));
+    script.then([](QWidget& dialog) {
+        const auto* table = Child<QTreeView>(dialog, "tblBackups").model();
+        EXPECT_EQ(table->rowCount(), 1);
+        EXPECT_EQ(table->index(0, 0).data().toString(), "Primary");
+        EXPECT_EQ(table->index(0, 3).data().toString(), "1 byte differs: 1 byte in 1 place");
+        QTest::mouseClick(&Child<QPushButton>(dialog, "cmdCompare"), Qt::LeftButton);
+    });
+    script.then([](QWidget& dialog) {
+        EXPECT_EQ(Child<QComboBox>(dialog, "cboRight").currentText(), "Backup...");
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    choose("mnuFileBackups");
+    script.then([](QWidget& dialog) { Child<QPushButton>(dialog, "cmdLoad").click(); });
+    script.press(QMessageBox::Yes);
+    choose("mnuFileBackups");
+    EXPECT_TRUE(program.buffer[5] == image[5] && program.buffer[4096] == image[4096]);
+}
+
 }  // namespace
 }  // namespace tarnwell

@@ -1,4 +1,4 @@
-// Rows: the buffer's checksum, the grid's texts, image files.
+// Rows: the buffer's checksum, the grid's texts, image files, undo.
 #include <cstdlib>
 #include <random>
 
@@ -61,6 +61,23 @@ void AddArchives(Table& table) {
               "srec_cat, its program start included");
     table.Add("image file: load and show", load, BestOf(kTimes, [&] { Shell(toBinary); }),
               "srec_cat, its program start included");
+
+    // Loads are the largest steps of undo.
+    for (std::size_t step = 0; step < 1'000; ++step) {
+        program.buffer[step] ^= 1;
+        program.imageArchive.LoadImage();
+    }
+    table.Add("undo and redo of an image load",
+              BestOf(kTimes,
+                     [&] {
+                         program.undo.Undo();
+                         program.undo.Redo();
+                     }),
+              2e-3, "1 ms a step");
+    table.Add("memory of the last 1,000 steps, all image loads",
+              static_cast<double>(program.history.Bytes()) * 1'000 /
+                  program.history.Count(Direction::Undo),
+              16e6, "16 MB", Unit::Bytes);
 }
 
 }  // namespace tarnwell::bench

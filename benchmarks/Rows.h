@@ -13,7 +13,7 @@ enum class Length { Whole, Quick };
 /// Reads and writes on the wire, in real time and simulated.
 void AddWire(Table& table, Length length);
 
-/// The buffer's checksum and grid, and image files.
+/// The buffer's checksum and grid, image files, and undo.
 void AddArchives(Table& table);
 
 /// The window; needs the QApplication.

@@ -20,6 +20,11 @@ class ArchiveCommand : protected Command {
         return user_.AskFile({kind, title, std::move(proposedName), state_.archiveFolder});
     }
 
+    /// The step that a load of the file `path` is.
+    static StepName LoadOf(const std::string& path) {
+        return {"Load of " + path.substr(path.rfind('/') + 1)};
+    }
+
     /// The next dialog opens in the folder of the file `path`, a full path.
     void SetArchiveFolder(const std::string& path) {
         const std::size_t slash = path.rfind('/');

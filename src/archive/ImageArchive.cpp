@@ -76,6 +76,7 @@ void ImageArchive::SaveImage() {
         AskArchive(FileRequest::Kind::Save, "Save EEPROM Image As...", ProposedName());
     if (!path || !SaveTo(*path))
         return Post(kSaveCancelled);
+    const Aside aside(steps_);
     state_.BufferChanged = false;
     state_.EepRead = false;
     Post("EEProm Image Saved to Disk");
@@ -117,7 +118,7 @@ void ImageArchive::LoadKeptImage(const KeptImage& kept) {
         return;
     ArchiveFile file(kept.path);
     if (MayLoad(file))
-        LoadRecords(file);
+        LoadRecords(file, kept.path);
 }
 
 bool ImageArchive::MayReplaceBuffer() {
@@ -135,7 +136,7 @@ void ImageArchive::LoadFrom(const std::string& path) {
     SetArchiveFolder(path);
     ArchiveFile file(path);
     if (MayLoad(file))
-        LoadRecords(file);
+        LoadRecords(file, path);
 }
 
 std::optional<MemoryBuffer> ImageArchive::AskImage() {
@@ -212,7 +213,8 @@ bool ImageArchive::WantsForeign(ArchiveKind kind) {
     return user_.ShowBox(question) == Answer::Yes;
 }
 
-void ImageArchive::LoadRecords(ArchiveFile& file) {
+void ImageArchive::LoadRecords(ArchiveFile& file, const std::string& path) {
+    const Step step(steps_, LoadOf(path), Extent::Everything);
     state_.EepRead = false;
     state_.BufferChanged = true;
     const LoadEnd end = LoadImageRecords(file, buffer_);

@@ -39,7 +39,7 @@ class ImageArchive final : private ArchiveCommand {
     void LoadFrom(const std::string& path);
     bool MayLoad(const ArchiveFile& file);
     bool WantsForeign(ArchiveKind kind);
-    void LoadRecords(ArchiveFile& file);
+    void LoadRecords(ArchiveFile& file, const std::string& path);
     void TellThatItStopped(LoadEnd end);
     void Refuse(const Box& box);
     void ShowBuffer();

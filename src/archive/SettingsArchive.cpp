@@ -45,6 +45,7 @@ void SettingsArchive::SaveSettings() {
         AskArchive(FileRequest::Kind::Save, "Save Settings As...", std::string(kProposedName));
     if (!path || !SaveTo(*path))
         return Post(kSaveCancelled);
+    const Aside aside(steps_);
     for (int cell = 0; cell < kCellCount; ++cell)
         cells_.SetColour(cell, CellColour::Normal);
     Post("Settings Saved to Archive Disk File");
@@ -79,7 +80,7 @@ void SettingsArchive::LoadFrom(const std::string& path) {
     SetArchiveFolder(path);
     ArchiveFile file(path);
     if (MayLoad(file))
-        LoadRecords(file);
+        LoadRecords(file, path);
 }
 
 std::optional<SettingDigits> SettingsArchive::AskValues() {
@@ -129,7 +130,8 @@ bool SettingsArchive::MayLoad(const ArchiveFile& file) {
     return false;
 }
 
-void SettingsArchive::LoadRecords(ArchiveFile& file) {
+void SettingsArchive::LoadRecords(ArchiveFile& file, const std::string& path) {
+    const Step step(steps_, LoadOf(path));
     SettingDigits digits;
     const LoadEnd end = LoadSettingsRecords(file, digits);
     ShowValues(digits);

@@ -28,7 +28,7 @@ class SettingsArchive final : private ArchiveCommand {
     void LoadFrom(const std::string& path);
     bool MayLoad(const ArchiveFile& file);
     void Tell(LoadEnd end);
-    void LoadRecords(ArchiveFile& file);
+    void LoadRecords(ArchiveFile& file, const std::string& path);
     void ShowValues(const SettingDigits& digits);
     void Refuse(const Message& box);
 

@@ -11,6 +11,7 @@ enum class Shown : std::uint8_t {
     StatusPanel,
     CrcPanel,
     EepPanel,
+    Steps,          ///< what undo and redo take back and make again
     Menus,          ///< check marks, visible and enabled items
     Layout,         ///< the size mode
     EditorSwitch,   ///< its caption and lamp

@@ -30,6 +30,24 @@ class OtherTarget {
     const TargetDevice before_;
 };
 
+std::string_view NameOf(Source source) {
+    switch (source) {
+        case Source::Buffer:
+            break;
+        case Source::Primary:
+            return "Primary EEProm";
+        case Source::Secondary:
+            return "Secondary EEProm";
+        case Source::ImageArchive:
+            return "Image Archive";
+        case Source::SettingsArchive:
+            return "Settings Archive";
+        case Source::Backup:
+            return "Backup";
+    }
+    return "Memory Buffer";
+}
+
 void PutValues(const SettingDigits& digits, MemoryBuffer& image) {
     for (int cell = 0; cell < kCellCount; ++cell) {
         const std::string& given = digits[static_cast<std::size_t>(cell)];
@@ -165,6 +183,7 @@ void Compare::Take(const std::vector<DifferenceRow>& rows) {
     if (!CanTake() || rows.empty() || !displays_.MayRefillGrid())
         return;
     const Side other = sides_[0].source == Source::Buffer ? Side::Right : Side::Left;
+    const Step step(steps_, {"Take from " + std::string(NameOf(*Of(other)))});
     TakeRows(rows, device_, Image(other), buffer_);
     state_.BufferChanged = true;
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));

@@ -91,10 +91,16 @@ CellEditor::Commit CellEditor::CommitCellEdit() {
     record_.EditOldValue = before;
     record_.EditNewValue = grid_.EditText();
 
+    Step step(steps_, {.what = "Byte",
+                       .address = grid_.Current().Address(),
+                       .from = ByteFromText(before, state_.numberMode),
+                       .to = ByteFromText(record_.EditNewValue, state_.numberMode)});
     const bool gridWasChanged = state_.GridChanged;
     grid_.SetGridChanged(true);
-    if (!CheckEditValue())
+    if (!CheckEditValue()) {
+        step.Forget();
         return Commit::Settled;
+    }
     if (pending_.IsFull() && !pending_.MakeRoom()) {
         grid_.SetEditText(before);
         grid_.SetGridChanged(gridWasChanged);
@@ -141,6 +147,8 @@ void CellEditor::Paste(std::string_view text) {
     const int first = grid_.Current().Address();
     if (!bytes || first + static_cast<int>(bytes->size()) > kEepromBytes)
         return TellOutOfRange();
+    const Step step(steps_, {"Paste of " + std::to_string(bytes->size()) +
+                             (bytes->size() == 1 ? " Byte" : " Bytes")});
     for (const std::uint8_t byte : *bytes) {
         BeginCellEdit({});
         grid_.SetEditText(NumberText(byte, state_.numberMode));

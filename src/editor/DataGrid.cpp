@@ -15,15 +15,16 @@ void DataGrid::SetupGrid() {
 
 void DataGrid::FillGrid() {
     CloseEntry();
-    for (std::size_t address = 0; address < texts_.size(); ++address)
-        texts_[address] = NumberText(buffer_[address], state_.numberMode);
-    changed_.reset();
+    auto& texts = contents_.texts.Edit();
+    for (std::size_t address = 0; address < texts.size(); ++address)
+        texts[address] = NumberText(buffer_[address], state_.numberMode);
+    contents_.changed.reset();
     view_.GridRefilled();
 }
 
 void DataGrid::TransferGrid() {
     std::ranges::copy(Bytes(), buffer_.begin());
-    changed_.reset();
+    contents_.changed.reset();
     view_.GridRefilled();
     SetGridChanged(false);
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
@@ -32,19 +33,24 @@ void DataGrid::TransferGrid() {
 }
 
 void DataGrid::ConvertNumbers(NumberMode mode) {
-    for (std::string& text : texts_)
+    for (std::string& text : contents_.texts.Edit())
         text = ConvertedNumber(text, mode);
     view_.GridRefilled();
     SetEditText(ConvertedNumber(editText_, mode));
 }
 
 const std::string& DataGrid::Text(GridCell cell) const {
-    return texts_[Index(cell)];
+    return (*contents_.texts)[Index(cell)];
+}
+
+void DataGrid::SetContents(GridContents contents) {
+    contents_ = std::move(contents);
+    view_.GridRefilled();
 }
 
 std::array<std::uint8_t, kEepromBytes> DataGrid::Bytes() const {
     std::array<std::uint8_t, kEepromBytes> bytes{};
-    std::ranges::transform(texts_, bytes.begin(), [this](const std::string& text) {
+    std::ranges::transform(*contents_.texts, bytes.begin(), [this](const std::string& text) {
         return static_cast<std::uint8_t>(ParseNumber(text, state_.numberMode));
     });
     return bytes;
@@ -59,7 +65,7 @@ std::string DataGrid::HeadingText(int offset) const {
 }
 
 bool DataGrid::IsChanged(GridCell cell) const {
-    return changed_[Index(cell)];
+    return contents_.changed[Index(cell)];
 }
 
 void DataGrid::MoveCurrent(GridCell cell) {
@@ -92,18 +98,18 @@ std::string DataGrid::SelectionText() const {
 }
 
 void DataGrid::SetCurrentText(const std::string& text) {
-    texts_[Index(current_)] = text;
-    changed_.set(Index(current_));
+    contents_.texts.Edit()[Index(current_)] = text;
+    contents_.changed.set(Index(current_));
     view_.GridCellChanged(current_);
 }
 
 void DataGrid::TakeBackText(int address, const std::string& text) {
     const GridCell cell = GridCell::At(address);
-    texts_[Index(cell)] = text;
-    changed_.set(Index(cell), ParseNumber(text, state_.numberMode) !=
-                                  buffer_[static_cast<std::size_t>(address)]);
+    contents_.texts.Edit()[Index(cell)] = text;
+    contents_.changed.set(Index(cell), ParseNumber(text, state_.numberMode) !=
+                                           buffer_[static_cast<std::size_t>(address)]);
     view_.GridCellChanged(cell);
-    SetGridChanged(changed_.any());
+    SetGridChanged(contents_.changed.any());
 }
 
 void DataGrid::SetGridChanged(bool changed) {

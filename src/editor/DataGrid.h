@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/NumberModeMenu.h"
+#include "core/Shared.h"
 #include "image/MemoryBuffer.h"
 
 namespace tarnwell {
@@ -30,6 +31,14 @@ struct GridRange {
     int last;   ///< address, not before the first
 
     bool Contains(int address) const { return first <= address && address <= last; }
+};
+
+/// What the grid holds of each byte.
+struct GridContents {
+    Shared<std::array<std::string, kEepromBytes>> texts;
+    std::bitset<kEepromBytes> changed;  ///< and neither transferred nor discarded yet
+
+    bool operator==(const GridContents&) const = default;
 };
 
 enum class EditSelection : std::uint8_t { WholeText, CaretAtEnd };
@@ -76,6 +85,9 @@ class DataGrid final : public NumberDisplay {
     std::array<std::uint8_t, kEepromBytes> Bytes() const;
     std::string RowAddressText(int row) const;
     std::string HeadingText(int offset) const;
+
+    const GridContents& Contents() const { return contents_; }
+    void SetContents(GridContents contents);
 
     /// Whether the cell's byte was changed and neither transferred nor discarded yet.
     bool IsChanged(GridCell cell) const;
@@ -124,8 +136,7 @@ class DataGrid final : public NumberDisplay {
     Screen& screen_;
     MemoryBuffer& buffer_;
     EditorView& view_;
-    std::array<std::string, kEepromBytes> texts_;
-    std::bitset<kEepromBytes> changed_;
+    GridContents contents_;
     GridCell current_;
     std::optional<GridCell> anchor_;  ///< where the selection began
     std::string editText_;

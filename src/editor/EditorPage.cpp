@@ -102,6 +102,7 @@ bool EditorPage::AskAndSettle(const Message& question) {
         return true;
     if (user_.ShowBox(question) != Answer::Yes)
         return AskAndDiscard();
+    const Step step(steps_, {"Transfer of Data Grid"});
     grid_.TransferGrid();
     return true;
 }
@@ -110,8 +111,13 @@ bool EditorPage::AskAndDiscard() {
     if (user_.ShowBox(kAskDiscard) != Answer::Yes)
         return false;
     ApplyEditorSwitch();
-    RefillGrid();
+    DiscardGridEdits();
     return true;
+}
+
+void EditorPage::DiscardGridEdits() {
+    const Step step(steps_, {"Discard of Grid Changes"});
+    RefillGrid();
 }
 
 }  // namespace tarnwell

@@ -34,6 +34,9 @@ class EditorPage final : private Command {
     /// Fills the grid from the buffer; edits that were in it are gone.
     void RefillGrid();
 
+    /// The same as a step of undo, where the user has agreed to it for a write.
+    void DiscardGridEdits();
+
   private:
     bool AskAndSettle(const Message& question);
     bool AskAndDiscard();

@@ -17,14 +17,26 @@ constexpr Message kAskWriteNow{
 
 }  // namespace
 
+void PendingRows::Remove(int row) {
+    std::rotate(rows.begin() + row, rows.begin() + row + 1, rows.begin() + count);
+    rows[static_cast<std::size_t>(--count)] = {};
+}
+
+void PendingRows::Convert(NumberMode mode) {
+    for (EditRecord& row : rows) {
+        row.EditAddress = ConvertedNumber(row.EditAddress, mode);
+        row.EditOldValue = ConvertedNumber(row.EditOldValue, mode);
+        row.EditNewValue = ConvertedNumber(row.EditNewValue, mode);
+    }
+}
+
 PendingWrites::PendingWrites(const CommandContext& context, DataGrid& grid, EditorView& view)
     : Command(context), grid_(grid), view_(view) {}
 
 void PendingWrites::AddPendingWrite(const EditRecord& record) {
     if (record.EditAddress.empty())
         return;
-    rows_.at(static_cast<std::size_t>(count_)) = record;
-    ++count_;
+    queue_.Append(record);
     view_.PendingWritesChanged();
     if (IsFull())
         AskToWriteNow();
@@ -43,8 +55,11 @@ void PendingWrites::AskToWriteNow() {
 }
 
 void PendingWrites::ClearPendingWrites() {
-    rows_.fill({});
-    count_ = 0;
+    SetContents({});
+}
+
+void PendingWrites::SetContents(const PendingRows& queue) {
+    queue_ = queue;
     view_.PendingWritesChanged();
 }
 
@@ -55,12 +70,10 @@ int PendingWrites::Address(int row) const {
 void PendingWrites::TakeBack(int row) {
     const CommandScope scope(statusBar_);
     const EditRecord taken = Row(row);
-    const auto begin = rows_.begin() + row;
-    std::move(begin + 1, rows_.end(), begin);
-    rows_.back() = {};
-    --count_;
-    const auto end = rows_.begin() + count_;
-    const auto later = std::find_if(begin, end, [&](const EditRecord& record) {
+    const Step step(steps_, {.what = "Taking Back of Byte", .address = Address(row)});
+    queue_.Remove(row);
+    const auto end = queue_.rows.begin() + queue_.count;
+    const auto later = std::find_if(queue_.rows.begin() + row, end, [&](const EditRecord& record) {
         return record.EditAddress == taken.EditAddress;
     });
     if (later != end)
@@ -73,14 +86,14 @@ void PendingWrites::TakeBack(int row) {
 
 void PendingWrites::WritePending() {
     const CommandScope scope(statusBar_);
-    if (count_ == 0) {
+    if (queue_.count == 0) {
         Post("There Are No Pending EEP Writes");
         return;
     }
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    if (user_.ShowBox(AskWriteBytes(count_)) != Answer::Yes) {
+    if (user_.ShowBox(AskWriteBytes(queue_.count)) != Answer::Yes) {
         Post(kWriteCancelled);
         return;
     }
@@ -97,19 +110,25 @@ void PendingWrites::WritePending() {
             statusBar_.PutStatus("");
             return;
         case Outcome::Verified:
-            ClearPendingWrites();
-            grid_.TransferGrid();
+            TakeGridAsWritten();
             statusBar_.ShowStatus(kBytesWritten, kResultSeconds);
             return;
     }
 }
 
+void PendingWrites::TakeGridAsWritten() {
+    const Aside aside(steps_);
+    ClearPendingWrites();
+    grid_.TransferGrid();
+}
+
 PendingWrites::Outcome PendingWrites::WriteEntries() {
     Outcome outcome = Outcome::Verified;
-    for (int row = 0; row < count_; ++row) {
-        const auto address = static_cast<std::int16_t>(Address(row));
+    for (const EditRecord& entry : queue_.Entries()) {
+        const auto address =
+            static_cast<std::int16_t>(ParseNumber(entry.EditAddress, state_.numberMode));
         const auto value =
-            static_cast<std::uint8_t>(ParseNumber(Row(row).EditNewValue, state_.numberMode));
+            static_cast<std::uint8_t>(ParseNumber(entry.EditNewValue, state_.numberMode));
         if (i2c_.WriteByte(address, value) == Transfer::Aborted ||
             i2c_.ReadBlock(address, 1) == Transfer::Aborted)
             return Outcome::Aborted;
@@ -120,11 +139,7 @@ PendingWrites::Outcome PendingWrites::WriteEntries() {
 }
 
 void PendingWrites::ConvertNumbers(NumberMode mode) {
-    for (EditRecord& row : rows_) {
-        row.EditAddress = ConvertedNumber(row.EditAddress, mode);
-        row.EditOldValue = ConvertedNumber(row.EditOldValue, mode);
-        row.EditNewValue = ConvertedNumber(row.EditNewValue, mode);
-    }
+    queue_.Convert(mode);
     view_.PendingWritesChanged();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 #include <string>
 
 #include "editor/DataGrid.h"
@@ -16,6 +17,28 @@ struct EditRecord {
     std::string EditAddress;
     std::string EditOldValue;
     std::string EditNewValue;
+
+    bool operator==(const EditRecord&) const = default;
+};
+
+/// The rows of the queue, of which the first `count` are entries. The others are empty, but a
+/// change of the number mode makes them read "0".
+struct PendingRows {
+    std::array<EditRecord, kPendingRows> rows;
+    int count = 0;
+
+    bool operator==(const PendingRows&) const = default;
+    bool IsFull() const { return count == kPendingRows; }
+    std::span<const EditRecord> Entries() const {
+        return {rows.data(), static_cast<std::size_t>(count)};
+    }
+
+    /// There must be room.
+    void Append(const EditRecord& record) { rows.at(static_cast<std::size_t>(count++)) = record; }
+    void Remove(int row);
+
+    /// All ten.
+    void Convert(NumberMode mode);
 };
 
 class PendingWrites final : public NumberDisplay, private Command {
@@ -41,9 +64,12 @@ class PendingWrites final : public NumberDisplay, private Command {
     /// Writes all entries in order, each read back, and on success makes the grid the buffer.
     void WritePending();
 
-    bool IsFull() const { return count_ == kPendingRows; }
-    int Count() const { return count_; }
-    const EditRecord& Row(int row) const { return rows_[static_cast<std::size_t>(row)]; }
+    bool IsFull() const { return queue_.IsFull(); }
+    int Count() const { return queue_.count; }
+    const EditRecord& Row(int row) const { return queue_.rows[static_cast<std::size_t>(row)]; }
+
+    const PendingRows& Contents() const { return queue_; }
+    void SetContents(const PendingRows& queue);
 
     /// Converts all ten rows, the empty ones included.
     void ConvertNumbers(NumberMode mode) override;
@@ -51,12 +77,12 @@ class PendingWrites final : public NumberDisplay, private Command {
   private:
     enum class Outcome : std::uint8_t { Verified, Mismatch, Aborted };
     Outcome WriteEntries();
+    void TakeGridAsWritten();
     void AskToWriteNow();
 
     DataGrid& grid_;
     EditorView& view_;
-    std::array<EditRecord, kPendingRows> rows_;
-    int count_ = 0;
+    PendingRows queue_;
 };
 
 }  // namespace tarnwell

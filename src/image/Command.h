@@ -1,6 +1,7 @@
 // What every command works with.
 #pragma once
 
+#include "image/Steps.h"
 #include "image/WriteGuard.h"
 
 namespace tarnwell {
@@ -13,6 +14,7 @@ struct CommandContext {
     User& user;
     EepromBus& i2c;
     WriteGuard& writeGuard;
+    StepKeeper& steps;
 };
 
 /// A class of commands: what its constructor takes besides the context is particular to it.
@@ -28,7 +30,8 @@ class Command {
           screen_(context.screen),
           user_(context.user),
           i2c_(context.i2c),
-          writeGuard_(context.writeGuard) {}
+          writeGuard_(context.writeGuard),
+          steps_(context.steps) {}
     ~Command() = default;
 
     void Post(std::string_view outcome) { statusBar_.ShowStatus(outcome, kResultSeconds); }
@@ -39,6 +42,7 @@ class Command {
     User& user_;
     EepromBus& i2c_;
     WriteGuard& writeGuard_;
+    StepKeeper& steps_;
 };
 
 }  // namespace tarnwell

@@ -38,6 +38,10 @@ bool IsDecimalNumber(std::string_view text) {
            std::ranges::all_of(text, [&](char c) { return c == '.' || isDigit(c); });
 }
 
+std::string NameOf(TargetDevice device) {
+    return device == TargetDevice::Primary ? "Primary EEProm" : "Secondary EEProm";
+}
+
 }  // namespace
 
 std::optional<std::uint8_t> FillValue(std::string_view answer) {
@@ -61,6 +65,7 @@ void WholeDevice::ReadEntireEep() {
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
+    const Step step(steps_, {"Read of " + NameOf(state_.targetDevice)}, Extent::Everything);
     if (reader_.Read(buffer_) != DeviceReading::Taken)
         return;
     Post(state_.targetDevice == TargetDevice::Primary ? "Primary EEProm Data Read Into Memory"
@@ -148,6 +153,7 @@ std::optional<std::vector<Mismatch>> WholeDevice::VerifyEEP(const MemoryBuffer& 
 
 void WholeDevice::SelectEeprom(TargetDevice device) {
     const CommandScope scope(statusBar_);
+    const Step step(steps_, {"Selection of " + NameOf(device)});
     if (device == TargetDevice::Primary)
         SelectPrimary();
     else
@@ -168,7 +174,7 @@ bool WholeDevice::WantsSecondary() {
 
 void WholeDevice::SelectSecondary() {
     if (!WantsSecondary()) {
-        Post("Target EEProm Not Changed - Primary EEP Still Selected");
+        Post(kTargetNotChanged);
         return;
     }
     ShowTarget(TargetDevice::Secondary, "Secondary EEProm Selected as Target Device");

@@ -44,6 +44,9 @@ inline Box AskWriteBytes(int count) {
 
 inline constexpr std::string_view kWriteCancelled = "EEProm Write Cancelled";
 
+inline constexpr std::string_view kTargetNotChanged =
+    "Target EEProm Not Changed - Primary EEP Still Selected";
+
 inline constexpr Message kWarnOfSecondary{
     "B E   C A R E F U L !\r\nLittle is known about this EEProm.\r\n"
     "Bad data values here could KILL your HDTV!",

@@ -18,9 +18,11 @@ RunContext RunOf(Program& program, const Surroundings& outside) {
 Program::Program(const Surroundings& outside)
     : statusBar(state, outside.screen, outside.msgTimer),
       i2c(outside.wire, state, statusBar, outside.user),
+      bus(i2c, state),
       backups(outside.backupFolder, outside.calendar),
       writeGuard(state, statusBar, outside.user, backups),
-      context{state, statusBar, outside.screen, outside.user, i2c, writeGuard},
+      history({state, statusBar, outside.screen, buffer, grid, pending, cells}, bus.Known()),
+      context{state, statusBar, outside.screen, outside.user, bus, writeGuard, history},
       deviceReader(context,
                    [this](int address) { return SettingNameOn(state.targetDevice, address); }),
       grid(state, statusBar, outside.screen, buffer, outside.editorView),
@@ -40,6 +42,7 @@ Program::Program(const Surroundings& outside)
       writeDifferences(context, deviceReader, buffer),
       numberModeMenu(state, statusBar, outside.screen, {&cells, &grid, &pending}),
       helpCommands(outside.programs, outside.user),
+      undo(context, history, cellEditor),
       outside_(outside) {
     statusBar.SetBackground([this] { return BackgroundText(); });
 }

@@ -9,6 +9,8 @@
 #include "differences/Compare.h"
 #include "differences/WriteDifferences.h"
 #include "editor/Find.h"
+#include "history/UndoCommands.h"
+#include "i2c/FollowedBus.h"
 #include "i2c/mI2Ccode.h"
 #include "program/BufferFollowers.h"
 #include "settings/CellCommands.h"
@@ -33,7 +35,8 @@ struct Surroundings {
     std::string backupFolder;
 };
 
-/// Its parts are open to whoever shows them; each is built from those above it.
+/// Its parts are open to whoever shows them; each is built from those above it, but that the
+/// history holds on to the parts that it brings back.
 class Program final {
   public:
     explicit Program(const Surroundings& outside);
@@ -66,8 +69,10 @@ class Program final {
     MemoryBuffer buffer{};
     StatusBar statusBar;
     mI2Ccode i2c;
+    FollowedBus bus;
     ImageBackups backups;
     WriteGuard writeGuard;
+    History history;
     const CommandContext context;
     DeviceReader deviceReader;
     DataGrid grid;
@@ -87,6 +92,7 @@ class Program final {
     WriteDifferences writeDifferences;
     NumberModeMenu numberModeMenu;
     HelpCommands helpCommands;
+    UndoCommands undo;
 
   private:
     std::string BackgroundText() const;

@@ -15,6 +15,7 @@ void CellCommands::CopyToAllFormats(int cell) {
     const CommandScope scope(statusBar_);
     const std::uint8_t value = *cells_.Value(cell);
     const Setting& setting = *Cell(cell).setting;
+    const Step step(steps_, {.what = std::string(setting.code) + " in All Formats", .to = value});
     for (const CellPlace& place : setting.cells) {
         if (!place.Exists() || cells_.Value(place.cell) == value)
             continue;
@@ -32,6 +33,7 @@ bool CellCommands::CanRevert(int cell) const {
 
 void CellCommands::Revert(int cell) {
     const CommandScope scope(statusBar_);
+    const Step step(steps_, {"Revert of " + CellTitle(cell)});
     cells_.ShowValue(cell, *cells_.LastRead(cell));
     cells_.SetMark(cell, Mark::Clean);
     cells_.SetColour(cell, CellColour::Normal);

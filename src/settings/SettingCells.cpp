@@ -5,15 +5,14 @@
 
 namespace tarnwell {
 
+std::optional<std::uint8_t> ValueOf(const CellContents& cell, NumberMode mode) {
+    if (cell.empty)
+        return std::nullopt;
+    return static_cast<std::uint8_t>(std::clamp(ParseNumber(cell.caption, mode), 0, 255));
+}
+
 SettingCells::SettingCells(const ProgramState& state, SettingsView& view)
     : state_(state), view_(view) {}
-
-std::optional<std::uint8_t> SettingCells::Value(int cell) const {
-    if (IsEmpty(cell))
-        return std::nullopt;
-    return static_cast<std::uint8_t>(
-        std::clamp(ParseNumber(Caption(cell), state_.numberMode), 0, 255));
-}
 
 void SettingCells::ShowValue(int cell, std::uint8_t value) {
     SetCaption(cell, NumberText(value, state_.numberMode));
@@ -40,21 +39,26 @@ void SettingCells::SetColour(int cell, CellColour colour) {
     view_.SettingCellChanged(cell);
 }
 
+void SettingCells::SetContents(int cell, CellContents contents) {
+    At(cell) = std::move(contents);
+    view_.SettingCellChanged(cell);
+}
+
 void SettingCells::ClearSettingCells() {
-    read_.fill(std::nullopt);
     for (int cell = 0; cell < kCellCount; ++cell) {
         At(cell).caption.clear();
         At(cell).empty = true;
+        At(cell).lastRead.reset();
         view_.SettingCellChanged(cell);
     }
 }
 
 bool SettingCells::AnyIsEmpty() const {
-    return std::ranges::any_of(cells_, &State::empty);
+    return std::ranges::any_of(cells_, &CellContents::empty);
 }
 
 bool SettingCells::AnyHasMark(Mark mark) const {
-    return std::ranges::find(cells_, mark, &State::mark) != cells_.end();
+    return std::ranges::find(cells_, mark, &CellContents::mark) != cells_.end();
 }
 
 int SettingCells::WaitingOn(Page page) const {

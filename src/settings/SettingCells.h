@@ -22,6 +22,20 @@ enum class Mark : std::uint8_t {
 
 enum class CellColour : std::uint8_t { Normal, Editing, Changed };
 
+/// All that a cell holds.
+struct CellContents {
+    std::string caption = "0";
+    Mark mark = Mark::Clean;
+    CellColour colour = CellColour::Normal;
+    bool empty = false;
+    std::optional<std::uint8_t> lastRead{};  ///< or found there after it was written
+
+    bool operator==(const CellContents&) const = default;
+};
+
+/// The value that the caption gives, held to a byte; nothing for an empty cell.
+std::optional<std::uint8_t> ValueOf(const CellContents& cell, NumberMode mode);
+
 /// What the settings tell the widgets that show them.
 class SettingsView {
   public:
@@ -45,8 +59,9 @@ class SettingCells final : public NumberDisplay {
     /// still is no value.
     bool IsEmpty(int cell) const { return At(cell).empty; }
 
-    /// The value that the caption gives, held to a byte; nothing for an empty cell.
-    std::optional<std::uint8_t> Value(int cell) const;
+    std::optional<std::uint8_t> Value(int cell) const {
+        return ValueOf(At(cell), state_.numberMode);
+    }
 
     void ShowValue(int cell, std::uint8_t value);
 
@@ -54,12 +69,8 @@ class SettingCells final : public NumberDisplay {
     void ShowRead(int cell, std::uint8_t value);
 
     /// The value that was last read for the cell, or found there after it was written.
-    std::optional<std::uint8_t> LastRead(int cell) const {
-        return read_[static_cast<std::size_t>(cell)];
-    }
-    void SetLastRead(int cell, std::uint8_t value) {
-        read_[static_cast<std::size_t>(cell)] = value;
-    }
+    std::optional<std::uint8_t> LastRead(int cell) const { return At(cell).lastRead; }
+    void SetLastRead(int cell, std::uint8_t value) { At(cell).lastRead = value; }
 
     void SetCaption(int cell, std::string caption);
 
@@ -68,6 +79,9 @@ class SettingCells final : public NumberDisplay {
 
     CellColour Colour(int cell) const { return At(cell).colour; }
     void SetColour(int cell, CellColour colour);
+
+    const CellContents& Contents(int cell) const { return At(cell); }
+    void SetContents(int cell, CellContents contents);
 
     /// Empties every caption; marks and colours stay.
     void ClearSettingCells();
@@ -81,19 +95,12 @@ class SettingCells final : public NumberDisplay {
     void ConvertNumbers(NumberMode mode) override;
 
   private:
-    struct State {
-        std::string caption = "0";
-        Mark mark = Mark::Clean;
-        CellColour colour = CellColour::Normal;
-        bool empty = false;
-    };
-    State& At(int cell) { return cells_[static_cast<std::size_t>(cell)]; }
-    const State& At(int cell) const { return cells_[static_cast<std::size_t>(cell)]; }
+    CellContents& At(int cell) { return cells_[static_cast<std::size_t>(cell)]; }
+    const CellContents& At(int cell) const { return cells_[static_cast<std::size_t>(cell)]; }
 
     const ProgramState& state_;
     SettingsView& view_;
-    std::array<State, kCellCount> cells_;
-    std::array<std::optional<std::uint8_t>, kCellCount> read_;
+    std::array<CellContents, kCellCount> cells_;
 };
 
 }  // namespace tarnwell

@@ -51,6 +51,7 @@ void SettingsEngine::ReadSettingsFromEep() {
         }
         bytes[static_cast<std::size_t>(cell)] = i2c_.ReadData()[0];
     }
+    const Step step(steps_, {"Read of Settings"});
     for (int cell = 0; cell < kCellCount; ++cell)
         cells_.ShowRead(cell, FieldOf(bytes[static_cast<std::size_t>(cell)], ShiftOf(cell)));
     Post("Settings Values Read from EEPROM");
@@ -60,6 +61,7 @@ void SettingsEngine::MergeSettingsWithBuffer() {
     const CommandScope scope(statusBar_);
     if (RefuseOnSecondary() || !editorPage_.MayRefillGrid())
         return;
+    const Step step(steps_, {"Merge of Settings"});
     Merge();
 }
 
@@ -102,21 +104,34 @@ bool SettingsEngine::MayMergeAfterWrite() {
 }
 
 void SettingsEngine::WriteAndVerify() {
-    std::vector<Written> written;
-    const Transfer transfer = WriteCells(written);
-    const auto mismatches = transfer == Transfer::Done ? VerifyEEP(written) : std::nullopt;
+    const auto mismatches = WriteMarkedCells();
     if (!mismatches) {
-        MarkUnverifiedForSaving();
         i2c_.AbortOperation();
         return;
     }
     if (!mismatches->empty())
         return TellMismatches(*mismatches);
-    if (BufferHoldsImage()) {
-        Merge();
-        state_.EepRead = false;
-    }
+    if (BufferHoldsImage())
+        MergeWritten();
     Post(kSettingsWritten);
+}
+
+std::optional<std::vector<Mismatch>> SettingsEngine::WriteMarkedCells() {
+    const Aside aside(steps_);
+    std::vector<Written> written;
+    const Transfer transfer = WriteCells(written);
+    auto mismatches = transfer == Transfer::Done ? VerifyEEP(written) : std::nullopt;
+    if (!mismatches)
+        MarkUnverifiedForSaving();
+    return mismatches;
+}
+
+void SettingsEngine::MergeWritten() {
+    if (state_.GridChanged)
+        editorPage_.DiscardGridEdits();
+    const Aside aside(steps_);
+    Merge();
+    state_.EepRead = false;
 }
 
 bool SettingsEngine::HasCellToWrite() const {

@@ -36,6 +36,10 @@ class SettingsEngine final : private Command {
     bool HasCellToWrite() const;
     bool MayMergeAfterWrite();
     void WriteAndVerify();
+
+    /// What differs of the bytes written; nothing if a transfer was aborted.
+    std::optional<std::vector<Mismatch>> WriteMarkedCells();
+    void MergeWritten();
     [[nodiscard]] Transfer WriteCells(std::vector<Written>& written);
     [[nodiscard]] Transfer WriteCell(int cell, std::uint8_t& byte);
 

@@ -12,16 +12,13 @@ ValueEditor::ValueEditor(const CommandContext& context, SettingCells& cells, Set
 void ValueEditor::CellClicked(int cell) {
     if (RefuseOnSecondary())
         return;
-    BeginEdit(cell);
-    ShowEditor();
+    EditCell(cell, std::nullopt);
 }
 
 void ValueEditor::CharacterTyped(int cell, char character) {
     if (!FilterKey(character, state_.numberMode) || RefuseOnSecondary())
         return;
-    BeginEdit(cell);
-    TypeDigit(character);
-    ShowEditor();
+    EditCell(cell, character);
 }
 
 bool ValueEditor::RefuseOnSecondary() {
@@ -32,16 +29,20 @@ bool ValueEditor::RefuseOnSecondary() {
     return true;
 }
 
-void ValueEditor::BeginEdit(int cell) {
+void ValueEditor::EditCell(int cell, std::optional<char> digit) {
+    const auto before = cells_.Value(cell);
+    Step step(steps_, {});
     edit_ = Edit{cell, cells_.MarkOf(cell), cells_.Colour(cell), 0, false};
     edit_->value = StartValue();
     cells_.SetColour(cell, CellColour::Editing);
-}
-
-void ValueEditor::ShowEditor() {
+    if (digit)
+        TypeDigit(*digit);
     statusBar_.ShowBackground();
     view_.ShowFormEdit();
-    EndEdit();
+    if (EndEdit() == Accepted::Changed)
+        step.Call({.what = CellTitle(cell), .from = before, .to = cells_.Value(cell)});
+    else
+        step.Forget();
 }
 
 std::string ValueEditor::Description() const {
@@ -98,19 +99,20 @@ ValueEditor::Accepted ValueEditor::Accept(const std::string& readout) {
     return Accepted::Changed;
 }
 
-void ValueEditor::EndEdit() {
+ValueEditor::Accepted ValueEditor::EndEdit() {
     const Edit edit = *edit_;
     edit_.reset();
     if (cells_.MarkOf(edit.EditCellIndex) == Mark::Changed) {
         Post(StatusLineName(edit.EditCellIndex) + "Value Changed");
         cells_.SetMark(edit.EditCellIndex, Mark::Save);
         cells_.SetColour(edit.EditCellIndex, CellColour::Changed);
-        return;
+        return Accepted::Changed;
     }
     Post("Value Change Aborted");
     const bool waits = edit.mark == Mark::Save;
     cells_.SetMark(edit.EditCellIndex, waits ? Mark::Save : Mark::Clean);
     cells_.SetColour(edit.EditCellIndex, waits ? edit.colour : CellColour::Normal);
+    return Accepted::Unchanged;
 }
 
 }  // namespace tarnwell

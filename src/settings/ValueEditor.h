@@ -53,9 +53,8 @@ class ValueEditor final : private Command {
     Accepted Accept(const std::string& readout);
 
   private:
-    void BeginEdit(int cell);
-    void ShowEditor();
-    void EndEdit();
+    void EditCell(int cell, std::optional<char> digit);
+    Accepted EndEdit();
     bool RefuseOnSecondary();
 
     struct Edit {

@@ -98,6 +98,12 @@ TEST(Compare, TakenBitsComeIntoTheBufferAndSettingsWaitToBeWritten) {
     session.compare.Take(session.compare.Rows());
     EXPECT_EQ(session.compare.Summary(), "No differences");
     EXPECT_EQ(session.Status(), "Values Taken Into Memory Buffer");
+    for (int take = 0; take < 2; ++take) {
+        session.program.undo.Undo();
+        EXPECT_EQ(session.Status(), "Undone: Take from Primary EEProm");
+    }
+    EXPECT_EQ(session.Crc(), crc);
+    EXPECT_EQ(session.program.cells.MarkOf(tint), Mark::Clean);
 }
 
 TEST(Compare, ABackupIsASideAndIsLoadedWithItsQuestions) {

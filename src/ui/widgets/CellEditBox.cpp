@@ -89,7 +89,7 @@ void CellEditBox::open(EditSelection selection) {
     const bool foreign = selection == EditSelection::CaretAtEnd && opening.size() == 1 &&
                          !FilterKey(opening.front().toLatin1(), m_state.numberMode);
     m_foreign = foreign ? opening : QString();
-    refreshText();
+    setText(opening);  // which also forgets what could be undone of the text before
     show();
     raise();
     setFocus(Qt::OtherFocusReason);
@@ -103,8 +103,9 @@ void CellEditBox::refreshText() {
     const QString wanted = toQt(m_grid.EditText());
     if (text() == wanted)
         return;
-    setText(wanted);
-    end(false);
+    const QSignalBlocker quiet(this);
+    selectAll();
+    insert(wanted);
 }
 
 void CellEditBox::keepFocus() {
@@ -226,7 +227,8 @@ void CellEditBox::dropEvent(QDropEvent* event) {
 }
 
 bool CellEditBox::actOn(const QKeyEvent& event) {
-    const auto key = editKeyOf(event);
+    const bool undoesNothing = event.matches(QKeySequence::Undo) && !isUndoAvailable();
+    const auto key = undoesNothing ? EditKey::Escape : editKeyOf(event);
     if (key)
         m_editor.KeyPressed(*key);
     return key.has_value();

@@ -45,7 +45,7 @@ FormMain::FormMain(const Connections& connections)
       m_fileDrop(*this, [this](const std::string& path) { openArchive(path); }),
       m_navigation(*this, m_program,
                    [this](const std::function<void()>& command) { runButton(command); }),
-      m_menu(*new MainMenu(*menuBar(), m_program.state)),
+      m_menu(*new MainMenu(*menuBar(), m_program.state, m_program.history)),
       m_body(*new QWidget(this)),
       m_tabs(*new QTabWidget(&m_body)),
       m_statusArea(*new StatusArea(m_program.statusBar, &m_body)) {
@@ -178,6 +178,7 @@ void FormMain::Changed(Shown what) {
             return showPanel(Panel::Crc);
         case Shown::EepPanel:
             return showPanel(Panel::Eep);
+        case Shown::Steps:
         case Shown::Menus:
             return m_menu.sync();
         case Shown::Layout:

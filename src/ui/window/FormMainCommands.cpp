@@ -108,8 +108,9 @@ void FormMain::runMenu(MenuCommand command) {
         case MenuCommand::FindPrevious:
             return m_navigation.findAgain(FindDirection::Previous);
         case MenuCommand::Undo:
+            return run([this] { m_program.undo.Undo(); });
         case MenuCommand::Redo:
-            return;
+            return run([this] { m_program.undo.Redo(); });
         case MenuCommand::ReadEntireEep:
             return run([this] { m_program.wholeDevice.ReadEntireEep(); });
         case MenuCommand::WriteEntireEep:

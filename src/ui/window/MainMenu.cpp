@@ -112,7 +112,8 @@ void showStep(QAction& item, const QString& verb, const std::optional<std::strin
 
 }  // namespace
 
-MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state) : QObject(&bar), m_state(state) {
+MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state, const History& history)
+    : QObject(&bar), m_state(state), m_history(history) {
     std::array<QMenu*, 3> menus{};
     for (const Entry& entry : kEntries) {
         const auto depth = static_cast<std::size_t>(entry.depth);
@@ -159,8 +160,8 @@ void MainMenu::sync() {
     for (int index = 0; index < static_cast<int>(kPortChoices.size()); ++index)
         check("mnuPortSel", index,
               kPortChoices[static_cast<std::size_t>(index)].addressText == m_state.portAddress);
-    showStep(action("mnuEditUndo"), QStringLiteral("Undo"), {});
-    showStep(action("mnuEditRedo"), QStringLiteral("Redo"), {});
+    showStep(action("mnuEditUndo"), QStringLiteral("Undo"), m_history.NextName(Direction::Undo));
+    showStep(action("mnuEditRedo"), QStringLiteral("Redo"), m_history.NextName(Direction::Redo));
     action("mnuReadTwice").setChecked(m_state.readPasses > 1);
     action("mnuNum").setEnabled(m_state.editor == EditorSwitch::Off);
     action("mnuEEPFill").setVisible(m_state.fillItemVisible);

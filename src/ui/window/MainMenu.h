@@ -5,7 +5,7 @@
 #include <QHash>
 #include <QMenuBar>
 
-#include "core/ProgramState.h"
+#include "history/History.h"
 
 namespace tarnwell {
 
@@ -48,9 +48,9 @@ enum class MenuCommand {
 class MainMenu final : public QObject {
     Q_OBJECT
   public:
-    MainMenu(QMenuBar& bar, const ProgramState& state);
+    MainMenu(QMenuBar& bar, const ProgramState& state, const History& history);
 
-    /// Sets check marks, visible and enabled items from the program state.
+    /// Sets check marks, visible and enabled items from the program state, and names the steps.
     void sync();
 
   Q_SIGNALS:
@@ -66,6 +66,7 @@ class MainMenu final : public QObject {
     void check(const char* array, int index, bool checked);
 
     const ProgramState& m_state;
+    const History& m_history;
     QHash<QString, QAction*> m_actions;
 };
 

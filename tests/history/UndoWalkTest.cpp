@@ -1,0 +1,243 @@
+// A long random use of everything that can be undone, then all the way back and forth again.
+#include <random>
+
+#include "support/TestProgram.h"
+
+namespace tarnwell {
+namespace {
+
+/// What a window would show, as far as it was told.
+struct Mirror final : Screen, EditorView, SettingsView {
+    const Program* program = nullptr;
+    std::function<void()> onFormEdit;
+    Snapshot shown{};
+    std::string names;
+
+    void Changed(Shown what) override {
+        if (what == Shown::Steps)
+            names = program->history.NextName(Direction::Undo).value_or("-");
+        if (what == Shown::CrcPanel)
+            shown.crc = program->statusBar.Text(Panel::Crc);
+        if (what == Shown::EepPanel)
+            shown.target = program->state.targetDevice;
+        if (what == Shown::EditorCaption)
+            shown.GridChanged = program->state.GridChanged;
+    }
+    void GridRefilled() override { shown.grid = program->grid.Contents(); }
+    void GridCellChanged(GridCell) override { GridRefilled(); }
+    void PendingWritesChanged() override { shown.pending = program->pending.Contents(); }
+    void SettingCellChanged(int cell) override {
+        CellContents& contents = shown.cells[static_cast<std::size_t>(cell)];
+        contents = program->cells.Contents(cell);
+    }
+    void CurrentCellMoved() override {}
+    void EditBoxOpened(EditSelection) override {}
+    void EditBoxTextChanged() override {}
+    void EditBoxClosed() override {}
+    void FocusGrid() override {}
+    void TurnToEditor() override {}
+    void ShowCell(int) override {}
+    bool ShowWarningAgain() override { return false; }
+    void ShowFormEdit() override { onFormEdit(); }
+};
+
+struct WalkUser final : User {
+    std::mt19937 random{20261125};
+    bool mayWrite = false;
+    std::string file;
+
+    std::size_t Draw(std::size_t choices) { return random() % choices; }
+    Answer ShowBox(const Box& box) override {
+        const bool yes = box.title == "Write Changes?" ? mayWrite && Draw(2) == 0 : Draw(4) != 0;
+        if (box.style == BoxStyle::OkCancelExclamation)
+            return yes ? Answer::Ok : Answer::Cancel;
+        return yes ? Answer::Yes : Answer::No;
+    }
+    std::optional<std::string> AskText(const TextRequest&) override { return "7"; }
+    std::optional<std::string> AskFile(const FileRequest&) override { return file; }
+    void Beep() override {}
+    void KeepPainting() override {}
+};
+
+class UndoWalk : public testing::TestWithParam<bool> {
+  protected:
+    UndoWalk() {
+        mirror.program = &program;
+        mirror.onFormEdit = [this] {
+            const auto most = static_cast<std::size_t>(program.valueEditor.Maximum());
+            const auto start = static_cast<std::size_t>(program.valueEditor.StartValue());
+            const std::size_t value = (start + 1 + Draw(most)) % (most + 1);
+            if (!user.mayWrite || Draw(5) != 0)
+                program.valueEditor.Accept(program.valueEditor.Readout(static_cast<int>(value)));
+        };
+        program.StartUp(outside);
+        program.grid.FillGrid();
+        user.file = folder.Path("a.mot");
+        for (auto& byte : program.buffer)
+            byte = static_cast<std::uint8_t>(Draw(256));
+        program.state.EepRead = true;
+        program.imageArchive.SaveImage();
+        program.settings.ShowSettingsFromBuffer();
+        program.settingsArchive.SaveSettings();
+        program.buffer = {};
+        mirror.Changed(Shown::Steps);
+    }
+    std::size_t Draw(std::size_t choices) { return user.Draw(choices); }
+    void EditByte() {
+        if (program.state.editor == EditorSwitch::Off)
+            program.editorPage.ToggleEditor();
+        const int address = static_cast<int>(Draw(3) == 0 ? Draw(kEepromBytes) : 2360 + Draw(20));
+        program.cellEditor.MoveTo({address / 16, address % 16 + 1});
+        program.cellEditor.Click();
+        const char* const odd[] = {"007", "300", "0", ""};
+        program.cellEditor.TextEdited(user.mayWrite && Draw(9) == 0 ? odd[Draw(4)]
+                                                                    : std::to_string(Draw(100)));
+        program.cellEditor.KeyPressed(EditKey::Next);
+    }
+    void Step() {
+        const std::size_t choice = Draw(1000);
+        user.file = folder.Path("a.mot");
+        if (choice < 400)
+            program.valueEditor.CellClicked(static_cast<int>(Draw(kCellCount)));
+        else if (choice < 800)
+            EditByte();
+        else if (choice < 850)
+            program.editorPage.SettleGridEdits();
+        else if (choice < 880)
+            program.settings.MergeSettingsWithBuffer();
+        else if (choice < 900)
+            program.imageArchive.LoadImage();
+        else if (choice < 910)
+            program.settings.ReadSettingsFromEep();
+        else if (choice < 912)
+            program.wholeDevice.ReadEntireEep();
+        else if (choice < 916)
+            program.wholeDevice.SelectEeprom(static_cast<TargetDevice>(Draw(2)));
+        else if (choice < 950)
+            choice % 3 == 0 ? program.undo.Redo() : program.undo.Undo();
+        else if (user.mayWrite)
+            Aside(choice);
+    }
+    void Aside(std::size_t choice) {
+        user.file = folder.Path("b.mot");
+        if (choice < 960)
+            program.settings.WriteSettingsToEep();
+        else if (choice < 970)
+            program.pending.WritePending();
+        else if (choice < 975)
+            program.imageArchive.SaveImage();
+        else if (choice < 980)
+            program.settingsArchive.SaveSettings();
+        else if (choice < 990 || program.state.editor == EditorSwitch::On)
+            program.editorPage.ToggleEditor();
+        else
+            program.numberModeMenu.Select(choice % 2 == 0 ? NumberMode::Hex : NumberMode::Decimal);
+    }
+    /// The state, by its hash; the screen must agree with it.
+    std::size_t Here() {
+        const Snapshot now = program.history.Now();
+        mirror.shown.buffer = now.buffer;
+        mirror.shown.EepRead = now.EepRead;
+        mirror.shown.BufferChanged = now.BufferChanged;
+        for (std::size_t cell = 0; cell < now.cells.size(); ++cell) {  // not shown
+            mirror.shown.cells[cell].mark = now.cells[cell].mark;
+            mirror.shown.cells[cell].lastRead = now.cells[cell].lastRead;
+        }
+        EXPECT_TRUE(mirror.shown == now) << mirror.names;
+        std::string all = now.crc + (now.EepRead ? "R" : "") + (now.BufferChanged ? "B" : "") +
+                          (now.GridChanged ? "G" : "") + std::string(Word(now.target)) +
+                          std::to_string(now.pending.count) + mirror.names;
+        all.append(now.buffer.begin(), now.buffer.end()).append(TextOf(now.grid));
+        for (const CellContents& cell : now.cells)
+            all.append(cell.caption)
+                .append(cell.empty ? "E" : "")
+                .append({static_cast<char>(cell.mark), static_cast<char>(cell.colour),
+                         static_cast<char>(cell.lastRead.value_or(77))});
+        for (const EditRecord& row : now.pending.rows)
+            all.append(row.EditAddress + "," + row.EditOldValue + "," + row.EditNewValue + ";");
+        return std::hash<std::string>()(all);
+    }
+    /// Most steps leave the grid as it is.
+    const std::string& TextOf(const GridContents& grid) {
+        if (grid == lastGrid && !lastText.empty())
+            return lastText;
+        lastGrid = grid;
+        lastText = grid.changed.to_string();
+        for (const std::string& text : *grid.texts)
+            lastText.append(text).append(",");
+        return lastText;
+    }
+    std::size_t Count(Direction direction) {
+        return static_cast<std::size_t>(program.history.Count(direction));
+    }
+    /// Where the queue has no room for what undo would bring into it, the user makes some: whether
+    /// that was so.
+    bool MakeRoom() {
+        if (program.history.Beyond(Direction::Undo))
+            return false;
+        program.pending.ClearPendingWrites();
+        if (!program.history.Beyond(Direction::Undo))
+            program.editorPage.ToggleEditor();
+        return true;
+    }
+
+    GridContents lastGrid;
+    std::string lastText;
+    WalkUser user;
+    TemporaryFolder folder;
+    SimulatedTelevision television{{.writeCycle = BusTime(0)}};
+    Mirror mirror;
+    TestSurroundings outside;
+    ManualTimer timer;
+    MemoryRegistry registry;
+    Program program{{{television, television},
+                     mirror,
+                     timer,
+                     user,
+                     mirror,
+                     mirror,
+                     outside,
+                     outside,
+                     outside,
+                     registry,
+                     outside,
+                     folder.Path("backups")}};
+};
+
+TEST_P(UndoWalk, ComesByTheSamePointsBothTimes) {
+    user.mayWrite = GetParam();
+    std::map<std::size_t, std::size_t> there{{0, Here()}};
+    for (int step = 0; step < 10'000; ++step) {
+        SCOPED_TRACE(step);
+        const std::size_t before = Count(Direction::Undo);
+        Step();
+        const std::size_t after = Count(Direction::Undo);
+        there.erase(there.lower_bound(std::min(before, after) + 1), there.end());
+        there[after] = Here();
+        ASSERT_FALSE(HasFailure());
+    }
+    EXPECT_GT(Count(Direction::Undo), 5'000U);
+    while (Count(Direction::Redo) != 0)
+        program.undo.Redo();
+    std::map<std::size_t, std::size_t> back;
+    while (Count(Direction::Undo) != 0) {
+        if (MakeRoom())
+            back.clear();  // redo comes to the later points with the room that was made
+        back[Count(Direction::Undo)] = Here();
+        program.undo.Undo();
+    }
+    back[0] = Here();
+    for (const auto& [point, state] : there)
+        EXPECT_TRUE(user.mayWrite || back[point] == state) << point;
+    EXPECT_GT(back.size(), 5'000U);
+    while (Count(Direction::Undo) < back.rbegin()->first) {
+        program.undo.Redo();
+        ASSERT_EQ(back[Count(Direction::Undo)], Here()) << Count(Direction::Undo);
+    }
+    EXPECT_LE(program.history.Bytes(), History::kMostBytes);
+}
+
+INSTANTIATE_TEST_SUITE_P(WithoutAndWithWrites, UndoWalk, testing::Bool());
+
+}  // namespace
+}  // namespace tarnwell

@@ -56,8 +56,8 @@ def has(node, state):
 
 
 def children(node):
-    """The children that are there; none of a table's cells, which are made when asked for."""
-    if node.get_role() == Atspi.Role.TABLE:
+    """The children that are there; none of a table's or tree's cells, which are made when asked for."""
+    if node.get_role() in (Atspi.Role.TABLE, Atspi.Role.TREE, Atspi.Role.TREE_TABLE):
         return []
     found = (node.get_child_at_index(index) for index in range(node.get_child_count()))
     return [child for child in found if child is not None]

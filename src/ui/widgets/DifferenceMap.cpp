@@ -73,8 +73,8 @@ QPointF DifferenceMap::origin() const {
 }
 
 QRectF DifferenceMap::cellOf(int address) const {
-    const QPointF place(address % kColumns, address / kColumns);
-    return {origin() + place * side(), QSizeF(side(), side())};
+    const QPoint place(address % kColumns, address / kColumns);
+    return {origin() + QPointF(place) * side(), QSizeF(side(), side())};
 }
 
 int DifferenceMap::addressAt(const QPoint& point) const {

@@ -67,10 +67,12 @@ std::vector<DifferenceRow> DifferenceModel::selected(const QModelIndexList& inde
         const auto [row, isNew] = rows.try_emplace(number);
         if (!isNew)
             continue;
+        row->second.bytes.reserve(some.size());
         for (const auto& [place, byte] : some)
             row->second.bytes.push_back(byte);
     }
     std::vector<DifferenceRow> result;
+    result.reserve(rows.size());
     for (const auto& [number, row] : rows)
         result.push_back(row);
     return result;

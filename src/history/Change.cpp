@@ -18,7 +18,7 @@ void Set(Value& value, const std::optional<Value>& to) {
 }
 
 std::size_t TextBytes(const std::string& text) {
-    return text.capacity() < sizeof text / 2 ? 0 : text.capacity() + 1;
+    return text.capacity() < sizeof(std::string) / 2 ? 0 : text.capacity() + 1;
 }
 
 std::size_t TextBytes(const EditRecord& row) {

@@ -261,7 +261,7 @@ TEST_F(UndoTest, AThousandStepsOfTheLargestKindFitAndTheOldestGo) {
     for (const std::string& path : paths) {
         for (std::uint8_t& byte : program.buffer)
             byte = static_cast<std::uint8_t>(byte * 31 + path.size() + 5 + test.user.files.size());
-        program.buffer[100] ^= path == paths[0] ? 0x11 : 0x22;
+        program.buffer[100] = path == paths[0] ? 0x11 : 0x22;
         program.state.BufferChanged = true;
         test.user.files = {path};
         program.imageArchive.SaveImage();

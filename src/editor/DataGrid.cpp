@@ -84,9 +84,9 @@ void DataGrid::Move(GridCell cell, std::optional<GridCell> anchor) {
 }
 
 GridRange DataGrid::Selection() const {
-    const auto [first, last] =
-        std::minmax(current_.Address(), anchor_.value_or(current_).Address());
-    return {first, last};
+    const int current = current_.Address();
+    const int anchor = anchor_.value_or(current_).Address();
+    return {std::min(current, anchor), std::max(current, anchor)};
 }
 
 std::string DataGrid::SelectionText() const {

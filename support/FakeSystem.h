@@ -38,7 +38,10 @@ class FakeSystem final : public SystemCalls {
         return lastDescriptor_;
     }
 
-    int Close(int descriptor) override { return open.erase(descriptor) == 1 ? 0 : -EBADF; }
+    int Close(int descriptor) override {
+        const auto closed = open.extract(descriptor);
+        return closed ? -errors[closed.mapped() + " close"] : -EBADF;
+    }
 
     int Ioctl(int descriptor, unsigned long request, void* argument) override {
         const std::string& device = open.at(descriptor);

@@ -1,10 +1,23 @@
 #include "core/OptionsFile.h"
 
 #include <gmock/gmock.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "core/files/SmallFile.h"
 #include "support/TemporaryFolder.h"
+
+/// What the next locks are answered with, in the place of the C library's.
+static std::vector<int> refusals;
+extern "C" int flock(int descriptor, int operation) noexcept {
+    if (refusals.empty())
+        return static_cast<int>(syscall(SYS_flock, descriptor, operation));
+    errno = refusals.back();
+    refusals.pop_back();
+    return -1;
+}
 
 namespace tarnwell {
 namespace {
@@ -60,6 +73,7 @@ TEST_F(OptionsFileTest, ReadsWhatWasEditedByHandAsTexts) {
         {R"(\xe4\xbz\x20AC\101\x)",
          "\xC3\xA4\vz\xE2\x82\xAC"
          "A\\x"},
+        {R"(\x7f\x80\x7ff\x800)", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80"},
         {"@DateTime(\\0)", "@DateTime("},
     };
     for (const auto& [value, text] : rows)
@@ -72,7 +86,10 @@ TEST_F(OptionsFileTest, KeepsWhatItDoesNotKnowAndWhatAnotherInstanceSavedMeanwhi
     folder.Write("new/Tarnwell.ini", "top=@Variant(\\0)\n[Z]\ny=1, 2\n[ProgOpts]\nNumMode=Hex\n");
     OptionsFile first(path);
     OptionsFile(path, OptionsFile::Access::Read).Flush();
+    refusals = {EWOULDBLOCK, EBADF, EWOULDBLOCK, EWOULDBLOCK};
     Write("/b");
+    EXPECT_EQ(refusals.size(), 1U) << "tries again while it is taken, and only then";
+    refusals.clear();
     first.SetRegValue(kKey, "NumMode", "Decimal");
     first.Flush();
     EXPECT_EQ(

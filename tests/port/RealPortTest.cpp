@@ -59,6 +59,12 @@ TEST_P(RealPortTest, ReachesTheTwoRegistersOfAClaimedPortOnly) {
         EXPECT_EQ(port_.Failure(), "");
         ExpectUnusable("");
     }
+    for (const char* failing : {" close", device_ == "port" ? " close" : " release"}) {
+        system_.errors = {{device_ + failing, EIO}};
+        port_.Claim(kBase);
+        port_.Release();
+        EXPECT_THAT(port_.Failure(), testing::HasSubstr(device_ + ": Input/output error"));
+    }
 }
 
 /// Calls that fail, and the line that tells it, behind the device.

@@ -21,6 +21,9 @@ class PortConnector final : public QWidget {
     /// The pin that `position` has in the drawing, or nothing.
     std::optional<int> pinOf(PinPosition position) const;
 
+    /// The middle of `pin`, 1 to 25, in pixels: pin 1 is on the right, as one looks at a computer.
+    QPointF pinCentre(int pin) const;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -32,7 +35,6 @@ class PortConnector final : public QWidget {
   private:
     int pitch() const;
     QRectF shell() const;
-    QPointF pinCentre(int pin) const;
     QString legend(std::size_t signal) const;
     QColor colourOfPin(int pin) const;
     void paintShell(QPainter& painter) const;

@@ -104,6 +104,8 @@ class CommandLine(unittest.TestCase):
         for name, given in (("a.mot", None), ("a.bin", None), ("-", archive)):
             self.assertEqual(self.report("verify", name, given=given)["crc"], report["crc"])
             self.assertEqual(self.report("info", name, given=given)["crc"], report["crc"])
+        for size, status in ((1 << 20, 0), ((1 << 20) + 1, 4)):
+            self.run_cli("info", "-", given=archive.ljust(size, b"\n"), status=status)
         self.run_cli("read", "a.mot", status=4)
         self.run_cli("--device", "secondary", "read", "a.mot", "--force")
         self.assertNotEqual(self.image_of("a.mot"), self.before)
@@ -132,6 +134,7 @@ class CommandLine(unittest.TestCase):
     def test_settings_are_read_changed_and_archived(self):
         everything = self.report("get")["settings"]
         self.assertEqual(len(everything), 72)
+        self.assertTrue(all(setting["description"] for setting in everything))
         tint = next(s for s in everything if s["name"] == "TINT")
         self.assertEqual(tint, {"name": "TINT", "format": "", "page": "Global", "description": "Main Tint",
                                 "value": self.before[2085] >> 2, "maximum": 63, "address": 2085, "bits": "7-2"})
@@ -149,8 +152,8 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(self.report("get", "TINT", "--image", "b.bin")["settings"][0]["value"], 1)
 
     def test_bytes_are_shown_and_written(self):
-        self.assertEqual(self.report("peek", "0x5", "4094+3")["data"],
-                         [{"address": a, "value": self.before[a]} for a in (5, 4094, 4095, 4096)])
+        self.assertEqual(self.report("peek", "0x5", "4094+3", "8191")["data"],
+                         [{"address": a, "value": self.before[a]} for a in (5, 4094, 4095, 4096, 8191)])
         self.assertIn(b"2085 0x0825  ", self.run_cli("peek", "2084-2086")[0])
         planned = self.report("--dry-run", "poke", "5=1", "6=0x7F", "6=2")
         self.assertEqual((planned["data"], planned["written"]),
@@ -163,7 +166,7 @@ class CommandLine(unittest.TestCase):
 
     def test_asks_on_a_terminal_only(self):
         for arguments, question in (
-                (("poke", "5=2", "5=3"), "Address 5: 1 becomes 3\nWrite 1 new value to the EEP? [y/N] "),
+                (("poke", "5=2", "5=3"), "the Primary EEProm:\n  Address 5: 1 becomes 3\nWrite 1 new value to the EEP? [y/N] "),
                 (("poke", "5=2", "6=3"), "\nWrite 2 new values to the EEP? [y/N] "),
                 (("set", "TINT=9", "CLP=3"), " (CLP.1080i): "),
                 (("set", "TINT=9"), "\nWrite settings values to EEPROM? [y/N] "),
@@ -174,17 +177,17 @@ class CommandLine(unittest.TestCase):
             self.run_cli(*arguments, status=6, given=b"y\n")
         self.assertEqual(self.changed(), {})
         warned = self.on_terminal(b"YES\n", "--device=secondary", "poke", "1=1")
-        self.assertRegex(warned, r"(?s)B E   C A R E F U L !.*KILL your HDTV!.*Address 1.*EEP\? \[y/N\] \Z")
+        self.assertRegex(warned, r"B E   C A R E F U L ![^\r]*KILL your HDTV![^\r]*Secondary EEProm:\n  Address 1: .*\n.*EEP\? \[y/N\] \Z")
         self.on_terminal(b"Y\n", "poke", "5=7")
         self.assertEqual(self.changed(), {5: 7})
 
     def test_wrong_arguments(self):
         for line, reason in {
-                "": "command", "raed x": "Did you mean read", "read": "FILE", "read a b": "One FILE", "--bogus check": "bogus",
-                "get tnit": "Did you mean TINT", "get R-YR.480": "Did you mean R-YR.480i", "get TINT.VGA": "no formats",
-                "set TINT=64": "0 to 63", "set TINT": "=", "set TINT=-1": "number", "peek 8192": "8191", "peek 9-8": "range",
+                "": "command", "raed x": "Did you mean read", "rstor": "Did you mean restore", "read": "FILE", "read a b": "One FILE", "--bogus check": "bogus",
+                "get tnit": "Did you mean TINT", "get itnt": "Did you mean TINT", "get R-YR.480": "Did you mean R-YR.480i", "get TINT.VGA": "no formats",
+                "set TINT=64": "0 to 63", "set TINT": "=", "set TINT=-1": "number", "peek 8192": "8191", "peek 9-8": "range", "peek 8190+3": "range",
                 "peek 1+0": "range", "poke 1=256": "255", "poke 0x=1": "number", "--pins=11112010 check": "pin",
-                "--pins=1101201 check": "eight", "--address=379 check": "378", "--port=lpt check": "no port", "--trace= check": "value",
+                "--pins=1101201 check": "eight", "--pins=11015010 check": "eight", "--address=379 check": "378", "--port=lpt check": "no port", "--trace= check": "value",
                 "--wait=x check": "wait", "--quiet get": "quiet", "--quiet peek 1": "quiet", "--quiet info a": "quiet",
                 "read - --json": "output", "--image=a peek 1": "image", "--image=a set TINT=1": "output", "--raw read a": "raw",
                 "--dry-run read a": "dry-run", "--device=secondary get": "PLEASE BE CAREFUL", "--port=ppdev --real-time check": "simulated",
@@ -210,6 +213,11 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(self.start("--yes", "--progress=always", "poke", "5=3", stdout=writer, stderr=writer).wait(), 4)
         os.close(writer)
         self.assertEqual(self.changed(), {5: 3})
+        subprocess.run(["sh", "-c", '"$0" --progress=always read x.bin <&- >&- 2>&-', PROGRAM],
+                       cwd=self.folder, env=self.environment, check=False)
+        self.assertEqual((self.folder / "x.bin").read_bytes(), self.primary.read_bytes())
+        for file in filter(Path.is_file, self.folder.rglob("*")):
+            self.assertNotIn(b" 50 %", file.read_bytes(), file)
 
     def test_signals_end_it_at_the_next_byte(self):
         (self.folder / "a.bin").write_bytes(bytes(b ^ 0xFF for b in self.before))
@@ -240,6 +248,11 @@ class CommandLine(unittest.TestCase):
         first.send_signal(signal.SIGSTOP)  # however slow the machine is, it still reads
         message = self.report("peek", "1", status=3)["message"]
         self.assertIn(f"(tarnwell-cli, process {first.pid})", message)
+        waiting = self.start("--wait=30", "peek", "1")
+        while not int(re.search(r"SigCgt:\s(\w+)", Path(f"/proc/{waiting.pid}/status").read_text())[1], 16) & 2:
+            pass
+        waiting.send_signal(signal.SIGINT)
+        self.assertEqual(waiting.wait(), 130, waiting.communicate())
         threading.Timer(0.5, first.send_signal, [signal.SIGCONT]).start()
         self.assertEqual(self.report("--wait=60", "peek", "5")["data"][0]["value"], 1)
         self.assertEqual(first.wait(60), 0)
@@ -321,6 +334,15 @@ class CommandLine(unittest.TestCase):
             self.assertEqual(self.report("--yes", "restore", "a.mot")["written"], 1)
         self.assertEqual(len(self.report("backups")["backups"]), count + 3, "one was kept before")
         self.assertEqual(self.report("--device=secondary", "backups")["backups"], [])
+        (self.folder / "s.mot").write_text("S021000048616C7620446F726E205461726E77656C6C2032020253657474696E677390\n"
+                                           "S10408B4053A\nS9030000FC\n")
+        self.assertEqual(self.report("compare", "s.mot", status=1)["mismatches"],
+                         [{"address": 2228, "expected": 5, "found": self.before[2228] >> 4, "setting": "SHPM"}])
+        self.assertEqual(self.report("write", "--yes", "--differences", "s.mot")["written"], 1)
+        self.assertEqual(self.report("compare", "a.mot", "s.mot", status=1)["mismatches"][0]["found"], 5)
+        self.assertEqual(self.changed(), {2228: 0x50 | self.before[2228] & 15})
+        self.run_cli("--device=secondary", "write", "--yes", "--differences", "s.mot", status=2)
+        self.run_cli("--device=secondary", "write", "--yes", "--differences", "a.mot")
 
     def test_doubtful_readings_need_force(self):
         self.environment["TARNWELL_FAULT"] = ""

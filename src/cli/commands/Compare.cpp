@@ -71,7 +71,6 @@ void CompareWithDevice(const Arguments& arguments, Device& device, Report& repor
             !device.ReadImage(contents.at(side).image.emplace()))
             return;
     }
-    device.GiveBack();
     CompareContents(arguments, contents[0], contents[1], report);
 }
 

@@ -51,7 +51,6 @@ void Device::Claim() {
     claim_.emplace(bus_);
     while (bus_.IsTaken() && Steady::now() < deadline) {
         stop_.Obey();
-        claim_.reset();
         claim_.emplace(bus_);
     }
 }

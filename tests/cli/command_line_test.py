@@ -109,7 +109,9 @@ class CommandLine(unittest.TestCase):
         self.run_cli("read", "a.mot", status=4)
         self.run_cli("--device", "secondary", "read", "a.mot", "--force")
         self.assertNotEqual(self.image_of("a.mot"), self.before)
-        different = self.report("verify", "a.mot", status=1)["mismatches"]
+        verified = self.report("verify", "a.mot", status=1)
+        different = verified["mismatches"]
+        self.assertEqual(verified["message"], f"{len(different)} bytes differ.")
         named = next(m for m in different if m["address"] == 2085)
         self.assertEqual((named["setting"], named["found"]), ("TINT", self.before[2085]))
         self.assertIn(b"Address 2085 (TINT): expected", self.run_cli("verify", "a.mot", status=1)[0])
@@ -184,7 +186,7 @@ class CommandLine(unittest.TestCase):
     def test_wrong_arguments(self):
         for line, reason in {
                 "": "command", "raed x": "Did you mean read", "rstor": "Did you mean restore", "read": "FILE", "read a b": "One FILE", "--bogus check": "bogus",
-                "get tnit": "Did you mean TINT", "get itnt": "Did you mean TINT", "get R-YR.480": "Did you mean R-YR.480i", "get TINT.VGA": "no formats",
+                "get tnit": "Did you mean TINT", "get itnt": "Did you mean TINT", "get r-yr.080i": "R-YR.480i", "get R-YR.480": "Did you mean R-YR.480i", "get TINT.VGA": "no formats",
                 "set TINT=64": "0 to 63", "set TINT": "=", "set TINT=-1": "number", "peek 8192": "8191", "peek 9-8": "range", "peek 8190+3": "range",
                 "peek 1+0": "range", "poke 1=256": "255", "poke 0x=1": "number", "--pins=11112010 check": "pin",
                 "--pins=1101201 check": "eight", "--pins=11015010 check": "eight", "--address=379 check": "378", "--port=lpt check": "no port", "--trace= check": "value",
@@ -278,7 +280,9 @@ class CommandLine(unittest.TestCase):
                 ("PortFails Access 40000", ("--yes", "poke", "7=1"), 3, "Hardware"),
                 ("LostWrite WriteCycle 2", ("--yes", "poke", "7=1", "2085=3"), 5, "not programmed correctly"),
                 ("WrongWrite WriteCycle 8192", ("--yes", "write", "a.bin"), 5, "not programmed correctly"),
-                ("DeviceSilent WriteCycle 3", ("--yes", "write", "a.bin"), 3, "2 bytes were written"),
+                ("DeviceSilent WriteCycle 2", ("--yes", "write", "a.bin"), 3, " 1 byte was written and"),
+                ("DeviceSilent WriteCycle 1", ("--yes", "write", "--differences", "a.bin"), 3, "it writes the rest"),
+                ("LostWrite WriteCycle 2", ("--yes", "write", "--differences", "a.bin"), 5, "not programmed correctly"),
                 ("LostWrite WriteCycle 0", ("--yes", "set", "TINT=9"), 5, "settings values failed")):
             (self.folder / "a.bin").write_bytes(self.before)
             self.environment["TARNWELL_FAULT"] = fault

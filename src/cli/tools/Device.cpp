@@ -184,10 +184,11 @@ bool Device::ReadBack(const ByteValues& values) {
 std::string Device::HowFar() const {
     if (!report_.written)
         return {};
-    if (*report_.written == 0)
+    const int count = *report_.written;
+    if (count == 0)
         return " Nothing was written.";
-    return " " + std::to_string(*report_.written) +
-           " bytes were written and not verified: repeat the command.";
+    return " " + std::to_string(count) + (count == 1 ? " byte was" : " bytes were") +
+           " written and not verified: repeat the command.";
 }
 
 bool Device::EndAborted() {

@@ -50,4 +50,12 @@ inline constexpr std::array kBusCommands{
                }},
 };
 
+/// All bytes differ, so that every page is written.
+inline constexpr BusCommand kWriteDifferences{
+    "WriteDifferences", true, 0, 3, [](TestProgram& test) {
+        test.user.answers = {Answer::Yes};
+        test.program.writeDifferences.WriteDifferencesToEep();
+        test.user.answers.clear();
+    }};
+
 }  // namespace tarnwell

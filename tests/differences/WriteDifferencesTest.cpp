@@ -121,48 +121,6 @@ TEST(WriteDifferences, LeavesBufferAndDeviceEqualWhateverTheyHeld) {
     }
 }
 
-/// Every fault at every stage: nothing but old and new bytes, a true message, and the same command
-/// again finishes the work.
-TEST(WriteDifferences, SurvivesFaultsAtEachStage) {
-    using enum WireEvent;
-    const Moment moments[] = {{Access, 0},     {Byte, 400}, {WriteCycle, 1}, {WriteCycle, 2},
-                              {WriteCycle, 4}, {Read, 2},   {Read, 3},       {Access, 900'000}};
-    for (const FaultKind kind :
-         {PortFails, DeviceSilent, SclStuckLow, SdaStuckHigh, AdapterGone, LinesJoined,
-          LateAcknowledge, LostWrite, NoPageWrites, ShortPages}) {
-        for (const Moment moment : moments) {
-            SCOPED_TRACE(::testing::Message()
-                         << "fault " << static_cast<int>(kind) << " at "
-                         << static_cast<int>(moment.event) << " " << moment.count);
-            Session run;
-            for (const int address : {3, 4, 40, 60, 2363, 5000, 8160, 8191})
-                run.Change(address);
-            run.television.Inject({.kind = kind, .begins = moment, .samples = 3});
-            run.Write();
-            for (std::size_t address = 0; address < kEepromBytes; ++address)
-                ASSERT_TRUE(run.primary[address] == run.before[address] ||
-                            run.primary[address] == run.program.buffer[address])
-                    << address;
-            const bool verified = run.Status() == "EEP Verified OK; 8 Bytes Written";
-            EXPECT_TRUE(!verified || run.IsWritten());
-            EXPECT_TRUE(verified || (kind != NoPageWrites && kind != ShortPages));
-            int arrived = 0;
-            for (std::size_t address = 0; address < kEepromBytes; ++address)
-                arrived += run.primary[address] != run.before[address] ? 1 : 0;
-            const std::string told = run.user.TakeBoxes().back();
-            const auto confirmed = told.find("EEProm: ");
-            if (confirmed != std::string::npos) {
-                EXPECT_LE(std::stoi(told.substr(confirmed + 8)), arrived);
-                EXPECT_THAT(told, ::testing::EndsWith(" of 8."));
-            }
-            run.television.ClearFaults();
-            run.television.PowerCycle();
-            run.Write();
-            EXPECT_TRUE(run.IsWritten());
-        }
-    }
-}
-
 TEST(WriteDifferences, TellsWhatIsConfirmedWhenABusWorksAgain) {
     Session run;
     for (const int address : {3, 40, 41, 80})

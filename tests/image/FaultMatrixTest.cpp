@@ -1,6 +1,7 @@
 // Each command that touches the bus, under each fault of the television, from each moment on.
 #include <algorithm>
 #include <cctype>
+#include <span>
 
 #include "support/BusCommands.h"
 
@@ -19,30 +20,42 @@ struct Row {
     FaultKind fault;
     std::string_view reading;  ///< the fault begins before, in the select byte, address, data
     std::string_view writing;  ///< likewise, and in the write cycle, in the verification
+    /// Of writing the differences: as reading, then in the first page's address, data and write
+    /// cycle, in the reading that proves it, in the second page's write cycle, in the verification.
+    std::string_view differences;
 };
 
 constexpr std::array kMatrix{
-    Row{FaultKind::SclStuckLow, "annn", "annnnn"},
-    Row{FaultKind::SdaStuckLow, "annn", "annnnn"},
-    Row{FaultKind::SclStuckHigh, "nnns", "nnnnns"},
-    Row{FaultKind::SdaStuckHigh, "hnns", "hnnnns"},
-    Row{FaultKind::LinesJoined, "nnnn", "nnnnnn"},
-    Row{FaultKind::InputsInverted, "annn", "annnnn"},
-    Row{FaultKind::AdapterGone, "hnns", "hnnnns"},
-    Row{FaultKind::PortFails, "hnnn", "hnnnnn"},
-    Row{FaultKind::DeviceSilent, "nnns", "nnnnns"},
+    Row{FaultKind::SclStuckLow, "annn", "annnnn", "annnnnnnnn"},
+    Row{FaultKind::SdaStuckLow, "annn", "annnnn", "annnnnnnnn"},
+    Row{FaultKind::SclStuckHigh, "nnns", "nnnnns", "nnnnnnnnnn"},
+    Row{FaultKind::SdaStuckHigh, "hnns", "hnnnns", "hnnnnnnnnn"},
+    Row{FaultKind::LinesJoined, "nnnn", "nnnnnn", "nnnnnnnnnn"},
+    Row{FaultKind::InputsInverted, "annn", "annnnn", "annnnnnnnn"},
+    Row{FaultKind::AdapterGone, "hnns", "hnnnns", "hnnnnnnnnn"},
+    Row{FaultKind::PortFails, "hnnn", "hnnnnn", "hnnnnnnnnn"},
+    Row{FaultKind::DeviceSilent, "nnns", "nnnnns", "nnnnnnnnnn"},
     // A device that never answers at once is found by the polling; one that answered at once in
     // the check and does no longer has lost a clock.
-    Row{FaultKind::LateAcknowledge, "onno", "nnnnno"},
-    Row{FaultKind::LostWrite, "oooo", "vvvvvo"},
-    Row{FaultKind::WrongWrite, "oooo", "vvvvvo"},
-    Row{FaultKind::FlippedBit, "rrr", "vvvvv"},
+    Row{FaultKind::LateAcknowledge, "onno", "nnnnno", "nnnnnnnnno"},
+    Row{FaultKind::LostWrite, "oooo", "vvvvvo", "vvvvvvvvvo"},
+    Row{FaultKind::WrongWrite, "oooo", "vvvvvo", "vvvvvvvvvo"},
+    Row{FaultKind::ShortPages, "", "", "oooooooooo"},
+    Row{FaultKind::NoPageWrites, "", "", "oooooooooo"},
+    Row{FaultKind::FlippedBit, "rrr", "vvvvv", "vvvvvvvvv"},
 };
+
+bool IsDifferences(const BusCommand& command) {
+    return command.name == kWriteDifferences.name;
+}
 
 /// When the faults begin; the bus check sends one byte of its own, with ten clocks in all. The
 /// last is in the data of the last read, which of a write is that of its verification.
 std::vector<Moment> MomentsOf(const BusCommand& command) {
     using enum WireEvent;
+    if (IsDifferences(command))
+        return {{Access, 0},  {Clock, 14},     {Byte, 3}, {Read, 1},       {Byte, 8199},
+                {Byte, 8203}, {WriteCycle, 1}, {Read, 2}, {WriteCycle, 2}, {Read, 3}};
     const Moment lastRead{Read, command.reads};
     if (command.writes)
         return {{Access, 0}, {Clock, 14}, {Byte, 3}, {Byte, 5}, {WriteCycle, 1}, lastRead};
@@ -79,6 +92,8 @@ struct Snapshot {
     bool operator==(const Snapshot&) const = default;
 };
 
+constexpr int kChangedBytes = 3 * kPageBytes;
+
 /// A program with an image, two changed settings and a pending write. Every byte has bits 7 and
 /// 0 set: what a device that gets lost leaves on SDA does not depend on the place.
 void Prepare(TestProgram& test) {
@@ -86,7 +101,7 @@ void Prepare(TestProgram& test) {
     for (std::size_t address = 0; address < memory.size(); ++address)
         memory[address] = static_cast<std::uint8_t>(0x81 + 2 * (address % 32));
     test.program.wholeDevice.ReadEntireEep();
-    for (std::uint8_t& byte : test.program.buffer)
+    for (std::uint8_t& byte : std::span(test.program.buffer).first(kChangedBytes))
         byte ^= 0x04;
     for (const int cell : {0, 1}) {
         test.program.cells.ShowValue(cell, 201);
@@ -142,6 +157,28 @@ void ExpectNothingDriven(TestProgram& test) {
     test.television.PowerCycle();
 }
 
+/// How many bytes the device holds as they were asked for; the others are as it held them.
+int ArrivedBytes(TestProgram& test, const EepromImage& held) {
+    int arrived = 0;
+    const EepromImage& memory = test.television.Memory(Chip::Primary);
+    for (std::size_t address = 0; address < memory.size(); ++address) {
+        EXPECT_TRUE(memory[address] == held[address] ||
+                    memory[address] == test.program.buffer[address])
+            << address;
+        arrived += memory[address] != held[address] ? 1 : 0;
+    }
+    return arrived;
+}
+
+/// As many bytes as were told to be confirmed have arrived.
+void ExpectTrue(const std::string& told, int arrived) {
+    const std::size_t confirmed = told.find("EEProm: ");
+    if (confirmed == std::string::npos)
+        EXPECT_EQ(arrived, told.starts_with("Write ") ? kChangedBytes : 0) << told;
+    else
+        EXPECT_LE(std::stoi(told.substr(confirmed + 8)), arrived);
+}
+
 class FaultMatrix : public ::testing::TestWithParam<BusCommand> {
   protected:
     static BusTime TimeOf(TestProgram& test, const BusCommand& command) {
@@ -155,6 +192,9 @@ class FaultMatrix : public ::testing::TestWithParam<BusCommand> {
         TestProgram test({.writeCycle = 20us});
         Prepare(test);
         const Snapshot before(test);
+        const EepromImage held = test.television.Memory(Chip::Primary);
+        std::string told;
+        test.user.onBox = [&](const Box& box) { told = box.text; };
         test.television.Inject({.kind = fault,
                                 .begins = begins,
                                 .address = command.firstAddress,
@@ -167,6 +207,8 @@ class FaultMatrix : public ::testing::TestWithParam<BusCommand> {
             EXPECT_EQ(test.Status(), "I2C Operation Aborted");
             ExpectSettingsRemembered(test);
         }
+        if (IsDifferences(command) && fault != FaultKind::WrongWrite)
+            ExpectTrue(told, ArrivedBytes(test, held));
         test.television.ClearFaults();
         const bool idle = test.television.Scl() && test.television.Sda();
         if (!idle && fault != FaultKind::PortFails)
@@ -175,6 +217,10 @@ class FaultMatrix : public ::testing::TestWithParam<BusCommand> {
         test.program.settings.ReadSettingsFromEep();
         EXPECT_EQ(test.Status(), "Settings Values Read from EEPROM");
         EXPECT_TRUE(test.television.Scl() && test.television.Sda());
+        if (IsDifferences(command)) {
+            kWriteDifferences.run(test);
+            EXPECT_EQ(ArrivedBytes(test, held), kChangedBytes) << "called again, it finishes";
+        }
     }
 };
 
@@ -185,7 +231,9 @@ TEST_P(FaultMatrix, EndsAsTheTableSays) {
     const BusTime healthyTime = TimeOf(healthy, command);
     const std::vector<Moment> moments = MomentsOf(command);
     for (const Row& row : kMatrix) {
-        const std::string_view outcomes = command.writes ? row.writing : row.reading;
+        const std::string_view outcomes = IsDifferences(command) ? row.differences
+                                          : command.writes       ? row.writing
+                                                                 : row.reading;
         for (std::size_t moment = 0; moment < outcomes.size(); ++moment) {
             SCOPED_TRACE(testing::Message()
                          << "fault " << static_cast<int>(row.fault) << " moment " << moment);
@@ -197,6 +245,7 @@ TEST_P(FaultMatrix, EndsAsTheTableSays) {
 
 INSTANTIATE_TEST_SUITE_P(EveryCommand, FaultMatrix, ::testing::ValuesIn(kBusCommands),
                          [](const auto& command) { return std::string(command.param.name); });
+INSTANTIATE_TEST_SUITE_P(Differences, FaultMatrix, ::testing::Values(kWriteDifferences));
 
 }  // namespace
 }  // namespace tarnwell

@@ -1,6 +1,7 @@
 // Rows: the window under a user's hands, and a read in real time with its percentage painted.
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QTableView>
@@ -8,6 +9,7 @@
 #include "RealTimePort.h"
 #include "Rows.h"
 #include "support/TestProgram.h"
+#include "ui/dialogs/FormCompare.h"
 #include "ui/window/FormMain.h"
 
 namespace tarnwell::bench {
@@ -79,12 +81,35 @@ void AddEditorPage(Table& table, BenchWindow& bench) {
               "a picture at 60 a second");
 }
 
+/// Every second byte differs, which makes as many rows as there can be.
+void AddCompare(Table& table, BenchWindow& bench) {
+    Program& program = bench.window.program();
+    for (std::size_t address = 0; address < kEepromBytes; address += 2)
+        program.buffer[address] ^= 1;
+    YesUser user;
+    program.compare.Begin();
+    program.compare.Choose(Side::Right, Source::Primary);
+    FormCompare dialog(
+        program, user, [](const std::function<void()>& command) { command(); }, &bench.window);
+    dialog.show();
+    auto& filter = *dialog.findChild<QCheckBox*>(QStringLiteral("chkSettingsOnly"));
+    table.Add("comparison of " + std::to_string(program.compare.Rows().size()) + " rows: shown",
+              BestOf(10,
+                     [&] {
+                         filter.toggle();
+                         filter.toggle();
+                         PaintAll();
+                     }),
+              kFrame, "a picture at 60 a second");
+}
+
 }  // namespace
 
 void AddWindow(Table& table) {
     BenchWindow bench;
     AddRead(table, bench);
     AddEditorPage(table, bench);
+    AddCompare(table, bench);
 }
 
 }  // namespace tarnwell::bench

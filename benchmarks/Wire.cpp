@@ -1,6 +1,8 @@
 // Rows: whole devices and single writes on the wire.
 #include <time.h>
 
+#include <span>
+
 #include "RealTimePort.h"
 #include "Rows.h"
 #include "support/TestProgram.h"
@@ -93,14 +95,17 @@ void AddDifferences(Table& table) {
     QuietProgram quiet(port, port.TheClock());
     Program& program = quiet.program;
     program.wholeDevice.ReadEntireEep();
-    const auto write = [&] { program.writeDifferences.WriteDifferencesToEep(); };
-    for (std::uint8_t& byte : program.buffer)
-        byte ^= 0x5A;
-    table.Add("write of differences, all 8192 bytes", SecondsOf(write),
+    const auto writeOf = [&](std::size_t first, std::size_t bytes) {
+        return BestOf(3, [&] {
+            for (std::uint8_t& byte : std::span(program.buffer).subspan(first, bytes))
+                byte ^= 0x5A;
+            program.writeDifferences.WriteDifferencesToEep();
+        });
+    };
+    table.Add("write of differences, all 8192 bytes (best of 3)", writeOf(0, kEepromBytes),
               2 * limits.Read() + limits.WritePages(kEepromBytes / kPageBytes, kEepromBytes),
               "10 us a clock, and the write cycles");
-    program.buffer[2363] ^= 0x5A;
-    table.Add("write of differences, one setting", SecondsOf(write),
+    table.Add("write of differences, one setting (best of 3)", writeOf(2363, 1),
               2 * limits.Read() + kWriteCycleSeconds, "two whole reads and a write cycle");
     AddTimes(table, port, limits);
 }

@@ -46,6 +46,13 @@ Action Click(const char* button) {
     return [button](QWidget& dialog) { Child<QAbstractButton>(dialog, button).click(); };
 }
 
+void ShowDetails(QWidget& box) {
+    for (QAbstractButton* button : static_cast<QMessageBox&>(box).buttons()) {
+        if (static_cast<QMessageBox&>(box).buttonRole(button) == QMessageBox::ActionRole)
+            button->click();
+    }
+}
+
 /// The program with its window, on a television of its own.
 class Exhibition {
   public:
@@ -173,12 +180,7 @@ void Exhibition::ShowQuestions() {
 
     television_.Inject({.kind = FaultKind::FlippedBit, .address = kFlippedAddress});
     modal_.then(ModalWindows::pressing(QMessageBox::Yes));
-    Expect("verify-failed", ModalWindows::pressing(QMessageBox::Ok), [](QWidget& box) {
-        for (QAbstractButton* button : static_cast<QMessageBox&>(box).buttons()) {
-            if (static_cast<QMessageBox&>(box).buttonRole(button) == QMessageBox::ActionRole)
-                button->click();
-        }
-    });
+    Expect("verify-failed", ModalWindows::pressing(QMessageBox::Ok), ShowDetails);
     Choose("mnuEEPWrite");
     television_.ClearFaults();
 }
@@ -253,6 +255,8 @@ void Exhibition::ShowCompare() {
         table.setCurrentIndex(table.model()->index(0, 0));
     });
     Choose("mnuEEPCompare");
+    Expect("differences-question", ModalWindows::pressing(QMessageBox::No), ShowDetails);
+    Choose("mnuEEPWriteDifferences");
     Expect("backups", Cancel);
     Choose("mnuFileBackups");
     Choose("mnuEEPRead");

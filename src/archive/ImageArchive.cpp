@@ -9,11 +9,9 @@ namespace tarnwell {
 
 namespace {
 
-constexpr std::string_view kLoadTitle = "Load EEProm Image";
 constexpr std::string_view kSaveCancelled = "EEProm Image Save Cancelled";
 constexpr std::string_view kDiscardRefused = "EEProm Image Load Canceled";
 constexpr std::string_view kLoadCancelled = "EEProm Image Load Cancelled";
-constexpr std::string_view kLoadFailed = "EEProm Image Load Failed";
 
 constexpr Message kAskDiscard{"Discard Present EEProm Image?", "D I S K   L O A D",
                               BoxStyle::YesNoQuestion};
@@ -21,12 +19,6 @@ constexpr Message kAskOtherDevice{
     "This is a backup of the Secondary EEProm, but the Primary EEProm is selected.\r\n"
     "Load it all the same?",
     "C A U T I O N", BoxStyle::YesNoExclamation};
-constexpr Message kNoSRecords{
-    "The archive is not an S-Record file;\r\nAn EEProm image was not loaded.",
-    "E R R O R - File Mismatch", BoxStyle::Exclamation};
-constexpr Message kNoImage{
-    "The archive is not a valid EEP image file;\r\nAn EEProm image was not loaded.",
-    "E R R O R - File Mismatch", BoxStyle::Exclamation};
 constexpr Message kAskForeign{
     "The file is not a Tarnwell EEProm data file;\r\n\r\n"
     "Do you want to load it anyway? (Is it 24C64 data?)",
@@ -62,9 +54,19 @@ Box AskOtherDevice(const KeptImage& kept) {
 
 }  // namespace
 
+constexpr ArchiveCommand::Texts ImageArchive::kTexts{
+    .loadTitle = "Load EEProm Image",
+    .noSRecords = {"The archive is not an S-Record file;\r\nAn EEProm image was not loaded.",
+                   "E R R O R - File Mismatch", BoxStyle::Exclamation},
+    .otherKind = {"The archive is not a valid EEP image file;\r\nAn EEProm image was not loaded.",
+                  "E R R O R - File Mismatch", BoxStyle::Exclamation},
+    .corrupt = kCorrupt,
+    .cancelled = kLoadCancelled,
+    .failed = "EEProm Image Load Failed"};
+
 ImageArchive::ImageArchive(const CommandContext& context, const Calendar& calendar,
                            MemoryBuffer& buffer, BufferDisplays& displays)
-    : ArchiveCommand(context), calendar_(calendar), buffer_(buffer), displays_(displays) {}
+    : ArchiveCommand(context, kTexts), calendar_(calendar), buffer_(buffer), displays_(displays) {}
 
 void ImageArchive::SaveImage() {
     const CommandScope scope(statusBar_);
@@ -74,7 +76,7 @@ void ImageArchive::SaveImage() {
     }
     const auto path =
         AskArchive(FileRequest::Kind::Save, "Save EEPROM Image As...", ProposedName());
-    if (!path || !SaveTo(*path))
+    if (!path || !SaveLines(*path, ImageRecords(buffer_)))
         return Post(kSaveCancelled);
     const Aside aside(steps_);
     state_.BufferChanged = false;
@@ -87,16 +89,11 @@ std::string ImageArchive::ProposedName() const {
            Without(calendar_.TimeWithSeconds(), ":/");
 }
 
-bool ImageArchive::SaveTo(const std::string& path) {
-    SetArchiveFolder(path);
-    return WriteArchive(path, ImageRecords(buffer_));
-}
-
 void ImageArchive::LoadImage() {
     const CommandScope scope(statusBar_);
     if (!MayReplaceBuffer())
         return;
-    const auto path = AskArchive(FileRequest::Kind::Open, kLoadTitle, "");
+    const auto path = AskArchive(FileRequest::Kind::Open, kTexts.loadTitle, "");
     if (!path)
         return Post(kLoadCancelled);
     LoadFrom(*path);
@@ -141,37 +138,16 @@ void ImageArchive::LoadFrom(const std::string& path) {
 
 std::optional<MemoryBuffer> ImageArchive::AskImage() {
     const CommandScope scope(statusBar_);
-    const auto path = AskArchive(FileRequest::Kind::Open, kLoadTitle, "");
-    if (!path) {
-        Post(kLoadCancelled);
-        return std::nullopt;
-    }
-    SetArchiveFolder(*path);
-    return ReadImageFile(*path);
+    const auto path = AskToLook();
+    return path ? ReadImageFile(*path) : std::nullopt;
 }
 
 std::optional<MemoryBuffer> ImageArchive::ReadImageFile(const std::string& path) {
     const CommandScope scope(statusBar_);
     ArchiveFile file(path);
-    if (!MayLoad(file))
+    if (!CanBeRead(file) || !MayLoad(file))
         return std::nullopt;
-    MemoryBuffer image{};
-    switch (LoadImageRecords(file, image)) {
-        case LoadEnd::Complete:
-            return image;
-        case LoadEnd::WrongChecksum:
-            Refuse(kCorrupt);
-            break;
-        case LoadEnd::LineTooLong:
-            Refuse(kLineTooLong);
-            break;
-        case LoadEnd::NoTerminator:
-        case LoadEnd::BadRecord:
-        case LoadEnd::TooManyAddresses:
-            Refuse(kNoImage);
-            break;
-    }
-    return std::nullopt;
+    return Whole(file, LoadImageRecords);
 }
 
 bool ImageArchive::MayLoad(const ArchiveFile& file) {
@@ -183,27 +159,11 @@ bool ImageArchive::MayLoad(const ArchiveFile& file) {
             if (WantsForeign(file.Kind()))
                 return true;
             Post(kLoadCancelled);
-            break;
-        case ArchiveKind::OtherValues:
-            Refuse(kNoImage);
-            break;
-        case ArchiveKind::NoSRecords:
-            Refuse(kNoSRecords);
-            break;
-        case ArchiveKind::LineTooLong:
-            Refuse(kLineTooLong);
-            break;
-        case ArchiveKind::TooLarge:
-            Refuse(kTooLarge);
-            break;
-        case ArchiveKind::Empty:
-        case ArchiveKind::NotRegular:
-        case ArchiveKind::Missing:
-        case ArchiveKind::Unreadable:
-            Post(kLoadCancelled);
-            break;
+            return false;
+        default:
+            RefuseKind(file.Kind());
+            return false;
     }
-    return false;
 }
 
 bool ImageArchive::WantsForeign(ArchiveKind kind) {
@@ -237,11 +197,6 @@ void ImageArchive::TellThatItStopped(LoadEnd end) {
             user_.ShowBox(kStopped);
             return Post(kLoadCancelled);
     }
-}
-
-void ImageArchive::Refuse(const Box& box) {
-    user_.ShowBox(box);
-    Post(kLoadFailed);
 }
 
 void ImageArchive::ShowBuffer() {

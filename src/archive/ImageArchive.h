@@ -20,8 +20,8 @@ class ImageArchive final : private ArchiveCommand {
     /// The same with the file `path`, a full path, which nobody is asked for.
     void LoadImageFile(const std::string& path);
 
-    /// The image of a file that the user picks, with the boxes of a load that refuses it. The
-    /// buffer stays as it is; nothing if the file is not taken as a whole.
+    /// The image of a file that the user picks; the buffer stays as it is. Nothing if the file is
+    /// not taken as a whole, which a box has told.
     std::optional<MemoryBuffer> AskImage();
 
     /// The same of the file `path`.
@@ -32,8 +32,9 @@ class ImageArchive final : private ArchiveCommand {
     void LoadKeptImage(const KeptImage& kept);
 
   private:
+    static const Texts kTexts;
+
     std::string ProposedName() const;
-    [[nodiscard]] bool SaveTo(const std::string& path);
     bool MayReplaceBuffer();
     bool MayDiscardImage();
     void LoadFrom(const std::string& path);
@@ -41,7 +42,6 @@ class ImageArchive final : private ArchiveCommand {
     bool WantsForeign(ArchiveKind kind);
     void LoadRecords(ArchiveFile& file, const std::string& path);
     void TellThatItStopped(LoadEnd end);
-    void Refuse(const Box& box);
     void ShowBuffer();
 
     const Calendar& calendar_;

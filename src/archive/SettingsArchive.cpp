@@ -1,6 +1,8 @@
 // Saving the cells as a settings archive and loading them back.
 #include "archive/SettingsArchive.h"
 
+#include <algorithm>
+
 #include "archive/SRecord.h"
 
 namespace tarnwell {
@@ -10,28 +12,32 @@ namespace {
 constexpr std::string_view kProposedName = "Tarnwell-Settings";
 constexpr std::string_view kHiddenMenuName = "Quillmer.mot";
 
-constexpr std::string_view kLoadTitle = "Load Settings";
 constexpr std::string_view kSaveCancelled = "Settings Save Cancelled";
 constexpr std::string_view kLoadCanceled = "Load Settings Canceled";
 
 constexpr Message kEmptyCells{
     "There are empty settings values;\r\nread or load the settings first.", "E R R O R",
     BoxStyle::Exclamation};
-constexpr Message kNoSRecords{
-    "The file is not an S-Record File;\r\nThe settings values were not loaded.",
-    "A B O R T - File Load", BoxStyle::Exclamation};
-constexpr Message kNoSettings{
-    "File is not a Tarnwell Settings file;\r\nThe Settings were not loaded.",
-    "A B O R T - File Load", BoxStyle::Exclamation};
-constexpr Message kCorrupt{
-    "Data in the Settings file may be corrupt;\r\n\r\nSettings were not loaded.",
-    "E R R O R - Checksum", BoxStyle::Exclamation};
+constexpr Message kNotAllValues{
+    "The file does not have all settings;\r\nThose that it does not have count as equal.",
+    "I N F O", BoxStyle::Information};
 
 }  // namespace
 
+constexpr ArchiveCommand::Texts SettingsArchive::kTexts{
+    .loadTitle = "Load Settings",
+    .noSRecords = {"The file is not an S-Record File;\r\nThe settings values were not loaded.",
+                   "A B O R T - File Load", BoxStyle::Exclamation},
+    .otherKind = {"File is not a Tarnwell Settings file;\r\nThe Settings were not loaded.",
+                  "A B O R T - File Load", BoxStyle::Exclamation},
+    .corrupt = {"Data in the Settings file may be corrupt;\r\n\r\nSettings were not loaded.",
+                "E R R O R - Checksum", BoxStyle::Exclamation},
+    .cancelled = kLoadCanceled,
+    .failed = "Load Settings Failed"};
+
 SettingsArchive::SettingsArchive(const CommandContext& context, SettingCells& cells,
                                  SettingsEngine& settings)
-    : ArchiveCommand(context), cells_(cells), settings_(settings) {}
+    : ArchiveCommand(context, kTexts), cells_(cells), settings_(settings) {}
 
 void SettingsArchive::SaveSettings() {
     const CommandScope scope(statusBar_);
@@ -43,7 +49,7 @@ void SettingsArchive::SaveSettings() {
     }
     const auto path =
         AskArchive(FileRequest::Kind::Save, "Save Settings As...", std::string(kProposedName));
-    if (!path || !SaveTo(*path))
+    if (!path || !SaveLines(*path, SettingsRecords(cells_)))
         return Post(kSaveCancelled);
     const Aside aside(steps_);
     for (int cell = 0; cell < kCellCount; ++cell)
@@ -51,15 +57,10 @@ void SettingsArchive::SaveSettings() {
     Post("Settings Saved to Archive Disk File");
 }
 
-bool SettingsArchive::SaveTo(const std::string& path) {
-    SetArchiveFolder(path);
-    return WriteArchive(path, SettingsRecords(cells_));
-}
-
 void SettingsArchive::LoadSettings() {
     const CommandScope scope(statusBar_);
     const auto path =
-        AskArchive(FileRequest::Kind::OpenAnyName, kLoadTitle, std::string(kProposedName));
+        AskArchive(FileRequest::Kind::OpenAnyName, kTexts.loadTitle, std::string(kProposedName));
     if (!path)
         return Post(kLoadCanceled);
     if (path->ends_with(kHiddenMenuName)) {
@@ -85,48 +86,22 @@ void SettingsArchive::LoadFrom(const std::string& path) {
 
 std::optional<SettingDigits> SettingsArchive::AskValues() {
     const CommandScope scope(statusBar_);
-    const auto path = AskArchive(FileRequest::Kind::Open, kLoadTitle, "");
-    if (!path) {
-        Post(kLoadCanceled);
+    const auto path = AskToLook();
+    if (!path)
         return std::nullopt;
-    }
-    SetArchiveFolder(*path);
     ArchiveFile file(*path);
-    if (!MayLoad(file))
+    if (!CanBeRead(file) || !MayLoad(file))
         return std::nullopt;
-    SettingDigits digits;
-    const LoadEnd end = LoadSettingsRecords(file, digits);
-    Tell(end);
-    if (end != LoadEnd::Complete)
-        return std::nullopt;
-    return digits;
+    const auto values = Whole(file, LoadSettingsRecords);
+    if (values && std::ranges::count(*values, "") > 0)
+        user_.ShowBox(kNotAllValues);
+    return values;
 }
 
 bool SettingsArchive::MayLoad(const ArchiveFile& file) {
-    switch (file.Kind()) {
-        case ArchiveKind::Settings:
-            return true;
-        case ArchiveKind::Image:
-        case ArchiveKind::OtherValues:
-        case ArchiveKind::Foreign:
-            Refuse(kNoSettings);
-            break;
-        case ArchiveKind::NoSRecords:
-            Refuse(kNoSRecords);
-            break;
-        case ArchiveKind::LineTooLong:
-            Refuse(kLineTooLong);
-            break;
-        case ArchiveKind::TooLarge:
-            Refuse(kTooLarge);
-            break;
-        case ArchiveKind::Empty:
-        case ArchiveKind::NotRegular:
-        case ArchiveKind::Missing:
-        case ArchiveKind::Unreadable:
-            Post(kLoadCanceled);
-            break;
-    }
+    if (file.Kind() == ArchiveKind::Settings)
+        return true;
+    RefuseKind(file.Kind());
     return false;
 }
 
@@ -135,18 +110,11 @@ void SettingsArchive::LoadRecords(ArchiveFile& file, const std::string& path) {
     SettingDigits digits;
     const LoadEnd end = LoadSettingsRecords(file, digits);
     ShowValues(digits);
-    if (end == LoadEnd::Complete)
-        Post("Settings Loaded from Archive Disk File");
-    else
-        Tell(end);
-}
-
-void SettingsArchive::Tell(LoadEnd end) {
     switch (end) {
         case LoadEnd::Complete:
-            return;
+            return Post("Settings Loaded from Archive Disk File");
         case LoadEnd::WrongChecksum:
-            return Refuse(kCorrupt);
+            return Refuse(kTexts.corrupt);
         case LoadEnd::LineTooLong:
             return Refuse(kLineTooLong);
         case LoadEnd::NoTerminator:
@@ -167,11 +135,6 @@ void SettingsArchive::ShowValues(const SettingDigits& digits) {
             cells_.ShowValue(cell, ByteAt(given, 0));
         cells_.SetMark(cell, Mark::Save);
     }
-}
-
-void SettingsArchive::Refuse(const Message& box) {
-    user_.ShowBox(box);
-    Post("Load Settings Failed");
 }
 
 }  // namespace tarnwell

@@ -19,18 +19,17 @@ class SettingsArchive final : private ArchiveCommand {
     /// The same with the file `path`, a full path, which nobody is asked for, whatever its name.
     void LoadSettingsFile(const std::string& path);
 
-    /// The values of a file that the user picks, with the boxes of a load that refuses it. The
-    /// cells stay as they are; nothing if the file is not taken as a whole.
+    /// The values of a file that the user picks; the cells stay as they are. Nothing if the file is
+    /// not taken as a whole, which a box has told.
     std::optional<SettingDigits> AskValues();
 
   private:
-    [[nodiscard]] bool SaveTo(const std::string& path);
+    static const Texts kTexts;
+
     void LoadFrom(const std::string& path);
     bool MayLoad(const ArchiveFile& file);
-    void Tell(LoadEnd end);
     void LoadRecords(ArchiveFile& file, const std::string& path);
     void ShowValues(const SettingDigits& digits);
-    void Refuse(const Message& box);
 
     SettingCells& cells_;
     SettingsEngine& settings_;

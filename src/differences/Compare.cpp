@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "archive/SRecord.h"
+#include "image/WriteTexts.h"
 
 namespace tarnwell {
 
@@ -71,6 +72,13 @@ Compare::Compare(const CommandContext& context, DeviceReader& reader, ImageArchi
       buffer_(buffer),
       displays_(displays) {}
 
+void Compare::Begin() {
+    sides_ = {};
+    if (HoldsImage(state_, buffer_))
+        sides_[Index(Side::Left)].source = Source::Buffer;
+    Refresh();
+}
+
 bool Compare::Choose(Side side, Source source) {
     const CommandScope scope(statusBar_);
     const bool loaded = Load(sides_[Index(side)], source);
@@ -81,6 +89,10 @@ bool Compare::Choose(Side side, Source source) {
 bool Compare::Load(Chosen& chosen, Source source) {
     switch (source) {
         case Source::Buffer:
+            if (!HoldsImage(state_, buffer_)) {
+                user_.ShowBox(kMustReadFirst);
+                return false;
+            }
             break;
         case Source::Primary:
         case Source::Secondary: {
@@ -174,7 +186,7 @@ std::string Compare::Summary() const {
 
 bool Compare::CanTake() const {
     const auto& [left, right] = sides_;
-    return left.source && right.source && HoldsImage(state_, buffer_) &&
+    return left.source && right.source &&
            (left.source == Source::Buffer) != (right.source == Source::Buffer);
 }
 

@@ -27,8 +27,11 @@ class Compare final : private Command {
             SettingsArchive& settingsArchive, SettingCells& cells, MemoryBuffer& buffer,
             BufferDisplays& displays);
 
-    /// Makes `source` a side: reads a device, or asks for a file. False if the side stays as it
-    /// was, for a file, or is empty now, for a device; the user was told.
+    /// Both sides are empty, but that the left one is the buffer if that holds an image.
+    void Begin();
+
+    /// Makes `source` a side: reads a device, or asks for a file. False if the side is empty now,
+    /// for a device, or else stays as it was; the user was told.
     bool Choose(Side side, Source source);
 
     /// Makes an image that the program kept a side; false if it cannot be read.

@@ -25,6 +25,8 @@ std::vector<DifferenceRow> DifferenceRows(TargetDevice device, const MemoryBuffe
 
 inline constexpr std::array<std::string_view, 5> kDifferenceColumns{"Address", "Setting", "Format",
                                                                     "Left", "Right"};
+inline constexpr std::size_t kLeftColumn = 3;
+inline constexpr std::size_t kRightColumn = 4;
 using DifferenceTexts = std::array<std::string, kDifferenceColumns.size()>;
 
 /// A row's texts by column, the numbers in `mode`. A place of more than one byte has its first and

@@ -1,6 +1,6 @@
 #include "differences/WriteDifferences.h"
 
-#include "core/Number.h"
+#include "differences/Comparison.h"
 #include "differences/DifferenceCount.h"
 #include "image/WriteTexts.h"
 #include "settings/Catalog.h"
@@ -18,14 +18,19 @@ std::string DeviceName(TargetDevice device) {
     return device == TargetDevice::Primary ? "Primary" : "Secondary";
 }
 
-/// What will change, a line each.
-std::string ChangesText(const std::vector<Mismatch>& differing, const ProgramState& state) {
+/// What will change, a line for each setting and each byte with other bits.
+std::string ChangesText(const std::vector<DifferenceRow>& rows, const ProgramState& state) {
+    const NumberMode mode = state.numberMode;
     const auto names = [&](int address) { return SettingNameOn(state.targetDevice, address); };
     std::string text;
-    for (const Mismatch& byte : differing)
-        text += (text.empty() ? "" : "\n") + AddressText(byte.address, state.numberMode, names) +
-                ": " + NumberText(byte.found, state.numberMode) + " becomes " +
-                NumberText(byte.expected, state.numberMode);
+    for (const DifferenceRow& row : rows) {
+        for (const Mismatch& byte : row.bytes) {
+            const DifferenceTexts texts = row.cell ? TextsOf(row, mode) : TextsOf(byte, mode);
+            text += (text.empty() ? "" : "\n") +
+                    AddressText(byte.address, mode, row.cell ? ByteNames(names) : ByteNames()) +
+                    ": " + texts[kLeftColumn] + " becomes " + texts[kRightColumn];
+        }
+    }
     return text;
 }
 
@@ -54,17 +59,16 @@ void WriteDifferences::WriteDifferencesToEep() {
 }
 
 bool WriteDifferences::MayWrite(const MemoryBuffer& present) {
-    const std::vector<Mismatch> differing = Differences(buffer_, present);
-    if (differing.empty()) {
+    const DifferenceCount count = CountDifferences(state_.targetDevice, buffer_, present);
+    if (count.bytes == 0) {
         statusBar_.PutStatus("");
         user_.ShowBox(kNothingDiffers);
         return false;
     }
-    const DifferenceCount count = CountDifferences(state_.targetDevice, buffer_, present);
     Box question = kAskWrite;
     question.text = "Write " + Counted(count.bytes, "byte") + " to the " +
                     DeviceName(state_.targetDevice) + " EEProm?";
-    question.details = ChangesText(differing, state_);
+    question.details = ChangesText(DifferenceRows(state_.targetDevice, present, buffer_), state_);
     if (user_.ShowBox(std::move(question).WithLine(DifferencesText(count) + ".").WithDefaultNo()) !=
         Answer::Yes) {
         Post(kWriteCancelled);

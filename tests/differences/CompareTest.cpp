@@ -65,12 +65,32 @@ TEST(Compare, ASettingsArchiveHasOnlyItsValues) {
     ASSERT_TRUE(session.compare.Choose(Side::Right, Source::SettingsArchive));
     EXPECT_EQ(session.compare.Summary(), "1 byte differs: 1 setting");
 
-    const std::string other = session.folder.Path("other.mot");
-    std::ofstream(other) << "nothing\r\n";
-    session.user.files = {other};
-    EXPECT_FALSE(session.compare.Choose(Side::Right, Source::ImageArchive));
-    EXPECT_EQ(session.compare.Of(Side::Right), Source::SettingsArchive);
-    EXPECT_EQ(session.user.boxes.size(), 1U);
+    const std::string header(kSettingsHeader);
+    for (const auto& [source, content, taken, told] :
+         {std::tuple(Source::ImageArchive, std::string("nothing\r\n"), false, "not an S-Record"),
+          {Source::ImageArchive, std::string(), false, "The file cannot be read as a whole;"},
+          {Source::ImageArchive, std::string(kImageHeader), false, "read as a whole;"},
+          {Source::SettingsArchive, header, false, "The file cannot be read as a whole;"},
+          {Source::SettingsArchive, header + "\r\nS9030000FC", true, "not have all settings;"}}) {
+        const std::string other = session.folder.Path("other.mot");
+        std::ofstream(other) << content;
+        session.user.files = {other};
+        EXPECT_EQ(session.compare.Choose(Side::Right, source), taken);
+        EXPECT_THAT(session.user.TakeBoxes(), ElementsAre(::testing::HasSubstr(told)));
+        EXPECT_EQ(session.compare.Summary(),
+                  taken ? "No differences" : "1 byte differs: 1 setting");
+    }
+}
+
+TEST(Compare, ABufferWithoutAnImageIsNoSide) {
+    TestProgram test;
+    test.program.compare.Begin();
+    EXPECT_FALSE(test.program.compare.Choose(Side::Left, Source::Buffer));
+    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre("E R R O R|Must First Read the EEPROM! "));
+    EXPECT_EQ(test.program.compare.Of(Side::Left), std::nullopt);
+    test.program.wholeDevice.ReadEntireEep();
+    test.program.compare.Begin();
+    EXPECT_EQ(test.program.compare.Of(Side::Left), Source::Buffer);
 }
 
 TEST(Compare, TakenBitsComeIntoTheBufferAndSettingsWaitToBeWritten) {

@@ -73,7 +73,7 @@ TEST(WriteDifferences, AsksAndWritesEachPageOnceFromItsFirstToItsLastDifference)
     run.Write();
     EXPECT_THAT(run.user.TakeBoxes(),
                 ElementsAre("I N F O|The EEProm already holds the memory buffer."));
-    for (const int address : {2363, 2366, 64, 95, 96})
+    for (const int address : {2085, 2363, 64, 95, 96})
         run.Change(address);
     run.Write(Answer::No);
     EXPECT_EQ(run.Status(), "EEProm Write Cancelled");
@@ -81,10 +81,14 @@ TEST(WriteDifferences, AsksAndWritesEachPageOnceFromItsFirstToItsLastDifference)
     const Box question = run.user.boxes.front();
     EXPECT_THAT(run.user.TakeBoxes(),
                 ElementsAre("V E R I F Y|Write 5 bytes to the Primary EEProm?\r\n5 bytes differ: 2 "
-                            "settings, 3 other bytes in 2 places."));
+                            "settings, 4 other bytes in 3 places."));
     EXPECT_EQ(question.defaultButton, DefaultButton::No);
     EXPECT_THAT(question.details, ::testing::StartsWith("Address 64: "));
     EXPECT_THAT(question.details, HasSubstr("\nAddress 2363 (480i CR02): "));
+    EXPECT_THAT(question.details,
+                HasSubstr("Address 2085 (Global TINT): " + std::to_string(run.before[2085] >> 2) +
+                          " becomes " + std::to_string(run.program.buffer[2085] >> 2) +
+                          "\nAddress 2085: "));
 
     run.program.cells.SetMark(7, Mark::Save);
     const std::uint64_t cycles = run.Cycles();
@@ -92,7 +96,7 @@ TEST(WriteDifferences, AsksAndWritesEachPageOnceFromItsFirstToItsLastDifference)
     run.Write();
     EXPECT_EQ(run.Status(), "EEP Verified OK; 5 Bytes Written");
     EXPECT_TRUE(run.IsWritten());
-    EXPECT_EQ(run.Cycles() - cycles, 3U);
+    EXPECT_EQ(run.Cycles() - cycles, 4U);
     const std::string events = ToText(run.television.Events());
     EXPECT_THAT(events, HasSubstr("A0+ 00+ 60+ "));
     EXPECT_TRUE(run.program.state.EepRead);

@@ -75,6 +75,19 @@ TEST_F(CompareTest, GoesThroughTheDifferencesAndTakesThem) {
     EXPECT_TRUE(program.cells.AnyHasMark(Mark::Save));
 }
 
+TEST_F(CompareTest, AnEntryInTheGridIsSettledBefore) {
+    child<QTabWidget>("SSTab1").setCurrentIndex(5);
+    child<QCheckBox>("EditorEnabled").click();
+    clickByte(0, 1);
+    type("200");
+    script.press(QMessageBox::Yes);
+    compare([](QWidget& dialog) {
+        EXPECT_EQ(Child<QLabel>(dialog, "lblDifferences").text(),
+                  "1 byte differs: 1 byte in 1 place")
+            << "the buffer is what the grid was";
+    });
+}
+
 TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {
     compare([&](QWidget& dialog) {
         auto& map = Child<DifferenceMap>(dialog, "mapDifferences");
@@ -84,8 +97,8 @@ TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {
         QTest::keyClick(&map, Qt::Key_Return);
         EXPECT_EQ(table.currentIndex().data().toString(), "4097");
         EXPECT_TRUE(map.accessibleDescription().startsWith("Address 4097: "));
-        const QPointF corner(map.width() / 2.0, map.height() / 2.0);
-        const QPoint byte = (corner + QPointF(59.5 - 64, 18.5 - 32) * map.side()).toPoint();
+        const QRectF first = map.cellOf(0);
+        const QPoint byte = (first.topLeft() + QPointF(59.5, 18.5) * first.width()).toPoint();
         QTest::mouseClick(&map, Qt::LeftButton, {}, byte);
         EXPECT_EQ(table.currentIndex().data().toString(), "2363");
         QHelpEvent pointing(QEvent::ToolTip, byte, map.mapToGlobal(byte));

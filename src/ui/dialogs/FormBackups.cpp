@@ -97,7 +97,9 @@ void FormBackups::addRow(const KeptImage& kept) {
     }
     row->setText(Crc, toQt(mCRC32::BufferCrcText(image)));
     row->setText(Differing,
-                 toQt(DifferencesText(CountDifferences(kept.device, image, m_program.buffer))));
+                 HoldsImage(m_program.state, m_program.buffer)
+                     ? toQt(DifferencesText(CountDifferences(kept.device, image, m_program.buffer)))
+                     : QStringLiteral("the buffer holds no image"));
 }
 
 QPushButton* FormBackups::addButton(const char* name, const QString& text, Choice choice) {

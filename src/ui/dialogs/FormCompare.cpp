@@ -21,6 +21,7 @@ namespace tarnwell {
 namespace {
 
 constexpr int kMargin = 120;
+constexpr int kColumnGap = 120;
 constexpr int kRowsAtLeast = 4;
 
 /// By `Source`.
@@ -65,9 +66,12 @@ FormCompare::FormCompare(Program& program, User& user,
     layout->addLayout(line);
 
     buildTable();
+    auto* picture = new QVBoxLayout;
+    picture->addWidget(&m_map, 1);
+    picture->addWidget(new DifferenceLegend);
     auto* content = new QHBoxLayout;
-    content->addWidget(&m_table, 1);
-    content->addWidget(&m_map, 1);
+    content->addWidget(&m_table);
+    content->addLayout(picture, 1);
     layout->addLayout(content, 1);
     addButtons(*layout);
     connect(&m_map, &DifferenceMap::wanted, this, &FormCompare::showAddress);
@@ -101,6 +105,8 @@ void FormCompare::buildTable() {
     m_table.setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_table.setAllColumnsShowFocus(true);
     m_table.header()->setSectionsMovable(false);
+    m_table.header()->setStretchLastSection(false);
+    m_table.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     connect(m_table.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &FormCompare::enableButtons);
     connect(m_table.selectionModel(), &QItemSelectionModel::currentChanged, this,
@@ -184,16 +190,29 @@ void FormCompare::showDifferences() {
     if (m_settingsOnly.isChecked())
         std::erase_if(rows, [](const DifferenceRow& row) { return !row.cell; });
     m_model.show(std::move(rows), mode);
-    for (int column = 0; column + 1 < m_model.columnCount(); ++column)
-        m_table.resizeColumnToContents(column);
+    fitTable();
     const std::string summary = m_compare.Summary();
-    m_summary.setText(summary.empty() ? QStringLiteral("Choose both sides") : toQt(summary));
+    m_summary.setText(!summary.empty() ? toQt(summary)
+                      : HoldsImage(m_program.state, m_program.buffer)
+                          ? QStringLiteral("Choose both sides")
+                          : QStringLiteral("Choose both sides; the memory buffer holds no image"));
     if (summary.empty())
         m_map.clear();
     else
         m_map.show(m_compare.Image(Side::Left), m_compare.Image(Side::Right), m_compare.Device(),
                    mode);
     enableButtons();
+}
+
+/// As wide as its columns; the picture has the rest.
+void FormCompare::fitTable() {
+    int width = m_table.verticalScrollBar()->sizeHint().width() + 2 * m_table.frameWidth();
+    for (int column = 0; column < m_model.columnCount(); ++column) {
+        m_table.resizeColumnToContents(column);
+        m_table.setColumnWidth(column, m_table.columnWidth(column) + scaled(kColumnGap));
+        width += m_table.columnWidth(column);
+    }
+    m_table.setFixedWidth(std::min(width, screen()->availableSize().width() / 2));
 }
 
 void FormCompare::showProgress() {

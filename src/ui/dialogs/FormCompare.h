@@ -46,6 +46,7 @@ class FormCompare final : public QDialog {
     void chooseBackup(Side side);
     void showSides();
     void showDifferences();
+    void fitTable();
     void placeWindow();
     void step(int direction);
     void showAddress(int address);

@@ -94,6 +94,13 @@ int ReadableStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     }
 }
 
+/// The frame around a row stands beside its text.
+QSize ReadableStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
+                                      const QSize& contents, const QWidget* widget) const {
+    const QSize given = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    return type == CT_ItemViewItem ? given + QSize(0, 2 * kFocusWidth) : given;
+}
+
 void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                   QPainter* painter, const QWidget* widget) const {
     const QColor text = option->palette.color(QPalette::WindowText);

@@ -51,10 +51,10 @@ std::optional<EditKey> editKeyOf(const QKeyEvent& event) {
     return std::nullopt;
 }
 
-/// The menu's ways to another byte commit the entry.
+/// The menu's ways to another byte, and to a comparison, commit the entry.
 bool leadsAway(const QKeyEvent& key) {
     return key.modifiers() == Qt::ControlModifier &&
-           (key.key() == Qt::Key_G || key.key() == Qt::Key_F);
+           (key.key() == Qt::Key_G || key.key() == Qt::Key_F || key.key() == Qt::Key_D);
 }
 
 bool isSeveral(const QString& text) {

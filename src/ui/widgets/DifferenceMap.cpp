@@ -1,9 +1,13 @@
 #include "ui/widgets/DifferenceMap.h"
 
+#include <QGridLayout>
 #include <QHelpEvent>
+#include <QLabel>
 #include <QPainter>
+#include <QScreen>
 #include <QToolTip>
 #include <algorithm>
+#include <utility>
 
 #include "core/Number.h"
 #include "image/Mismatch.h"
@@ -21,6 +25,49 @@ constexpr int kRows = kEepromBytes / kColumns;
 constexpr int kFrame = 4;     // pixels around the picture, where the focus is shown
 constexpr int kSide = 60;     // of a byte, twips
 constexpr int kSmallest = 2;  // pixels of a byte
+
+constexpr QColor kDifferentOnLight(192, 0, 0);
+constexpr QColor kDifferentOnDark(255, 112, 112);
+
+void paintMark(QPainter& painter, const QPalette& palette, const QRectF& cell, ByteKind kind) {
+    const QColor base = palette.color(QPalette::Base);
+    const QColor different = base.lightness() < 128 ? kDifferentOnDark : kDifferentOnLight;
+    const double third = cell.width() / 3;
+    const QRectF middle = cell.adjusted(third, third, -third, -third);
+    switch (kind) {
+        case ByteKind::Equal:
+            return;
+        case ByteKind::ErasedEqual:
+            return painter.fillRect(middle, palette.color(QPalette::Text));
+        case ByteKind::EqualSetting:
+            return painter.fillRect(cell.adjusted(0, third, 0, -third),
+                                    palette.color(QPalette::Highlight));
+        case ByteKind::Different:
+            return painter.fillRect(cell, different);
+        case ByteKind::DifferentSetting:
+            painter.fillRect(cell, different);
+            return painter.fillRect(middle, base);
+    }
+}
+
+/// A mark as large as a letter.
+class LegendMark final : public QWidget {
+  public:
+    explicit LegendMark(ByteKind kind) : m_kind(kind) {
+        const int side = fontMetrics().ascent() / 3 * 3;
+        setFixedSize(side + 2, side + 2);
+    }
+
+  protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        painter.fillRect(rect(), palette().color(QPalette::Base));
+        paintMark(painter, palette(), rect().adjusted(1, 1, -1, -1), m_kind);
+    }
+
+  private:
+    ByteKind m_kind;
+};
 
 }  // namespace
 
@@ -63,13 +110,13 @@ QSize DifferenceMap::minimumSizeHint() const {
     return QSize(kColumns, kRows) * kSmallest + QSize(2 * kFrame, 2 * kFrame);
 }
 
-double DifferenceMap::side() const {
-    return std::min((width() - 2 * kFrame) / double(kColumns),
-                    (height() - 2 * kFrame) / double(kRows));
+int DifferenceMap::side() const {
+    return std::max(kSmallest,
+                    std::min((width() - 2 * kFrame) / kColumns, (height() - 2 * kFrame) / kRows));
 }
 
 QPointF DifferenceMap::origin() const {
-    return {(width() - kColumns * side()) / 2, (height() - kRows * side()) / 2};
+    return {(width() - kColumns * side()) / 2.0, (height() - kRows * side()) / 2.0};
 }
 
 QRectF DifferenceMap::cellOf(int address) const {
@@ -96,22 +143,14 @@ QString DifferenceMap::textOf(int address) const {
                        .arg(place, number(m_left), number(m_right));
 }
 
-void DifferenceMap::paintByte(QPainter& painter, int address) const {
+ByteKind DifferenceMap::kindOf(int address) const {
     const auto index = static_cast<std::size_t>(address);
     const bool named = m_device == TargetDevice::Primary && CellAtAddress(address).has_value();
-    const QRectF cell = cellOf(address);
-    const double third = cell.width() / 3;
-    if (m_left[index] != m_right[index]) {
-        painter.fillRect(cell, palette().color(QPalette::Text));
-        if (named)
-            painter.fillRect(cell.adjusted(third, third, -third, -third),
-                             palette().color(QPalette::Base));
-    } else if (named) {
-        painter.fillRect(cell.adjusted(0, third, 0, -third), palette().color(QPalette::Highlight));
-    } else if (m_left[index] == 0xFF) {
-        painter.fillRect(cell.adjusted(third, third, -third, -third),
-                         palette().color(QPalette::Text));
-    }
+    if (m_left[index] != m_right[index])
+        return named ? ByteKind::DifferentSetting : ByteKind::Different;
+    if (named)
+        return ByteKind::EqualSetting;
+    return m_left[index] == 0xFF ? ByteKind::ErasedEqual : ByteKind::Equal;
 }
 
 void DifferenceMap::paintEvent(QPaintEvent* /*event*/) {
@@ -120,11 +159,11 @@ void DifferenceMap::paintEvent(QPaintEvent* /*event*/) {
     painter.fillRect(picture, palette().color(QPalette::Base));
     if (!m_empty) {
         for (int address = 0; address < kEepromBytes; ++address)
-            paintByte(painter, address);
+            paintMark(painter, palette(), cellOf(address), kindOf(address));
     }
     painter.setPen(QPen(palette().color(QPalette::WindowText), hasFocus() ? 3 : 1));
     painter.drawRect(picture.adjusted(-2, -2, 2, 2));
-    if (hasFocus() && !m_empty)
+    if (!m_empty)
         painter.drawRect(cellOf(m_current).adjusted(-2, -2, 2, 2));
 }
 
@@ -169,6 +208,25 @@ void DifferenceMap::keyPressEvent(QKeyEvent* event) {
         default:
             QWidget::keyPressEvent(event);
     }
+}
+
+DifferenceLegend::DifferenceLegend(QWidget* parent) : QWidget(parent) {
+    constexpr int kOneLine = 120;  // letters that the screen has room for
+    const bool wide = kOneLine * fontMetrics().averageCharWidth() < screen()->size().width();
+    auto* layout = new QGridLayout(this);
+    layout->setContentsMargins({});
+    int place = 0;
+    for (const auto& [kind, name] : {std::pair(ByteKind::Different, "Different"),
+                                     {ByteKind::DifferentSetting, "Different setting"},
+                                     {ByteKind::EqualSetting, "Setting"},
+                                     {ByteKind::ErasedEqual, "FF"}}) {
+        const int row = wide ? 0 : place % 2;
+        const int column = wide ? place : place / 2;
+        layout->addWidget(new LegendMark(kind), row, 2 * column);
+        layout->addWidget(new QLabel(QLatin1String(name)), row, 2 * column + 1);
+        ++place;
+    }
+    layout->setColumnStretch(2 * place, 1);
 }
 
 }  // namespace tarnwell

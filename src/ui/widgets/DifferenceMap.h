@@ -1,4 +1,4 @@
-// All bytes of two images as a picture, 128 in a row.
+// All bytes of two images as a picture, 128 in a row, and what its marks mean.
 #pragma once
 
 #include <QWidget>
@@ -7,9 +7,17 @@
 
 namespace tarnwell {
 
-/// A byte that differs is a block, with a hole if it holds a named setting; of equal bytes, a named
-/// setting is a bar, FF a dot, and all others are empty. A frame stands around the current byte,
-/// which arrow keys, Home and End move; Enter, Space or a click wants it shown.
+/// What the picture tells of a byte: each has a shape of its own, besides its colour.
+enum class ByteKind {
+    Equal,             ///< empty
+    ErasedEqual,       ///< FF on both sides: a dot
+    EqualSetting,      ///< a bar
+    Different,         ///< a block
+    DifferentSetting,  ///< a block with a hole
+};
+
+/// A frame stands around the current byte, which arrow keys, Home and End move; Enter, Space or a
+/// click wants it shown.
 class DifferenceMap final : public QWidget {
     Q_OBJECT
   public:
@@ -21,8 +29,8 @@ class DifferenceMap final : public QWidget {
     int current() const { return m_current; }
     void setCurrent(int address);
 
-    /// Pixels of a byte; the picture is in the middle.
-    double side() const;
+    /// Where a byte is in the picture.
+    QRectF cellOf(int address) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -37,11 +45,11 @@ class DifferenceMap final : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    QRectF cellOf(int address) const;
+    int side() const;
     QPointF origin() const;
     int addressAt(const QPoint& point) const;
     QString textOf(int address) const;
-    void paintByte(QPainter& painter, int address) const;
+    ByteKind kindOf(int address) const;
 
     MemoryBuffer m_left{};
     MemoryBuffer m_right{};
@@ -49,6 +57,13 @@ class DifferenceMap final : public QWidget {
     NumberMode m_mode = NumberMode::Decimal;
     bool m_empty = true;
     int m_current = 0;
+};
+
+/// The marks of the picture beside their names.
+class DifferenceLegend final : public QWidget {
+    Q_OBJECT
+  public:
+    explicit DifferenceLegend(QWidget* parent = nullptr);
 };
 
 }  // namespace tarnwell

@@ -168,7 +168,8 @@ void FormMain::closeEvent(QCloseEvent* event) {
 
 void FormMain::compare() {
     runButton([this] {
-        m_program.compare.Choose(Side::Left, Source::Buffer);
+        m_program.editorPage.SettleGridEdits();
+        m_program.compare.Begin();
         m_program.compare.Choose(Side::Right, m_program.state.targetDevice == TargetDevice::Primary
                                                   ? Source::Primary
                                                   : Source::Secondary);
@@ -193,7 +194,7 @@ void FormMain::restoreBackup() {
             return runButton([&] { m_program.imageArchive.LoadKeptImage(backups.selected()); });
         case FormBackups::Choice::Compare:
             runButton([&] {
-                m_program.compare.Choose(Side::Left, Source::Buffer);
+                m_program.compare.Begin();
                 m_program.compare.ChooseBackup(Side::Right, backups.selected());
             });
             return showCompare();

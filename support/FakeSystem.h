@@ -74,6 +74,7 @@ class FakeSystem final : public SystemCalls {
     void DisarmInterrupt() override { interrupt_.reset(); }
     std::string ProcFolder() const override { return folder.Path("proc"); }
     std::string DevFolder() const override { return folder.Path("dev"); }
+    std::string SysFolder() const override { return folder.Path("sys"); }
 
   private:
     int Outcome(const std::string& call) {

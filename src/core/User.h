@@ -40,6 +40,9 @@ class User {
 
     virtual Answer ShowBox(const Box& box) = 0;
 
+    /// A question whether a device that may be the wrong one is to be used.
+    virtual Answer AskTrust(const Box& box) { return ShowBox(box); }
+
     /// The answer, or nothing when the user cancels.
     virtual std::optional<std::string> AskText(const TextRequest& request) = 0;
 

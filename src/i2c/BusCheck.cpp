@@ -30,6 +30,7 @@ BusCheck mI2Ccode::CheckBus(Quiet quiet) {
     switch (result) {
         case BusCheck::Ok:
         case BusCheck::NobodyAnswered:
+        case BusCheck::Declined:
             break;
         case BusCheck::BusActivity:
             Report(kBusActivity, ExplainActivity());

@@ -8,6 +8,7 @@
 #include "core/User.h"
 #include "i2c/BusTrace.h"
 #include "i2c/EepromBus.h"
+#include "i2c/KernelI2c.h"
 #include "i2c/Port.h"
 
 namespace tarnwell {
@@ -18,6 +19,7 @@ struct Wire {
     Clock& clock;
     BusTrace& trace = NoBusTrace();
     const StopRequest& stop = NoStopRequest();
+    KernelI2c& kernel = NoKernelI2c();
 };
 
 /// A 24C64 finishes its write cycle within 10 ms (data sheet, t_WR).

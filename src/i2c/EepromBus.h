@@ -25,6 +25,7 @@ enum class BusCheck : std::uint8_t {
     HardwareProblem = 50,  ///< SDA stayed high while driven low
     NobodyAnswered = 75,   ///< the target device did not acknowledge, quiet call
     NoAcknowledge = 100,   ///< the target device did not acknowledge
+    Declined = 125,        ///< the user does not want the target device to be used
 };
 
 /// How a transaction ended; after Aborted the bus needs AbortOperation.
@@ -41,6 +42,9 @@ class EepromBus {
     /// Tests that the bus works and that the target device answers. Tells the user of any failure
     /// but NobodyAnswered, with its probable cause.
     virtual BusCheck CheckBus(Quiet quiet) = 0;
+
+    /// The same without asking what the device is, for a command that only looks for a fault.
+    virtual BusCheck CheckAnswer(Quiet quiet) { return CheckBus(quiet); }
 
     /// Reads `count` (1 to 8192) bytes from `address` (0 to 8191) of the target device into
     /// ReadData from index 0. A read of a whole device shows its progress, and at its end the

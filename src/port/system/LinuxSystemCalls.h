@@ -27,6 +27,7 @@ class LinuxSystemCalls : public SystemCalls {
     void DisarmInterrupt() override;
     std::string ProcFolder() const override { return "/proc"; }
     std::string DevFolder() const override { return "/dev"; }
+    std::string SysFolder() const override { return "/sys"; }
 
   private:
     std::optional<timer_t> timer_;

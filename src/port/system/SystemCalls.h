@@ -33,6 +33,7 @@ class SystemCalls {
     /// Without a slash at the end.
     virtual std::string ProcFolder() const = 0;
     virtual std::string DevFolder() const = 0;
+    virtual std::string SysFolder() const = 0;
 };
 
 /// Makes the call again for as long as a signal breaks it off.

@@ -1,0 +1,78 @@
+// The I2C buses that the kernel drives, as far as the program needs them.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "i2c/Port.h"
+
+namespace tarnwell {
+
+struct I2cBus {
+    std::string name;            ///< of the adapter, in /sys
+    std::string node;            ///< such as "/dev/i2c-7"
+    std::uint64_t instance = 0;  ///< another one once the adapter was plugged in again
+
+    /// The node without its folder.
+    std::string_view ShortNode() const {
+        return std::string_view(node).substr(node.rfind('/') + 1);
+    }
+};
+
+/// "NAME|NODE", as the options keep a bus, and back; nothing for a text without the bar.
+std::string I2cBusText(const I2cBus& bus);
+std::optional<I2cBus> I2cBusFromText(std::string_view text);
+
+/// The bus of this name and node; numbers change, so else the only one of this name.
+std::optional<I2cBus> FindI2cBus(const std::vector<I2cBus>& buses, const I2cBus& wanted);
+
+/// What a bus that is not there is told by.
+std::string NoI2cBusLine(const std::string& nameOrNode);
+
+/// A mainboard's own bus, where memory modules answer at the addresses of the EEPROMs.
+inline bool IsMainboardBus(const I2cBus& bus) {
+    return bus.name.starts_with("SMBus");
+}
+
+enum class I2cDirection : std::uint8_t { Write, Read };
+
+struct I2cMessage {
+    std::uint8_t device;  ///< seven bits
+    I2cDirection direction;
+    std::span<std::uint8_t> bytes;
+};
+
+/// One bus is open at a time, for this program alone. Its clock sleeps where it waits.
+class KernelI2c : public Clock {
+  public:
+    /// In the order of their numbers, whether or not they can be opened.
+    virtual std::vector<I2cBus> Buses() = 0;
+
+    /// The kernel's driver that has taken the device; empty where none has.
+    virtual std::string DriverAt(const I2cBus& bus, std::uint8_t device) = 0;
+
+    /// Opens the bus within a second. A refusal is told by Failure().
+    virtual void Open(const I2cBus& bus) = 0;
+
+    /// Harmless when none is open.
+    virtual void Close() = 0;
+
+    /// One line that says why the last Open failed and what to do about it; else empty.
+    virtual const std::string& Failure() const = 0;
+
+    /// Whether the last Open failed because another program has the bus.
+    virtual bool IsTaken() const = 0;
+
+    /// Sends the messages with a repeated start between them and a stop at the end; 0 or a negated
+    /// errno, -EPROTO where only some of them were sent.
+    virtual int Transfer(std::span<const I2cMessage> messages) = 0;
+};
+
+/// A system without any.
+KernelI2c& NoKernelI2c();
+
+}  // namespace tarnwell

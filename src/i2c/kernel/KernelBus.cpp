@@ -1,0 +1,216 @@
+#include "i2c/kernel/KernelBus.h"
+
+#include <cerrno>
+#include <cstring>
+#include <optional>
+
+namespace tarnwell {
+
+namespace {
+
+constexpr Message kAskBlind{
+    "This adapter cannot ask a device what it is without the risk of writing to it.\r\n"
+    "Is a 24C64 connected?",
+    "W A R N I N G", BoxStyle::YesNoExclamation};
+constexpr Message kAskOther{"The device at ", "W A R N I N G", BoxStyle::YesNoExclamation};
+
+/// What to do where an errno says what happened.
+struct Cause {
+    int error;
+    std::string_view line;
+};
+
+constexpr std::string_view kGone = "The adapter is gone. Plug it in again and repeat the command.";
+constexpr std::string_view kSilent =
+    "The device does not acknowledge. Check its power, the wires and their pull-up resistors, and "
+    "which EEPROM is selected.";
+constexpr std::string_view kStuck =
+    "The bus is stuck: a line stays low, or the clock is held. Switch the device off and on; if "
+    "that does not help, look for a short to ground or a missing pull-up resistor.";
+constexpr std::string_view kLost =
+    "Another master took the bus each time. Repeat the command when it has finished.";
+constexpr std::string_view kCannot =
+    "The adapter cannot send the messages that an EEPROM needs. Choose another adapter.";
+constexpr std::array kCauses{
+    Cause{ENXIO, kSilent},
+    Cause{EREMOTEIO, kSilent},
+    Cause{ETIMEDOUT, kStuck},
+    Cause{EBUSY, kStuck},
+    Cause{EAGAIN, kLost},
+    Cause{EOPNOTSUPP, kCannot},
+    Cause{EINVAL, kCannot},
+    Cause{EPROTO, "The adapter transferred a part only. Repeat the command."},
+    Cause{EALREADY,
+          "The device did not end its write cycle within 50 ms. Check its power and its write "
+          "protection, and repeat the command."},
+};
+
+std::string AddressText(std::uint8_t device) {
+    return device == 0x50 ? "0x50" : "0x51";
+}
+
+}  // namespace
+
+KernelBus::KernelBus(const Wire& wire, const ProgramState& state, StatusBar& statusBar, User& user)
+    : DrivenBus(wire.kernel, wire.stop, statusBar, user),
+      kernel_(wire.kernel),
+      state_(state),
+      transfers_(wire.kernel, wire.stop) {}
+
+void KernelBus::Claim() {
+    failure_.clear();
+    const auto found = FindI2cBus(kernel_.Buses(), chosen_);
+    if (!found) {
+        Forget();
+        failure_ = NoI2cBusLine(chosen_.name);
+        return;
+    }
+    Meet(*found);
+    kernel_.Open(open_);
+    failure_ = kernel_.Failure();
+}
+
+void KernelBus::Release() {
+    kernel_.Close();
+    bytesWritten_ = 0;
+}
+
+void KernelBus::Meet(const I2cBus& bus) {
+    if (bus.node != open_.node || bus.instance != open_.instance)
+        Forget();
+    open_ = bus;
+}
+
+void KernelBus::Forget() {
+    open_ = {};
+    trusted_.clear();
+    transfers_.ForgetLimits();
+}
+
+std::string KernelBus::LineOf(int error) const {
+    if (IsGone(error))
+        return std::string(kGone);
+    for (const Cause& cause : kCauses) {
+        if (cause.error == -error)
+            return std::string(cause.line);
+    }
+    return open_.node + ": " + std::strerror(-error) +
+           ". Some adapters say so of a device that does not acknowledge, too. Check the adapter, "
+           "the wires and the device's power.";
+}
+
+Transfer KernelBus::Fail(int error) {
+    failure_ = LineOf(error);
+    if (IsGone(error))
+        Forget();
+    return Transfer::Aborted;
+}
+
+BusCheck KernelBus::CheckAnswer(Quiet quiet) {
+    if (failure_.empty()) {
+        if (const std::string driver = kernel_.DriverAt(open_, Device()); !driver.empty()) {
+            failure_ = "The kernel's driver " + driver + " uses the device at " +
+                       AddressText(Device()) + ". Unload it with \"sudo modprobe -r " + driver +
+                       "\" and repeat the command.";
+        } else {
+            const int error = transfers_.ReadCurrent(Device());
+            stop_.Obey();
+            if (error == 0)
+                return BusCheck::Ok;
+            if (quiet == Quiet::Yes && IsNoAcknowledge(error))
+                return BusCheck::NobodyAnswered;
+            static_cast<void>(Fail(error));
+        }
+    }
+    Report(kNoAcknowledge, {});
+    return BusCheck::NoAcknowledge;
+}
+
+BusCheck KernelBus::CheckBus(Quiet quiet) {
+    const BusCheck answer = CheckAnswer(quiet);
+    if (answer != BusCheck::Ok || quiet == Quiet::Yes)
+        return answer;
+    switch (AskForTrust()) {
+        case Trust::Given:
+            break;
+        case Trust::Declined:
+            statusBar_.ShowStatus("I2C Operation Aborted", kResultSeconds);
+            return BusCheck::Declined;
+        case Trust::Failed:
+            Report(kNoAcknowledge, {});
+            return BusCheck::NoAcknowledge;
+    }
+    return BusCheck::Ok;
+}
+
+KernelBus::Trust KernelBus::AskForTrust() {
+    const std::uint8_t device = Device();
+    if (trusted_.contains(device))
+        return Trust::Given;
+    bool combines = false;
+    std::string finding;
+    int error = transfers_.FindWhetherItCombines(device, combines);
+    if (error == 0 && !combines && !Agreed(kAskBlind))
+        return Trust::Declined;
+    if (error == 0)
+        error = DeviceLook(transfers_, device).Look(finding);
+    if (error != 0) {
+        static_cast<void>(Fail(error));
+        return Trust::Failed;
+    }
+    Box question = kAskOther;
+    question.text += AddressText(device) + " does not look like a 24C64: " + finding;
+    if (!finding.empty() && !Agreed(std::move(question).WithLine("Use it all the same?")))
+        return Trust::Declined;
+    trusted_.insert(device);
+    return Trust::Given;
+}
+
+bool KernelBus::Agreed(Box question) {
+    return user_.AskTrust(std::move(question).WithDefaultNo()) == Answer::Yes;
+}
+
+Transfer KernelBus::ReadBlock(std::int16_t address, std::int16_t count) {
+    bytesRead_ = 0;
+    std::optional<DeviceProgress> progress;
+    if (count == kEepromBytes)
+        progress.emplace(statusBar_, user_, clock_);
+    while (bytesRead_ < count) {
+        std::size_t done = 0;
+        const auto rest = std::span(readData_)
+                              .first(static_cast<std::size_t>(count))
+                              .subspan(static_cast<std::size_t>(bytesRead_));
+        const auto place = static_cast<unsigned>(address + bytesRead_);
+        if (const int error = transfers_.Read(Device(), place, rest, done); error != 0)
+            return Fail(error);
+        bytesRead_ += static_cast<int>(done);
+        stop_.Obey();
+        if (progress && bytesRead_ < count)
+            progress->Show(bytesRead_ / 64 * 64);
+    }
+    const int silent = progress ? transfers_.ReadCurrent(Device()) : 0;
+    return silent == 0 ? Transfer::Done : Fail(silent);
+}
+
+Transfer KernelBus::WritePage(std::int16_t address, std::span<const std::uint8_t> bytes) {
+    auto place = static_cast<unsigned>(address);
+    for (std::size_t done = 0; !bytes.empty(); bytes = bytes.subspan(done)) {
+        if (const int error = transfers_.Write(Device(), place, bytes, done); error != 0)
+            return Fail(error);
+        place += static_cast<unsigned>(done);
+        bytesWritten_ += static_cast<int>(done);
+        stop_.Obey();
+    }
+    return Transfer::Done;
+}
+
+// The kernel freed the bus; a device that was cut short in its write cycle answers when that is
+// over.
+Transfer KernelBus::Recover() {
+    if (const int error = transfers_.WaitUntilWritten(Device()); error != 0)
+        return Fail(error);
+    failure_.clear();
+    return Transfer::Done;
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,156 @@
+#include "i2c/kernel/KernelTransfers.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "i2c/DrivenBus.h"
+
+namespace tarnwell {
+
+namespace {
+
+/// Before a message that lost the bus is sent again.
+constexpr BusTime kPause = std::chrono::milliseconds(1);
+
+constexpr std::size_t kAddressBytes = 2;
+
+/// What adapters of today take in one message, the longest first.
+constexpr std::array<std::size_t, 10> kLengths{8192, 4096, 1024, 512, 255, 128, 64, 32, 16, 8};
+
+std::array<std::uint8_t, kAddressBytes> AddressBytes(unsigned address) {
+    return {static_cast<std::uint8_t>(address >> 8), static_cast<std::uint8_t>(address)};
+}
+
+/// The kernel refuses what an adapter cannot do before anything is sent.
+bool IsRefusal(int error) {
+    return error == -EOPNOTSUPP || error == -EINVAL || error == -EMSGSIZE;
+}
+
+bool IsOthersTurn(int error) {
+    return error == -EAGAIN || error == -EBUSY || error == -EINTR;
+}
+
+/// The next shorter length of a message; false if there is none.
+bool Shorten(std::size_t& length) {
+    const auto* const shorter =
+        std::ranges::find_if(kLengths, [&](std::size_t other) { return other < length; });
+    if (shorter == kLengths.end())
+        return false;
+    length = *shorter;
+    return true;
+}
+
+}  // namespace
+
+bool IsNoAcknowledge(int error) {
+    return error == -ENXIO || error == -EREMOTEIO || error == -EIO;
+}
+
+bool IsGone(int error) {
+    return error == -ENODEV || error == -ESHUTDOWN || error == -EBADF || error == -ENOENT;
+}
+
+int KernelTransfers::Send(std::span<const I2cMessage> messages) {
+    const BusTime bound = kernel_.Now() + kWriteCycleBound;
+    int error = kernel_.Transfer(messages);
+    while (IsOthersTurn(error) && kernel_.Now() < bound) {
+        stop_.Obey();
+        kernel_.WaitUntil(kernel_.Now() + kPause);
+        error = kernel_.Transfer(messages);
+    }
+    return error;
+}
+
+int KernelTransfers::SendAddressed(std::uint8_t device, std::span<std::uint8_t> address,
+                                   std::span<std::uint8_t> bytes) {
+    const std::array messages{I2cMessage{device, I2cDirection::Write, address},
+                              I2cMessage{device, I2cDirection::Read, bytes}};
+    if (limits_.combines.value_or(true))
+        return Send(messages);
+    const int error = Send(std::span(messages).first(1));
+    return error == 0 ? Send(std::span(messages).last(1)) : error;
+}
+
+int KernelTransfers::ReadCurrent(std::uint8_t device) {
+    std::uint8_t byte = 0;
+    const I2cMessage message{device, I2cDirection::Read, {&byte, 1}};
+    return Send({&message, 1});
+}
+
+int KernelTransfers::FindWhetherItCombines(std::uint8_t device, bool& combines) {
+    int error = 0;
+    if (!limits_.combines) {
+        std::uint8_t byte = 0;
+        auto address = AddressBytes(0);
+        error = SendAddressed(device, address, {&byte, 1});
+        if (error == 0 || IsRefusal(error))
+            limits_.combines = error == 0;
+    }
+    combines = limits_.combines.value_or(false);
+    return IsRefusal(error) ? 0 : error;
+}
+
+int KernelTransfers::Read(std::uint8_t device, unsigned address, std::span<std::uint8_t> bytes,
+                          std::size_t& done) {
+    auto addressBytes = AddressBytes(address);
+    for (;;) {
+        done = std::min(bytes.size(), limits_.read);
+        const int error = SendAddressed(device, addressBytes, bytes.first(done));
+        if (IsRefusal(error)) {
+            limits_.read = done;
+            if (Shorten(limits_.read))
+                continue;
+        }
+        stop_.Obey();
+        return error;
+    }
+}
+
+int KernelTransfers::ReadAll(std::uint8_t device, unsigned address, std::span<std::uint8_t> bytes) {
+    int error = 0;
+    for (std::size_t done = 0; error == 0 && !bytes.empty(); bytes = bytes.subspan(done)) {
+        error = Read(device, address, bytes, done);
+        address += static_cast<unsigned>(done);
+    }
+    return error;
+}
+
+int KernelTransfers::ReadByShortAddress(std::uint8_t device, std::uint8_t address,
+                                        std::span<std::uint8_t> bytes) {
+    return SendAddressed(device, {&address, 1}, bytes);
+}
+
+int KernelTransfers::Write(std::uint8_t device, unsigned address,
+                           std::span<const std::uint8_t> bytes, std::size_t& done) {
+    std::array<std::uint8_t, kAddressBytes + kPageBytes> data{};
+    std::ranges::copy(AddressBytes(address), data.begin());
+    for (;;) {
+        done = std::min(bytes.size(), limits_.write - kAddressBytes);
+        std::ranges::copy(bytes.first(done), data.begin() + kAddressBytes);
+        const I2cMessage message{device, I2cDirection::Write,
+                                 std::span(data).first(kAddressBytes + done)};
+        const int error = Send({&message, 1});
+        if (error == 0)
+            return WaitUntilWritten(device);
+        if (!IsRefusal(error))
+            return error;
+        limits_.write = kAddressBytes + done;
+        if (!Shorten(limits_.write))
+            return error;
+    }
+}
+
+int KernelTransfers::WaitUntilWritten(std::uint8_t device) {
+    const BusTime bound = kernel_.Now() + kWriteCycleBound;
+    // The processor may leave the program for longer than that within a poll.
+    for (bool last = false; !last;) {
+        last = kernel_.Now() >= bound;
+        const int error = ReadCurrent(device);
+        if (!IsNoAcknowledge(error))
+            return error;
+    }
+    return -EALREADY;
+}
+
+}  // namespace tarnwell

@@ -1,0 +1,69 @@
+// The transfers that an EEPROM needs, in pieces that the adapter can do.
+#pragma once
+
+#include "core/StopRequest.h"
+#include "i2c/KernelI2c.h"
+
+namespace tarnwell {
+
+/// Results are 0 or a negated errno. A signal ends the program at the end of a transfer.
+class KernelTransfers {
+  public:
+    KernelTransfers(KernelI2c& kernel, const StopRequest& stop) : kernel_(kernel), stop_(stop) {}
+
+    /// Nothing is known of another adapter.
+    void ForgetLimits() { limits_ = {}; }
+
+    /// A read of one byte at the place where the device stands: it acknowledges or not, and no
+    /// device takes it for a write.
+    int ReadCurrent(std::uint8_t device);
+
+    /// Whether address and read go out without a stop between them, which would let a device with
+    /// one-byte addresses store the second address byte. Asks the adapter once, and the device
+    /// with it.
+    int FindWhetherItCombines(std::uint8_t device, bool& combines);
+
+    /// Fills `bytes` from a two-byte address; as many as one transfer brings, which `done` tells.
+    int Read(std::uint8_t device, unsigned address, std::span<std::uint8_t> bytes,
+             std::size_t& done);
+
+    /// Fills all of `bytes`.
+    int ReadAll(std::uint8_t device, unsigned address, std::span<std::uint8_t> bytes);
+
+    /// Fills `bytes` from a one-byte address.
+    int ReadByShortAddress(std::uint8_t device, std::uint8_t address,
+                           std::span<std::uint8_t> bytes);
+
+    /// Asks the device until its write cycle is over; -EALREADY where that does not come.
+    int WaitUntilWritten(std::uint8_t device);
+
+    /// Writes as many of `bytes` as one message takes, and waits until they are
+    /// written.
+    int Write(std::uint8_t device, unsigned address, std::span<const std::uint8_t> bytes,
+              std::size_t& done);
+
+  private:
+    /// What an adapter can do, as far as it has not refused more.
+    struct Limits {
+        std::optional<bool> combines;
+        std::size_t read = 8192;  ///< the kernel's own limit of a message
+        std::size_t write = 34;   ///< a page and its address
+    };
+
+    /// Sends again what lost the bus to another master.
+    int Send(std::span<const I2cMessage> messages);
+    int SendAddressed(std::uint8_t device, std::span<std::uint8_t> address,
+                      std::span<std::uint8_t> bytes);
+
+    KernelI2c& kernel_;
+    const StopRequest& stop_;
+    Limits limits_;
+};
+
+/// Whether the device did not acknowledge, as adapters tell it; some only know that it failed.
+bool IsNoAcknowledge(int error);
+
+/// Whether the adapter is gone.
+bool IsGone(int error);
+
+}  // namespace tarnwell

@@ -1,0 +1,114 @@
+// A system with one I2C adapter at /dev/i2c-7 and EEPROMs on its bus.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <linux/i2c-dev.h>
+#include <linux/i2c.h>
+
+#include <functional>
+#include <map>
+
+#include "port/real/LinuxI2c.h"
+#include "support/TemporaryFolder.h"
+
+namespace tarnwell {
+
+/// Like a 24C64: bytes of a page are stored by the stop. `addressBytes` is 1 for smaller devices.
+struct FakeEeprom {
+    std::vector<std::uint8_t> memory = std::vector<std::uint8_t>(8192);
+    std::size_t addressBytes = 2;
+    BusTime writeCycle = std::chrono::milliseconds(5);
+    std::size_t pointer = 0;
+    std::vector<std::uint8_t> latched{};
+    BusTime busyUntil{};
+    std::uint64_t stores = 0;
+
+    void Write(const i2c_msg& message) {
+        for (std::size_t index = 0; index < message.len; ++index) {
+            const std::uint8_t byte = message.buf[index];
+            if (index == 0)
+                pointer = 0;
+            if (index < addressBytes)
+                pointer = (pointer << 8 | byte) % memory.size();
+            else
+                latched.push_back(byte);
+        }
+    }
+    void Read(const i2c_msg& message) {
+        pointer += addressBytes == 1 ? latched.size() : 0;
+        latched.clear();
+        for (std::size_t index = 0; index < message.len; ++index)
+            message.buf[index] = memory[pointer++ % memory.size()];
+    }
+    void Stop(BusTime now) {
+        for (std::size_t index = 0; index < latched.size(); ++index)
+            memory[pointer / 32 * 32 + (pointer + index) % 32] = latched[index];
+        stores += latched.size();
+        busyUntil = latched.empty() ? busyUntil : now + writeCycle;
+        latched.clear();
+    }
+};
+
+class FakeI2c final : public SystemCalls {
+  public:
+    TemporaryFolder folder;
+    std::map<int, FakeEeprom> devices{{0x50, {}}, {0x51, {}}};
+    unsigned long functions = I2C_FUNC_I2C;
+    bool combines = true;
+    std::size_t longest = 8192;
+    BusTime cost{};   ///< of a transfer, besides its 9 clocks a byte of 10 us
+    int opening = 0;  ///< errno values
+    int locking = 0;
+    std::function<int()> fault;  ///< an errno for the next transfer, 0 for none
+    std::uint64_t transfers = 0;
+    BusTime now{std::chrono::hours(1)};
+
+    FakeI2c() { folder.Write("sys/bus/i2c/devices/i2c-7/name", "Test adapter\n"); }
+
+    int Open(const std::string&, int) override { return opening != 0 ? -opening : 3; }
+    int Close(int) override { return 0; }
+    int Lock(int, int) override { return -locking; }
+    int Ioctl(int, unsigned long request, void* argument) override {
+        if (request == I2C_FUNCS) {
+            *static_cast<unsigned long*>(argument) = functions;
+            return 0;
+        }
+        EXPECT_EQ(request, static_cast<unsigned long>(I2C_RDWR));
+        return Transfer(*static_cast<i2c_rdwr_ioctl_data*>(argument));
+    }
+    int ReadByte(int, std::uint8_t&, std::int64_t) override { return -EIO; }
+    int WriteByte(int, std::uint8_t, std::int64_t) override { return -EIO; }
+    std::chrono::nanoseconds Now() override { return now; }
+    void Sleep(std::chrono::nanoseconds duration) override { now += duration; }
+    int ArmInterrupt(std::chrono::nanoseconds) override { return 0; }
+    void DisarmInterrupt() override {}
+    std::string ProcFolder() const override { return folder.Path("proc"); }
+    std::string DevFolder() const override { return folder.Path("dev"); }
+    std::string SysFolder() const override { return folder.Path("sys"); }
+
+  private:
+    int Transfer(const i2c_rdwr_ioctl_data& data) {
+        const std::span messages(data.msgs, data.nmsgs);
+        for (const i2c_msg& message : messages) {
+            if (message.len > longest || (messages.size() > 1 && !combines))
+                return -EOPNOTSUPP;
+        }
+        ++transfers;
+        now += cost + std::chrono::microseconds(20);
+        if (const int error = fault ? fault() : 0; error != 0)
+            return -error;
+        FakeEeprom* device = nullptr;
+        for (const i2c_msg& message : messages) {
+            now += std::chrono::microseconds(90) * (message.len + 1);
+            const auto found = devices.find(message.addr);
+            if (found == devices.end() || now < found->second.busyUntil)
+                return -ENXIO;
+            device = &found->second;
+            (message.flags & I2C_M_RD) != 0 ? device->Read(message) : device->Write(message);
+        }
+        device->Stop(now);
+        return static_cast<int>(messages.size());
+    }
+};
+
+}  // namespace tarnwell

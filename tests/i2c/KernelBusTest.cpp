@@ -1,0 +1,167 @@
+// The EEPROM transactions over a bus of the kernel, on adapters and devices of every kind.
+#include "i2c/kernel/KernelBus.h"
+
+#include <numeric>
+#include <random>
+
+#include "support/FakeI2c.h"
+#include "support/TestProgram.h"
+
+namespace tarnwell {
+namespace {
+
+class KernelBusTest : public testing::Test {
+  protected:
+    KernelBusTest() {
+        std::mt19937 random{7};
+        for (auto& [address, device] : system.devices)
+            std::ranges::generate(device.memory, [&] { return std::uint8_t(random()); });
+        bus.Choose({"Test adapter", {}});
+    }
+    BusCheck Check() {
+        const BusClaim claim(bus);
+        return bus.CheckBus(Quiet::No);
+    }
+    FakeEeprom& Primary() { return system.devices.at(0x50); }
+
+    FakeI2c system;
+    LinuxI2c kernel{system};
+    TestProgram t;
+    ProgramState state;
+    KernelBus bus{{.port = t.television, .clock = t.television, .kernel = kernel},
+                  state,
+                  t.program.statusBar,
+                  t.user};
+};
+
+TEST_F(KernelBusTest, ReadsAndWritesWhateverTheAdapterCanDo) {
+    for (const bool combines : {true, false}) {
+        for (const std::size_t longest : {8192, 4096, 255, 32}) {
+            SCOPED_TRACE(testing::Message() << combines << " " << longest);
+            system.combines = combines;
+            system.longest = longest;
+            KernelBus fresh{{.port = t.television, .clock = t.television, .kernel = kernel},
+                            state,
+                            t.program.statusBar,
+                            t.user};
+            fresh.Choose({"Test adapter", {}});
+            const BusClaim claim(fresh);
+            if (!combines)
+                t.WillAnswer({Answer::Yes});
+            ASSERT_EQ(fresh.CheckBus(Quiet::No), BusCheck::Ok);
+            std::array<std::uint8_t, kPageBytes> page{};
+            std::iota(page.begin(), page.end(), std::uint8_t(longest));
+            ASSERT_EQ(fresh.WritePage(64, page), Transfer::Done);
+            ASSERT_EQ(fresh.WriteByte(8191, 42), Transfer::Done);
+            EXPECT_EQ(fresh.BytesWritten(), 33);
+            ASSERT_EQ(fresh.ReadBlock(0, kEepromBytes), Transfer::Done);
+            EXPECT_TRUE(
+                std::ranges::equal(page, std::span(Primary().memory).subspan(64, kPageBytes)));
+            EXPECT_TRUE(std::ranges::equal(Primary().memory,
+                                           std::span(fresh.ReadData()).first(kEepromBytes)));
+        }
+    }
+}
+
+TEST_F(KernelBusTest, AsksBeforeADeviceThatIsNo24C64AndNeverWritesToIt) {
+    const std::vector<std::uint8_t> edid{0, 255, 255, 255, 255, 255, 255, 0, 1, 2, 3};
+    const std::vector<std::uint8_t> spd{0x92, 0x13, 0x0B, 2, 4};
+    const struct {
+        std::size_t bytes, addressBytes;
+        std::vector<std::uint8_t> header;
+        int fill;
+        const char* finding;
+    } kDevices[] = {
+        {256, 1, edid, -1, "monitor (EDID)"},        {256, 1, spd, -1, "memory module (SPD)"},
+        {256, 1, {}, -1, "addresses have one byte"}, {2048, 1, {}, -1, "addresses have one byte"},
+        {4096, 2, {}, -1, "4096 bytes or fewer"},    {16384, 2, {}, -1, "more than 8192"},
+        {8192, 2, {}, 255, "fits every size"},       {256, 1, {}, 0, "fits every size"},
+    };
+    for (const auto& [bytes, addressBytes, header, fill, finding] : kDevices) {
+        SCOPED_TRACE(finding);
+        std::mt19937 random{3};
+        FakeEeprom& device = Primary() = {std::vector<std::uint8_t>(bytes), addressBytes};
+        for (auto& byte : device.memory)
+            byte = static_cast<std::uint8_t>(fill < 0 ? random() : unsigned(fill));
+        std::ranges::copy(header, device.memory.begin());
+        t.WillAnswer({Answer::No, Answer::Yes});
+        EXPECT_EQ(Check(), BusCheck::Declined);
+        EXPECT_EQ(Check(), BusCheck::Ok);
+        EXPECT_EQ(Check(), BusCheck::Ok);  // the Yes is kept
+        EXPECT_EQ(device.stores, 0U);
+        EXPECT_THAT(t.user.TakeBoxes(), testing::Each(testing::HasSubstr(finding)));
+        system.fault = [] { return ENODEV; };
+        EXPECT_EQ(Check(), BusCheck::NoAcknowledge);
+        EXPECT_THAT(t.user.TakeBoxes(), testing::ElementsAre(testing::HasSubstr("is gone")));
+        system.fault = {};
+    }
+}
+
+TEST_F(KernelBusTest, SendsNoAddressOverAnAdapterThatCannotCombineBeforeTheUsersWord) {
+    system.combines = false;
+    Primary() = {std::vector<std::uint8_t>(256, 9), 1};
+    t.WillAnswer({Answer::No});
+    EXPECT_EQ(Check(), BusCheck::Declined);
+    EXPECT_EQ(Primary().stores, 0U);
+    EXPECT_EQ(system.transfers, 1U);
+    EXPECT_THAT(t.user.TakeBoxes(), testing::ElementsAre(testing::HasSubstr("Is a 24C64")));
+}
+
+TEST_F(KernelBusTest, SaysWhatFailed) {
+    const std::pair<int, const char*> kFaults[] = {
+        {ENXIO, "does not acknowledge"},
+        {EREMOTEIO, "does not acknowledge"},
+        {ETIMEDOUT, "stuck"},
+        {EBUSY, "stuck"},
+        {EIO, "Input/output error"},
+        {ENODEV, "is gone"},
+        {EAGAIN, "Another master"},
+    };
+    for (const auto& [error, line] : kFaults) {
+        SCOPED_TRACE(line);
+        ASSERT_EQ(Check(), BusCheck::Ok);
+        const BusClaim claim(bus);
+        system.fault = [error = error] { return error; };
+        ASSERT_EQ(bus.ReadBlock(0, 10), Transfer::Aborted);
+        bus.AbortOperation();
+        EXPECT_EQ(bus.WriteByte(0, 1), Transfer::Aborted);
+        EXPECT_THAT(t.user.TakeBoxes(), testing::ElementsAre(testing::HasSubstr(line)));
+        system.fault = {};
+    }
+    Primary().writeCycle = std::chrono::hours(1);
+    const BusClaim claim(bus);
+    EXPECT_EQ(bus.WriteByte(0, 1), Transfer::Aborted);
+    EXPECT_THAT(bus.Failure(), testing::HasSubstr("50 ms"));
+}
+
+TEST_F(KernelBusTest, SaysWhyABusCannotBeOpened) {
+    const std::tuple<int, int, unsigned long, const char*> kRefusals[] = {
+        {EACCES, 0, I2C_FUNC_I2C, "group i2c"},
+        {ENOENT, 0, I2C_FUNC_I2C, "modprobe i2c-dev"},
+        {0, EWOULDBLOCK, I2C_FUNC_I2C, "in use by another program"},
+        {0, 0, I2C_FUNC_SMBUS_BYTE, "cannot send"},
+    };
+    for (const auto& [opening, locking, functions, line] : kRefusals) {
+        system.opening = opening;
+        system.locking = locking;
+        system.functions = functions;
+        EXPECT_EQ(Check(), BusCheck::NoAcknowledge);
+        EXPECT_THAT(t.user.TakeBoxes(), testing::ElementsAre(testing::HasSubstr(line)));
+    }
+    EXPECT_EQ(system.transfers, 0U);
+    bus.Choose({"Other adapter", {}});
+    EXPECT_EQ(Check(), BusCheck::NoAcknowledge);
+    EXPECT_THAT(bus.Failure(), testing::HasSubstr("Other adapter is not there"));
+}
+
+TEST_F(KernelBusTest, LeavesADeviceToTheDriverOfTheKernel) {
+    system.folder.Write("sys/bus/i2c/devices/7-0050/uevent", "");
+    std::filesystem::create_symlink("../../drivers/at24",
+                                    system.folder.Path("sys/bus/i2c/devices/7-0050/driver"));
+    EXPECT_EQ(Check(), BusCheck::NoAcknowledge);
+    EXPECT_EQ(system.transfers, 0U);
+    EXPECT_THAT(t.user.TakeBoxes(), testing::ElementsAre(testing::HasSubstr("driver at24")));
+}
+
+}  // namespace
+}  // namespace tarnwell

@@ -2,7 +2,7 @@
 _tarnwell_cli() {
     local commands='check read write verify info get set peek poke compare backups restore'
     local options='--device= --port= --address= --pins= --wait= --trace= --real-time --no-television
-        --image= --output= --raw --force --differences --passes= --yes --dry-run --json --quiet --progress= --help --version'
+        --image= --output= --raw --force --differences --passes= --yes --trust-device --dry-run --json --quiet --progress= --help --version'
     local by_format='R-YR R-YB G-YR G-YB CR02 CB02 SHRP SSH1 SHF1 PROV LT1 DCOL CTIL DPIC DTC'
     local settings='TINT SHPM OT1 IT2 CN0 CN1 CN2 BR0 BR1 BR2 CLP CLP.480i CLP.1080i'
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}

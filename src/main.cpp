@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     OptionsFile store(OptionsPath());
     LinuxPlatform platform;
     FormMain window({opened.TheWire(stop), store, platform, opened.port->IsSimulated(),
-                     StateFolder() + "/backups"});
+                     StateFolder() + "/backups", opened.i2cBus});
     window.startUp();
     shown = &window.program();
     std::atexit(endWithoutDisplay);

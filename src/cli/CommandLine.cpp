@@ -43,7 +43,7 @@ void PrintError(std::string message) {
 void RunOnDevice(const Arguments& arguments, PortSource& ports, Report& report) {
     const auto opened = ports.Open(arguments.port, ProcessStop());
     if (const auto* const refusal = std::get_if<PortRefusal>(&opened))
-        return report.End(Status::WrongUse,
+        return report.End(refusal->noSuchBus ? Status::Bus : Status::WrongUse,
                           refusal->reason + std::string(refusal->wrongArgument ? kHint : ""));
     OptionsFile options(OptionsPath(), OptionsFile::Access::Read);
     Device device(arguments, std::get<JoinedPort>(opened), options, report);

@@ -30,9 +30,10 @@ constexpr Option kDataWarn{kProgOpts, "DataWarn", "ShowWarn"};
 constexpr Option kReadTwice{kProgOpts, "ReadTwice", "False"};
 constexpr Option kPortAddr{kProgPort, "PortAddr", "888"};
 constexpr Option kPortOpts{kProgPort, "PortOpts", "11012010"};
+constexpr Option kI2cBus{kProgPort, "I2CBus", ""};
 
-constexpr std::array kOptions{kMainTop, kMainLeft, kEditTop,   kEditLeft, kInitDir,
-                              kNumMode, kDataWarn, kReadTwice, kPortAddr, kPortOpts};
+constexpr std::array kOptions{kMainTop,  kMainLeft,  kEditTop,  kEditLeft, kInitDir, kNumMode,
+                              kDataWarn, kReadTwice, kPortAddr, kPortOpts, kI2cBus};
 
 std::string Query(mRegistry& registry, const Option& option) {
     return registry.QueryRegValue(option.key, option.name);
@@ -72,6 +73,7 @@ void LoadOptions(mRegistry& registry, ProgramState& state, PlacedWindow& window)
     state.readPasses = Query(registry, kReadTwice) == ReadTwiceWord(2) ? 2 : 1;
     state.portAddress = Query(registry, kPortAddr);
     state.pinOptions = Query(registry, kPortOpts);
+    state.i2cBus = Query(registry, kI2cBus);
 }
 
 void SaveOptions(mRegistry& registry, const ProgramState& state, PlacedWindow& window) {
@@ -92,6 +94,7 @@ void SaveOptions(mRegistry& registry, const ProgramState& state, PlacedWindow& w
     Set(registry, kReadTwice, ReadTwiceWord(state.readPasses));
     Set(registry, kPortAddr, state.portAddress);
     Set(registry, kPortOpts, state.pinOptions);
+    Set(registry, kI2cBus, state.i2cBus);
     registry.Flush();
 }
 

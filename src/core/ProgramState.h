@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,10 +25,12 @@ struct ProgramState {
     SizeMode sizeMode = SizeMode::Small;
     Page page = Page::Chroma;
 
-    std::string portAddress;    ///< base address in decimal: "888", "632" or "956"
-    std::string pinOptions;     ///< eight digits, decoded by DecodePinOptions
-    std::string editorWarning;  ///< "ShowWarn" or "NoWarn"
-    std::string editTop;        ///< the value editor's place, twips
+    std::string portAddress;  ///< base address in decimal: "888", "632" or "956"
+    std::string pinOptions;   ///< eight digits, decoded by DecodePinOptions
+    std::string i2cBus;       ///< of the kernel, "NAME|NODE"; empty for a parallel port
+    std::optional<std::string> i2cBusOfRun;  ///< from the command line, until another is chosen
+    std::string editorWarning;               ///< "ShowWarn" or "NoWarn"
+    std::string editTop;                     ///< the value editor's place, twips
     std::string editLeft;
     std::string comparePlace;   ///< "LEFT TOP WIDTH HEIGHT" in pixels, or empty
     std::string archiveFolder;  ///< where the file dialogs open
@@ -39,6 +42,8 @@ struct ProgramState {
 
     bool fillItemVisible = false;
     bool driverLoaderItemVisible = false;
+
+    const std::string& I2cBusInUse() const { return i2cBusOfRun ? *i2cBusOfRun : i2cBus; }
 };
 
 inline constexpr std::string_view kShowWarning = "ShowWarn";

@@ -99,7 +99,6 @@ class EepromBus {
 
   private:
     friend class BusClaim;
-    friend class ChosenBus;
     friend class FollowedBus;
     virtual void Claim() = 0;
     virtual void Release() = 0;

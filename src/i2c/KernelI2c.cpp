@@ -31,11 +31,11 @@ std::string I2cBusText(const I2cBus& bus) {
     return bus.name + kBar + bus.node;
 }
 
-std::optional<I2cBus> I2cBusFromText(std::string_view text) {
+I2cBus I2cBusFromText(std::string_view text) {
     const std::size_t bar = text.rfind(kBar);
     if (bar == std::string_view::npos)
-        return std::nullopt;
-    return I2cBus{std::string(text.substr(0, bar)), std::string(text.substr(bar + 1))};
+        return {std::string(text), {}};
+    return {std::string(text.substr(0, bar)), std::string(text.substr(bar + 1))};
 }
 
 std::optional<I2cBus> FindI2cBus(const std::vector<I2cBus>& buses, const I2cBus& wanted) {

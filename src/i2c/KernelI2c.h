@@ -23,9 +23,9 @@ struct I2cBus {
     }
 };
 
-/// "NAME|NODE", as the options keep a bus, and back; nothing for a text without the bar.
+/// "NAME|NODE", as the options keep a bus, and back; a text without the bar is a name.
 std::string I2cBusText(const I2cBus& bus);
-std::optional<I2cBus> I2cBusFromText(std::string_view text);
+I2cBus I2cBusFromText(std::string_view text);
 
 /// The bus of this name and node; numbers change, so else the only one of this name.
 std::optional<I2cBus> FindI2cBus(const std::vector<I2cBus>& buses, const I2cBus& wanted);

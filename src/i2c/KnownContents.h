@@ -12,6 +12,14 @@ namespace tarnwell {
 
 class KnownContents {
   public:
+    /// Other devices may be there from now on.
+    void Forget() {
+        for (auto& device : bytes_) {
+            for (Byte& byte : device)
+                byte.value.reset();
+        }
+    }
+
     /// A byte of a device was read, or a write of it was seen to its end.
     void Holds(TargetDevice device, int address, std::uint8_t value) {
         At(device, address).value = value;

@@ -3,11 +3,12 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tarnwell {
 
 struct PortRequest {
-    std::string kind = "auto";  ///< as given
+    std::optional<std::string> kind;  ///< as given; "auto" where none is
     bool noTelevision = false;
     bool realTime = false;
     std::optional<std::string> traceFile;
@@ -17,6 +18,14 @@ struct PortRequest {
 struct PortRefusal {
     std::string reason;
     bool wrongArgument;
+    bool noSuchBus = false;  ///< none of the kernel's I2C buses is meant, or several are
 };
+
+/// The I2C bus of the kernel that is asked for, by its node or its name; nothing where a parallel
+/// port is.
+inline std::optional<std::string_view> RequestedI2cBus(std::string_view kind) {
+    constexpr std::string_view kPrefix = "i2c:";
+    return kind.starts_with(kPrefix) ? std::optional(kind.substr(kPrefix.size())) : std::nullopt;
+}
 
 }  // namespace tarnwell

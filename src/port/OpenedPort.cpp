@@ -4,11 +4,49 @@
 
 namespace tarnwell {
 
+namespace {
+
+std::variant<I2cBus, PortRefusal> FindRequested(LinuxI2c& kernel, std::string_view wanted) {
+    std::vector<I2cBus> found;
+    std::string nodes;
+    for (const I2cBus& bus : kernel.Buses()) {
+        if (bus.node != wanted && bus.name != wanted)
+            continue;
+        found.push_back(bus);
+        nodes += (nodes.empty() ? "" : ", ") + bus.node;
+    }
+    if (found.size() == 1)
+        return found.front();
+    const std::string name(wanted);
+    return PortRefusal{found.empty() ? NoI2cBusLine(name)
+                                     : "Several I2C buses are named " + name + ": " + nodes +
+                                           ". Choose one by --port=i2c: and its node.",
+                       false, true};
+}
+
+}  // namespace
+
 std::variant<OpenedPort, PortRefusal> OpenPort(const PortRequest& request, SystemCalls& system,
                                                const std::string& dataFolder) {
-    const auto kind = ParsePortKind(request.kind);
+    const std::string named = request.kind.value_or("auto");
+    const auto wanted = RequestedI2cBus(named);
+    if (wanted && (request.noTelevision || request.realTime || request.traceFile))
+        return PortRefusal{"--no-television, --real-time and --trace need a parallel port.", true};
+    if (wanted && wanted->empty())
+        return PortRefusal{"--port=i2c: needs the node or the name of a bus.", true};
+    auto kernel = std::make_unique<LinuxI2c>(system);
+    std::optional<std::string> i2cBus;
+    if (request.kind)
+        i2cBus.emplace();
+    if (wanted) {
+        auto bus = FindRequested(*kernel, *wanted);
+        if (auto* const refusal = std::get_if<PortRefusal>(&bus))
+            return std::move(*refusal);
+        i2cBus = I2cBusText(std::get<I2cBus>(bus));
+    }
+    const auto kind = ParsePortKind(wanted ? "auto" : named);
     if (!kind)
-        return PortRefusal{"There is no port '" + request.kind + "'.", true};
+        return PortRefusal{"There is no port '" + named + "'.", true};
     const bool real = *kind == PortKind::Ppdev || *kind == PortKind::DevPort;
     if (real && (request.noTelevision || request.realTime))
         return PortRefusal{"--no-television and --real-time need the simulated port.", true};
@@ -16,7 +54,8 @@ std::variant<OpenedPort, PortRefusal> OpenPort(const PortRequest& request, Syste
     const Simulation simulation{
         .television = request.noTelevision ? Television::Absent : Television::Connected,
         .pace = request.realTime ? Pace::Real : Pace::Virtual};
-    OpenedPort opened{ChoosePort(*kind, simulation, system, dataFolder), nullptr};
+    OpenedPort opened{ChoosePort(*kind, simulation, system, dataFolder), nullptr, std::move(kernel),
+                      std::move(i2cBus)};
     if (!request.traceFile)
         return opened;
     auto made =

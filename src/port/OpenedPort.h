@@ -9,15 +9,18 @@
 #include "i2c/PortRequest.h"
 #include "port/PortChoice.h"
 #include "port/VcdTrace.h"
+#include "port/real/LinuxI2c.h"
 
 namespace tarnwell {
 
 struct OpenedPort {
     std::unique_ptr<ChosenPort> port;
     std::unique_ptr<VcdTrace> trace;
+    std::unique_ptr<LinuxI2c> kernel;
+    std::optional<std::string> i2cBus;  ///< of the command line, empty for a parallel port
 
     Wire TheWire(const StopRequest& stop = NoStopRequest()) const {
-        return {port->ThePort(), port->TheClock(), TheTrace(), stop};
+        return {port->ThePort(), port->TheClock(), TheTrace(), stop, *kernel};
     }
     BusTrace& TheTrace() const {
         if (trace)

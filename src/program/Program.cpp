@@ -18,7 +18,8 @@ RunContext RunOf(Program& program, const Surroundings& outside) {
 Program::Program(const Surroundings& outside)
     : statusBar(state, outside.screen, outside.msgTimer),
       i2c(outside.wire, state, statusBar, outside.user),
-      bus(i2c, state),
+      kernelBus(outside.wire, state, statusBar, outside.user),
+      bus(i2c, kernelBus, state),
       backups(outside.backupFolder, outside.calendar),
       writeGuard(state, statusBar, outside.user, backups),
       history({state, statusBar, outside.screen, buffer, grid, pending, cells}, bus.Known()),
@@ -95,8 +96,21 @@ std::string Program::BackgroundText() const {
 
 void Program::ChoosePort(const PortChoice& choice) {
     state.portAddress = choice.addressText;
+    UseI2cBus({});
     outside_.screen.Changed(Shown::Menus);
     statusBar.ShowStatus(choice.status, kResultSeconds);
+}
+
+void Program::ChooseI2cBus(const I2cBus& chosen) {
+    UseI2cBus(I2cBusText(chosen));
+    outside_.screen.Changed(Shown::Menus);
+}
+
+void Program::UseI2cBus(std::string text) {
+    if (state.I2cBusInUse() != text)
+        bus.Changed();
+    state.i2cBus = std::move(text);
+    state.i2cBusOfRun.reset();
 }
 
 void Program::ToggleReadTwice() {

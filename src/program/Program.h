@@ -11,6 +11,7 @@
 #include "editor/Find.h"
 #include "history/UndoCommands.h"
 #include "i2c/FollowedBus.h"
+#include "i2c/kernel/KernelBus.h"
 #include "i2c/mI2Ccode.h"
 #include "program/BufferFollowers.h"
 #include "settings/CellCommands.h"
@@ -62,6 +63,9 @@ class Program final {
     /// The Parallel Port menu; nothing else happens until the next access.
     void ChoosePort(const PortChoice& choice);
 
+    /// Works on a bus of the kernel from the next access on, until a parallel port is chosen.
+    void ChooseI2cBus(const I2cBus& chosen);
+
     /// Whether each reading of a whole device is made of two.
     void ToggleReadTwice();
 
@@ -69,6 +73,7 @@ class Program final {
     MemoryBuffer buffer{};
     StatusBar statusBar;
     mI2Ccode i2c;
+    KernelBus kernelBus;
     FollowedBus bus;
     ImageBackups backups;
     WriteGuard writeGuard;
@@ -96,6 +101,7 @@ class Program final {
 
   private:
     std::string BackgroundText() const;
+    void UseI2cBus(std::string text);
 
     Surroundings outside_;
 };

@@ -29,7 +29,7 @@ TEST(StartUp, TakesItsStepsInOrderAndWritesTheDefaultsOnTheFirstRun) {
                                                      {"DataWarn", "ShowWarn"},
                                                      {"ReadTwice", "False"}}));
     EXPECT_EQ(test.registry.keys[kProgPort],
-              (Values{{"PortAddr", "888"}, {"PortOpts", "11012010"}}));
+              (Values{{"PortAddr", "888"}, {"PortOpts", "11012010"}, {"I2CBus", ""}}));
     EXPECT_EQ(test.outside.place.top, 144);
     EXPECT_EQ(test.Status(), "Welcome to Tarnwell");
     EXPECT_TRUE(test.program.state.driverLoaderItemVisible);
@@ -56,7 +56,8 @@ TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
                            {"NumMode", "Hex"},
                            {"DataWarn", "NoWarn"},
                            {"ReadTwice", "True"}}},
-        {kProgPort, Values{{"PortAddr", "632"}, {"PortOpts", "21012010"}}}};
+        {kProgPort,
+         Values{{"PortAddr", "632"}, {"PortOpts", "21012010"}, {"I2CBus", "u|/dev/i2c-7"}}}};
     const auto stored = test.registry.keys;
     test.program.StartUp(test.outside);
     EXPECT_EQ(test.outside.place.top * 1000 + test.outside.place.left, 149970);

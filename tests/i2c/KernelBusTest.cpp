@@ -16,7 +16,7 @@ class KernelBusTest : public testing::Test {
         std::mt19937 random{7};
         for (auto& [address, device] : system.devices)
             std::ranges::generate(device.memory, [&] { return std::uint8_t(random()); });
-        bus.Choose({"Test adapter", {}});
+        state.i2cBus = "Test adapter|";
     }
     BusCheck Check() {
         const BusClaim claim(bus);
@@ -44,7 +44,6 @@ TEST_F(KernelBusTest, ReadsAndWritesWhateverTheAdapterCanDo) {
                             state,
                             t.program.statusBar,
                             t.user};
-            fresh.Choose({"Test adapter", {}});
             const BusClaim claim(fresh);
             if (!combines)
                 t.WillAnswer({Answer::Yes});
@@ -149,7 +148,7 @@ TEST_F(KernelBusTest, SaysWhyABusCannotBeOpened) {
         EXPECT_THAT(t.user.TakeBoxes(), testing::ElementsAre(testing::HasSubstr(line)));
     }
     EXPECT_EQ(system.transfers, 0U);
-    bus.Choose({"Other adapter", {}});
+    state.i2cBus = "Other adapter|";
     EXPECT_EQ(Check(), BusCheck::NoAcknowledge);
     EXPECT_THAT(bus.Failure(), testing::HasSubstr("Other adapter is not there"));
 }

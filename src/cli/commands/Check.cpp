@@ -8,7 +8,7 @@ void Check(const Arguments& arguments, Device& device, Report& report) {
     device.Claim();
     const auto answers = [&](TargetDevice target, Quiet quiet) {
         program.state.targetDevice = target;
-        return device.TheBus().CheckBus(quiet) == BusCheck::Ok;
+        return device.TheBus().CheckAnswer(quiet) == BusCheck::Ok;
     };
     const bool primaryAsked = arguments.device == TargetDevice::Primary;
     const bool other =

@@ -14,6 +14,9 @@ namespace tarnwell::cli {
 
 namespace {
 
+constexpr std::string_view kHowToTrust =
+    " Nothing was written. Say --trust-device to use this device.";
+
 bool ShowsProgress(Show show) {
     return show == Show::Always || (show == Show::Auto && isatty(STDERR_FILENO) != 0);
 }
@@ -39,10 +42,15 @@ Device::Device(const Arguments& arguments, const JoinedPort& port, mRegistry& op
     program_.state.portAddress = arguments.portAddress.value_or(program_.state.portAddress);
     program_.state.pinOptions = arguments.pins.value_or(program_.state.pinOptions);
     program_.state.readPasses = arguments.passes.value_or(program_.state.readPasses);
+    program_.state.i2cBusOfRun = port.i2cBus;
     program_.i2c.ApplyPortOptions();
     report.device = arguments.device;
-    report.simulated = port.isSimulated;
-    report.port = port.isSimulated ? "simulated" : arguments.port.kind;
+    const I2cBus i2cBus = I2cBusFromText(program_.state.I2cBusInUse());
+    report.simulated = port.isSimulated && i2cBus.name.empty();
+    report.port = report.simulated      ? "simulated"
+                  : i2cBus.name.empty() ? arguments.port.kind.value_or("auto")
+                                        : "i2c:" + i2cBus.node;
+    user_.onTrust = [this](const Box& box) { return IsTrusted(box); };
 }
 
 void Device::Claim() {
@@ -57,10 +65,22 @@ void Device::Claim() {
 
 bool Device::Open() {
     Claim();
-    if (bus_.CheckBus(Quiet::No) == BusCheck::Ok)
+    const BusCheck check = bus_.CheckBus(Quiet::No);
+    if (check == BusCheck::Ok)
         return true;
-    report_.End(Status::Bus, user_.LastLine());
+    if (check == BusCheck::Declined)
+        report_.End(Status::NotConfirmed, user_.LastLine() + std::string(kHowToTrust));
+    else
+        report_.End(Status::Bus, user_.LastLine());
     return false;
+}
+
+bool Device::IsTrusted(const Box& box) const {
+    if (arguments_.trustDevice || !HasTerminal())
+        return arguments_.trustDevice;
+    std::string question = box.text;
+    std::erase(question, '\r');
+    return AgreesOnTerminal(question);
 }
 
 bool Device::Read(ByteRange range) {

@@ -14,6 +14,8 @@ namespace tarnwell::cli {
 struct JoinedPort {
     Wire wire;
     bool isSimulated;
+    std::optional<std::string> i2cBus =
+        std::nullopt;  ///< of the command line, empty for a parallel port
 };
 
 /// When the image that a write replaces is kept.
@@ -64,6 +66,9 @@ class Device {
     [[nodiscard]] bool Read(ByteRange range);
 
     bool UsesDoubtful(const Box& question);
+
+    /// Whether a device that may be the wrong one is to be used.
+    bool IsTrusted(const Box& box) const;
 
     /// Always false.
     bool EndAborted();

@@ -44,4 +44,9 @@ Answer LineUser::ShowBox(const Box& box) {
     return onQuestion && onQuestion(box) ? Answer::Yes : Answer::No;
 }
 
+Answer LineUser::AskTrust(const Box& box) {
+    lastLine_ = OneLine(box);
+    return onTrust && onTrust(box) ? Answer::Yes : Answer::No;
+}
+
 }  // namespace tarnwell::cli

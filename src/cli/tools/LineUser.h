@@ -14,6 +14,7 @@ std::string OneLine(const Box& box);
 class LineUser final : public User {
   public:
     Answer ShowBox(const Box& box) override;
+    Answer AskTrust(const Box& box) override;
     std::optional<std::string> AskText(const TextRequest& /*request*/) override { return {}; }
     std::optional<std::string> AskFile(const FileRequest& /*request*/) override { return {}; }
     void Beep() override {}
@@ -21,6 +22,9 @@ class LineUser final : public User {
 
     /// Whether a question is answered with Yes; none is as long as it is empty.
     std::function<bool(const Box&)> onQuestion;
+
+    /// Whether a device that may be the wrong one is to be used; none is as long as it is empty.
+    std::function<bool(const Box&)> onTrust;
 
     /// What the last box said.
     const std::string& LastLine() const { return lastLine_; }

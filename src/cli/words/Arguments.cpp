@@ -83,7 +83,7 @@ void AddOptions(CLI::App& app, Words& words, Arguments& arguments) {
     };
     option("--device", words.device, "primary|secondary", "The EEPROM, primary if left out")
         ->check(CLI::IsMember({"primary", "secondary"}));
-    option("--port", arguments.port.kind, "KIND", "auto, ppdev, devport or simulated");
+    option("--port", arguments.port.kind, "KIND", "auto, ppdev, devport, simulated or i2c:BUS");
     option("--address", words.address, "378|278|3BC", "The parallel port, LPT1 to LPT3");
     option("--pins", words.pins, "DIGITS", "The adapter's wiring, eight digits");
     option("--wait", arguments.waitSeconds, "SECONDS", "How long to wait for a port that is taken")
@@ -100,6 +100,7 @@ void AddOptions(CLI::App& app, Words& words, Arguments& arguments) {
     option("--passes", arguments.passes, "N", "Read a whole EEPROM N times and compare")
         ->check(CLI::Range(1, 100));
     flag("--yes", arguments.yes, "Write without a question");
+    flag("--trust-device", arguments.trustDevice, "I2C bus: use a device that may be no 24C64");
     flag("--dry-run", arguments.dryRun, "Say what would be written, and write nothing");
     flag("--json", arguments.json, "Print one JSON object");
     flag("--quiet", arguments.quiet, "Print no report");
@@ -218,6 +219,9 @@ void CheckTogether(const Arguments& arguments) {
     refuseIf(arguments.quiet && onlyShows,
              "--quiet leaves nothing of get, peek, info and backups.");
     refuseIf(arguments.quiet && arguments.json, "--quiet and --json do not go together.");
+    refuseIf(RequestedI2cBus(arguments.port.kind.value_or("")) &&
+                 (arguments.portAddress || arguments.pins),
+             "--address and --pins are for a parallel port.");
     refuseIf(arguments.raw && !streams, "--raw is for -: name a file NAME.bin for its bytes.");
     refuseIf(WritesToStandardOutput(arguments) && arguments.json,
              "--json and a file on standard output do not go together.");

@@ -87,6 +87,7 @@ struct Arguments {
     std::optional<int> passes;  ///< how often a whole device is read
 
     bool yes = false;
+    bool trustDevice = false;
     bool dryRun = false;
 
     bool json = false;

@@ -59,10 +59,11 @@ KernelBus::KernelBus(const Wire& wire, const ProgramState& state, StatusBar& sta
 
 void KernelBus::Claim() {
     failure_.clear();
-    const auto found = FindI2cBus(kernel_.Buses(), chosen_);
+    const I2cBus wanted = I2cBusFromText(state_.I2cBusInUse());
+    const auto found = FindI2cBus(kernel_.Buses(), wanted);
     if (!found) {
         Forget();
-        failure_ = NoI2cBusLine(chosen_.name);
+        failure_ = NoI2cBusLine(wanted.name);
         return;
     }
     Meet(*found);

@@ -8,13 +8,10 @@
 
 namespace tarnwell {
 
+/// The bus is that of the state, found again by its name at each claim.
 class KernelBus final : public DrivenBus {
   public:
     KernelBus(const Wire& wire, const ProgramState& state, StatusBar& statusBar, User& user);
-
-    /// The bus of all further claims, found again by its name at each.
-    void Choose(const I2cBus& bus) { chosen_ = bus; }
-    const I2cBus& Chosen() const { return chosen_; }
 
     /// Also asks, before the first command with a device, whether it may be used if it does not
     /// look like a 24C64; Declined where the user says no.
@@ -55,7 +52,6 @@ class KernelBus final : public DrivenBus {
     KernelI2c& kernel_;
     const ProgramState& state_;
     KernelTransfers transfers_;
-    I2cBus chosen_;
     I2cBus open_;  ///< the one met last
     std::set<std::uint8_t> trusted_;
     std::string failure_;

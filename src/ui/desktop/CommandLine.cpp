@@ -75,8 +75,8 @@ struct Options {
                                QStringLiteral("Show the version and end.")};
     QCommandLineOption port{
         QStringLiteral("port"),
-        QStringLiteral("How to reach the adapter: auto, ppdev, devport or simulated."),
-        QStringLiteral("kind"), QStringLiteral("auto")};
+        QStringLiteral("How to reach the adapter: auto, ppdev, devport, simulated or i2c:BUS."),
+        QStringLiteral("kind")};
     QCommandLineOption noTelevision{
         QStringLiteral("no-television"),
         QStringLiteral("With the simulated port: the adapter alone, nothing on its bus.")};
@@ -131,11 +131,13 @@ CommandLine readCommandLine(int argc, char** argv) {
     const QStringList files = parser.positionalArguments();
     if (files.size() > 1)
         refuseArgument("One FILE at most.");
-    CommandLine line{.port = {.kind = toBytes(parser.value(options.port)),
+    CommandLine line{.port = {.kind = {},
                               .noTelevision = parser.isSet(options.noTelevision),
                               .realTime = parser.isSet(options.realTime),
                               .traceFile = {}},
                      .archiveFile = {}};
+    if (parser.isSet(options.port))
+        line.port.kind = toBytes(parser.value(options.port));
     if (parser.isSet(options.trace))
         line.port.traceFile = toBytes(parser.value(options.trace));
     if (line.port.traceFile == "")

@@ -49,6 +49,7 @@ FormMain::FormMain(const Connections& connections)
       m_body(*new QWidget(this)),
       m_tabs(*new QTabWidget(&m_body)),
       m_statusArea(*new StatusArea(m_program.statusBar, &m_body)) {
+    m_program.state.i2cBusOfRun = connections.i2cBus;
     initPictures();
     m_user.setWindow(this);
     setObjectName(QStringLiteral("formMain"));

@@ -25,6 +25,7 @@ struct Connections {
     Platform& platform;
     bool simulated;
     std::string backupFolder;
+    std::optional<std::string> i2cBus = std::nullopt;  ///< of the command line
 };
 
 class FormMain final : public QMainWindow, private Screen {

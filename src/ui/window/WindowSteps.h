@@ -28,6 +28,8 @@ class WindowSteps final : public StartUpSteps {
     }
     void ApplyPortOptions() override { m_program.i2c.ApplyPortOptions(); }
     void ReleaseBus() override {
+        if (!m_program.state.I2cBusInUse().empty())
+            return;
         const BusClaim claim(m_program.i2c);
         m_program.i2c.ReleaseBus();
     }

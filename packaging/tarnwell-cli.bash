@@ -1,4 +1,13 @@
 # Completion of tarnwell-cli for bash.
+
+# The kernel's I2C buses by node and by name, as they are typed.
+_tarnwell_cli_buses() {
+    local bus
+    for bus in "${TARNWELL_SYS:-/sys}"/bus/i2c/devices/i2c-*/name; do
+        [[ -r $bus ]] && printf '%q\n' "/dev/$(basename "${bus%/name}")" "$(<"$bus")"
+    done
+}
+
 _tarnwell_cli() {
     local commands='check read write verify info get set peek poke compare backups restore'
     local options='--device= --port= --address= --pins= --wait= --trace= --real-time --no-television
@@ -9,13 +18,24 @@ _tarnwell_cli() {
     local word words='' command=''
     [[ $current == '=' ]] && current=
     [[ $previous == '=' ]] && previous=${COMP_WORDS[COMP_CWORD - 2]}
+    # The shell ends a word before and behind each colon.
+    if [[ $previous == i2c && $current == : ]] || [[ ${COMP_WORDS[COMP_CWORD - 2]} == i2c && $previous == : ]]; then
+        [[ $current == : ]] && current=
+        mapfile -t COMPREPLY < <(_tarnwell_cli_buses | while read -r word; do
+            [[ $word == "$current"* ]] && printf '%s\n' "$word"
+        done)
+        return
+    fi
     for word in "${COMP_WORDS[@]:1:COMP_CWORD - 1}"; do
         [[ -z $command && " $commands " == *" $word "* ]] && command=$word
     done
     COMPREPLY=()
     case $previous in
         --device) words='primary secondary' ;;
-        --port) words='auto ppdev devport simulated' ;;
+        --port)
+            words='auto ppdev devport simulated i2c:'
+            [[ -n $current && i2c: == "$current"* ]] && compopt -o nospace
+            ;;
         --address) words='378 278 3BC' ;;
         --progress) words='auto always never' ;;
         --pins | --wait | --passes) return ;;

@@ -13,7 +13,8 @@
 
 namespace tarnwell {
 
-/// Like a 24C64: bytes of a page are stored by the stop. `addressBytes` is 1 for smaller devices.
+/// Like a 24C64: bytes of a page are stored by the stop, and the only byte of an address is its
+/// high one. `addressBytes` is 1 for smaller devices.
 struct FakeEeprom {
     std::vector<std::uint8_t> memory = std::vector<std::uint8_t>(8192);
     std::size_t addressBytes = 2;
@@ -26,12 +27,12 @@ struct FakeEeprom {
     void Write(const i2c_msg& message) {
         for (std::size_t index = 0; index < message.len; ++index) {
             const std::uint8_t byte = message.buf[index];
-            if (index == 0)
-                pointer = 0;
-            if (index < addressBytes)
-                pointer = (pointer << 8 | byte) % memory.size();
-            else
+            if (index >= addressBytes)
                 latched.push_back(byte);
+            else if (index + 1 == addressBytes)
+                pointer = (addressBytes == 1 ? 0 : pointer & 0xFF00) | byte;
+            else
+                pointer = std::size_t{byte} << 8 | (pointer & 0xFF);
         }
     }
     void Read(const i2c_msg& message) {
@@ -42,7 +43,7 @@ struct FakeEeprom {
     }
     void Stop(BusTime now) {
         for (std::size_t index = 0; index < latched.size(); ++index)
-            memory[pointer / 32 * 32 + (pointer + index) % 32] = latched[index];
+            memory[(pointer / 32 * 32 + (pointer + index) % 32) % memory.size()] = latched[index];
         stores += latched.size();
         busyUntil = latched.empty() ? busyUntil : now + writeCycle;
         latched.clear();

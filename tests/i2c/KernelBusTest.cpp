@@ -96,14 +96,23 @@ TEST_F(KernelBusTest, AsksBeforeADeviceThatIsNo24C64AndNeverWritesToIt) {
     }
 }
 
-TEST_F(KernelBusTest, SendsNoAddressOverAnAdapterThatCannotCombineBeforeTheUsersWord) {
+TEST_F(KernelBusTest, SendsNoDataOverAnAdapterThatCannotCombineBeforeTheUsersWord) {
     system.combines = false;
-    Primary() = {std::vector<std::uint8_t>(256, 9), 1};
-    t.WillAnswer({Answer::No});
+    t.WillAnswer({Answer::No, Answer::Yes});
     EXPECT_EQ(Check(), BusCheck::Declined);
-    EXPECT_EQ(Primary().stores, 0U);
     EXPECT_EQ(system.transfers, 1U);
-    EXPECT_THAT(t.user.TakeBoxes(), testing::ElementsAre(testing::HasSubstr("Is a 24C64")));
+    EXPECT_EQ(Check(), BusCheck::Ok);
+    EXPECT_THAT(t.user.TakeBoxes(), testing::Each(testing::HasSubstr("Is a 24C64")));
+    Primary() = {{Primary().memory.begin(), Primary().memory.begin() + 256}, 1};
+    KernelBus other{{.port = t.television, .clock = t.television, .kernel = kernel},
+                    state,
+                    t.program.statusBar,
+                    t.user};
+    const BusClaim claim(other);
+    t.WillAnswer({Answer::Yes, Answer::No});
+    EXPECT_EQ(other.CheckBus(Quiet::No), BusCheck::Declined);
+    EXPECT_THAT(t.user.TakeBoxes(), testing::Contains(testing::HasSubstr("have one byte")));
+    EXPECT_EQ(Primary().stores, 0U);
 }
 
 TEST_F(KernelBusTest, SaysWhatFailed) {
@@ -153,6 +162,16 @@ TEST_F(KernelBusTest, SaysWhyABusCannotBeOpened) {
     EXPECT_THAT(bus.Failure(), testing::HasSubstr("Other adapter is not there"));
 }
 
+TEST_F(KernelBusTest, FindsAnAdapterThatWasUnpluggedWhateverItsDriverSays) {
+    ASSERT_EQ(Check(), BusCheck::Ok);
+    const BusClaim claim(bus);
+    std::filesystem::remove_all(system.folder.Path("sys/bus/i2c/devices/i2c-7"));
+    system.fault = [] { return EIO; };
+    EXPECT_EQ(bus.ReadBlock(0, 1), Transfer::Aborted);
+    EXPECT_THAT(bus.Failure(), testing::HasSubstr("is gone"));
+    EXPECT_FALSE(bus.IsTaken());
+}
+
 TEST_F(KernelBusTest, LeavesADeviceToTheDriverOfTheKernel) {
     system.folder.Write("sys/bus/i2c/devices/7-0050/uevent", "");
     std::filesystem::create_symlink("../../drivers/at24",
@@ -160,6 +179,15 @@ TEST_F(KernelBusTest, LeavesADeviceToTheDriverOfTheKernel) {
     EXPECT_EQ(Check(), BusCheck::NoAcknowledge);
     EXPECT_EQ(system.transfers, 0U);
     EXPECT_THAT(t.user.TakeBoxes(), testing::ElementsAre(testing::HasSubstr("driver at24")));
+    system.folder.Write("sys/bus/i2c/devices/7-0051/uevent", "");
+    std::filesystem::create_symlink("../../drivers/dummy",
+                                    system.folder.Path("sys/bus/i2c/devices/7-0051/driver"));
+    EXPECT_EQ(kernel.DriverAt({"", "/dev/i2c-7"}, 0x51), "at24");
+    std::filesystem::remove_all(system.folder.Path("sys/bus/i2c/devices/7-0051"));
+    const BusClaim claim(bus);
+    EXPECT_EQ(bus.CheckAnswer(Quiet::Yes), BusCheck::NobodyAnswered);
+    state.targetDevice = TargetDevice::Secondary;
+    EXPECT_EQ(bus.CheckAnswer(Quiet::No), BusCheck::Ok);
 }
 
 }  // namespace

@@ -45,6 +45,12 @@ bool IsSpd(const Header& header) {
     return old || ddr3 || ddr4 || ddr5 || hub;
 }
 
+std::string_view KnownHeader(std::span<const std::uint8_t, kHeader> bytes) {
+    Header header{};
+    std::ranges::copy(bytes, header.begin());
+    return IsEdid(header) ? kEdid : IsSpd(header) ? kSpd : std::string_view();
+}
+
 bool Uniform(std::span<const std::uint8_t> bytes) {
     return std::ranges::all_of(bytes, [&](std::uint8_t byte) { return byte == bytes[0]; });
 }
@@ -52,7 +58,9 @@ bool Uniform(std::span<const std::uint8_t> bytes) {
 }  // namespace
 
 int DeviceLook::Look(std::string& finding) {
-    int error = LookForKnownHeader(finding);
+    int error = LookByShortAddresses(finding);
+    if (error == 0 && finding.empty())
+        error = LookForKnownHeader(finding);
     for (const std::size_t part : kParts) {
         if (error != 0 || !finding.empty())
             return error;
@@ -73,19 +81,33 @@ int DeviceLook::Look(std::string& finding) {
     return error;
 }
 
-// A device with one-byte addresses takes the second address byte as data, of which it stores
-// nothing without a stop, and goes on behind the first.
+// A 24C64 takes the only byte for the high one of an address, so it answers from elsewhere each
+// time. Where the adapter sends a stop behind each address, a device that does not has to be found
+// before it gets one of two bytes, of which it would store the second.
+int DeviceLook::LookByShortAddresses(std::string& finding) {
+    std::array<std::uint8_t, kWindow> first{};
+    int error = transfers_.ReadByShortAddress(device_, 0, first);
+    const std::string_view known = KnownHeader(std::span(first).first<kHeader>());
+    if (error != 0 || (known.empty() && transfers_.Combines()))
+        return error;
+    for (std::size_t place = kHeader; place + kHeader <= kWindow; place += kHeader) {
+        Header again{};
+        error = transfers_.ReadByShortAddress(device_, static_cast<std::uint8_t>(place), again);
+        if (error != 0 || !std::ranges::equal(again, std::span(first).subspan(place, kHeader)))
+            return error;
+    }
+    if (!known.empty())
+        finding = known;
+    else if (!Uniform(first))
+        finding = kOneByteAddresses;
+    return 0;
+}
+
 int DeviceLook::LookForKnownHeader(std::string& finding) {
-    Header byShort{};
-    Header byLong{};
-    int error = transfers_.ReadByShortAddress(device_, 0, byShort);
+    Header header{};
+    const int error = Read(0, header);
     if (error == 0)
-        error = Read(0, byLong);
-    const bool shifted = std::equal(byShort.begin() + 1, byShort.end(), byLong.begin());
-    if (error == 0 && shifted && IsEdid(byShort))
-        finding = kEdid;
-    else if (error == 0 && shifted && IsSpd(byShort))
-        finding = kSpd;
+        finding = KnownHeader(header);
     return error;
 }
 
@@ -94,15 +116,20 @@ int DeviceLook::LookAtAddresses(std::size_t part, std::string& finding) {
         for (std::size_t address = half; address + kHeader <= half + part; ++address) {
             const std::size_t row = address / kRow * kRow;
             const auto expected = std::span(image_).subspan(address, kHeader);
-            const auto answeredAlike = std::span(image_).subspan(row, kHeader);
-            if (address % kRow > kRow - kHeader || std::ranges::equal(expected, answeredAlike))
+            const auto expectedOfRow = std::span(image_).subspan(row, kHeader);
+            if (address % kRow > kRow - kHeader || std::ranges::equal(expected, expectedOfRow))
                 continue;
-            Header again{};
-            const int error = Read(address, again);
-            if (error != 0 || std::ranges::equal(again, expected))
-                return error;
-            finding = std::ranges::equal(again, answeredAlike) ? kOneByteAddresses : kUnsteady;
-            return 0;
+            Header there{};
+            Header ofRow{};
+            int error = Read(address, there);
+            if (error == 0)
+                error = Read(row, ofRow);
+            if (error == 0 && there == ofRow)
+                finding = kOneByteAddresses;
+            else if (error == 0 && !(std::ranges::equal(there, expected) &&
+                                     std::ranges::equal(ofRow, expectedOfRow)))
+                finding = kUnsteady;
+            return error;
         }
     }
     finding = kBlank;

@@ -10,7 +10,8 @@
 namespace tarnwell {
 
 /// A 24C64 has two-byte addresses and 8192 bytes. Each of these is shown by bytes that differ, so
-/// a device that is blank, or that repeats itself, decides nothing.
+/// a device that is blank, or that repeats itself, decides nothing. Addresses of one byte
+/// are sent first: a second one is data to a device that has such addresses.
 class DeviceLook {
   public:
     DeviceLook(KernelTransfers& transfers, std::uint8_t device)
@@ -20,6 +21,7 @@ class DeviceLook {
     int Look(std::string& finding);
 
   private:
+    int LookByShortAddresses(std::string& finding);
     int LookForKnownHeader(std::string& finding);
 
     /// Of what is known from `kHalf` on and from 0 on, `part` bytes each.

@@ -100,9 +100,16 @@ std::string KernelBus::LineOf(int error) const {
            "the wires and the device's power.";
 }
 
+// Drivers do not always say so themselves of an adapter that was unplugged.
+bool KernelBus::IsStillThere() const {
+    const auto found = FindI2cBus(kernel_.Buses(), open_);
+    return found && found->instance == open_.instance;
+}
+
 Transfer KernelBus::Fail(int error) {
-    failure_ = LineOf(error);
-    if (IsGone(error))
+    const bool gone = IsGone(error) || !IsStillThere();
+    failure_ = LineOf(gone ? -ENODEV : error);
+    if (gone)
         Forget();
     return Transfer::Aborted;
 }
@@ -110,6 +117,8 @@ Transfer KernelBus::Fail(int error) {
 BusCheck KernelBus::CheckAnswer(Quiet quiet) {
     if (failure_.empty()) {
         if (const std::string driver = kernel_.DriverAt(open_, Device()); !driver.empty()) {
+            if (quiet == Quiet::Yes)
+                return BusCheck::NobodyAnswered;
             failure_ = "The kernel's driver " + driver + " uses the device at " +
                        AddressText(Device()) + ". Unload it with \"sudo modprobe -r " + driver +
                        "\" and repeat the command.";
@@ -118,9 +127,11 @@ BusCheck KernelBus::CheckAnswer(Quiet quiet) {
             stop_.Obey();
             if (error == 0)
                 return BusCheck::Ok;
-            if (quiet == Quiet::Yes && IsNoAcknowledge(error))
-                return BusCheck::NobodyAnswered;
             static_cast<void>(Fail(error));
+            if (quiet == Quiet::Yes && IsMet()) {
+                failure_.clear();
+                return BusCheck::NobodyAnswered;
+            }
         }
     }
     Report(kNoAcknowledge, {});

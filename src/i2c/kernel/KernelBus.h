@@ -26,7 +26,7 @@ class KernelBus final : public DrivenBus {
     using EepromBus::AbortOperation;
     void AbortOperation(std::string_view line) override { Report(kNoAcknowledge, line); }
     void GiveUp() override { Release(); }
-    bool IsTaken() const override { return kernel_.IsTaken(); }
+    bool IsTaken() const override { return IsMet() && kernel_.IsTaken(); }
     const std::string& Failure() const override { return failure_; }
 
   private:
@@ -40,6 +40,8 @@ class KernelBus final : public DrivenBus {
     /// Another adapter, or the same one plugged in again, has to be looked at anew.
     void Meet(const I2cBus& bus);
     void Forget();
+    bool IsMet() const { return !open_.node.empty(); }
+    bool IsStillThere() const;
 
     enum class Trust : std::uint8_t { Given, Declined, Failed };
     Trust AskForTrust();

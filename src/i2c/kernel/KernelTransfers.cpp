@@ -16,7 +16,8 @@ constexpr BusTime kPause = std::chrono::milliseconds(1);
 constexpr std::size_t kAddressBytes = 2;
 
 /// What adapters of today take in one message, the longest first.
-constexpr std::array<std::size_t, 10> kLengths{8192, 4096, 1024, 512, 255, 128, 64, 32, 16, 8};
+constexpr std::array<std::size_t, 17> kLengths{8192, 4096, 2048, 1024, 512, 256, 255, 252, 128,
+                                               64,   32,   16,   8,    4,   3,   2,   1};
 
 std::array<std::uint8_t, kAddressBytes> AddressBytes(unsigned address) {
     return {static_cast<std::uint8_t>(address >> 8), static_cast<std::uint8_t>(address)};
@@ -31,14 +32,11 @@ bool IsOthersTurn(int error) {
     return error == -EAGAIN || error == -EBUSY || error == -EINTR;
 }
 
-/// The next shorter length of a message; false if there is none.
-bool Shorten(std::size_t& length) {
+/// The next shorter length of a message; 0 if there is none.
+std::size_t Shorter(std::size_t length) {
     const auto* const shorter =
         std::ranges::find_if(kLengths, [&](std::size_t other) { return other < length; });
-    if (shorter == kLengths.end())
-        return false;
-    length = *shorter;
-    return true;
+    return shorter == kLengths.end() ? 0 : *shorter;
 }
 
 }  // namespace
@@ -51,11 +49,13 @@ bool IsGone(int error) {
     return error == -ENODEV || error == -ESHUTDOWN || error == -EBADF || error == -ENOENT;
 }
 
+// A device that another master, or the part of a message that was sent, has set writing is silent
+// for a while.
 int KernelTransfers::Send(std::span<const I2cMessage> messages) {
     const BusTime bound = kernel_.Now() + kWriteCycleBound;
     int error = kernel_.Transfer(messages);
-    while (IsOthersTurn(error) && kernel_.Now() < bound) {
-        stop_.Obey();
+    for (bool again = IsOthersTurn(error); again && kernel_.Now() < bound;
+         again = IsOthersTurn(error) || IsNoAcknowledge(error)) {
         kernel_.WaitUntil(kernel_.Now() + kPause);
         error = kernel_.Transfer(messages);
     }
@@ -78,12 +78,12 @@ int KernelTransfers::ReadCurrent(std::uint8_t device) {
     return Send({&message, 1});
 }
 
+// An address of one byte is no data for any device, should the adapter send a stop behind it.
 int KernelTransfers::FindWhetherItCombines(std::uint8_t device, bool& combines) {
     int error = 0;
     if (!limits_.combines) {
         std::uint8_t byte = 0;
-        auto address = AddressBytes(0);
-        error = SendAddressed(device, address, {&byte, 1});
+        error = ReadByShortAddress(device, 0, {&byte, 1});
         if (error == 0 || IsRefusal(error))
             limits_.combines = error == 0;
     }
@@ -91,26 +91,28 @@ int KernelTransfers::FindWhetherItCombines(std::uint8_t device, bool& combines) 
     return IsRefusal(error) ? 0 : error;
 }
 
+// Only a length that is taken in the end becomes the limit: what is refused at any length is
+// refused for another reason.
 int KernelTransfers::Read(std::uint8_t device, unsigned address, std::span<std::uint8_t> bytes,
                           std::size_t& done) {
     auto addressBytes = AddressBytes(address);
-    for (;;) {
-        done = std::min(bytes.size(), limits_.read);
-        const int error = SendAddressed(device, addressBytes, bytes.first(done));
-        if (IsRefusal(error)) {
-            limits_.read = done;
-            if (Shorten(limits_.read))
-                continue;
-        }
-        stop_.Obey();
-        return error;
+    int error = 0;
+    for (std::size_t limit = limits_.read; limit > 0; limit = Shorter(done)) {
+        done = std::min(bytes.size(), limit);
+        error = SendAddressed(device, addressBytes, bytes.first(done));
+        if (error == 0)
+            limits_.read = limit;
+        if (!IsRefusal(error))
+            break;
     }
+    return error;
 }
 
 int KernelTransfers::ReadAll(std::uint8_t device, unsigned address, std::span<std::uint8_t> bytes) {
     int error = 0;
     for (std::size_t done = 0; error == 0 && !bytes.empty(); bytes = bytes.subspan(done)) {
         error = Read(device, address, bytes, done);
+        stop_.Obey();
         address += static_cast<unsigned>(done);
     }
     return error;
@@ -125,32 +127,34 @@ int KernelTransfers::Write(std::uint8_t device, unsigned address,
                            std::span<const std::uint8_t> bytes, std::size_t& done) {
     std::array<std::uint8_t, kAddressBytes + kPageBytes> data{};
     std::ranges::copy(AddressBytes(address), data.begin());
-    for (;;) {
-        done = std::min(bytes.size(), limits_.write - kAddressBytes);
+    int error = 0;
+    for (std::size_t limit = limits_.write; limit > kAddressBytes;
+         limit = Shorter(kAddressBytes + done)) {
+        done = std::min(bytes.size(), limit - kAddressBytes);
         std::ranges::copy(bytes.first(done), data.begin() + kAddressBytes);
         const I2cMessage message{device, I2cDirection::Write,
                                  std::span(data).first(kAddressBytes + done)};
-        const int error = Send({&message, 1});
+        error = Send({&message, 1});
         if (error == 0)
-            return WaitUntilWritten(device);
+            limits_.write = limit;
         if (!IsRefusal(error))
-            return error;
-        limits_.write = kAddressBytes + done;
-        if (!Shorten(limits_.write))
-            return error;
+            break;
     }
+    return error == 0 ? WaitUntilWritten(device) : error;
 }
 
+// Some adapters call it another failure that a device does not acknowledge.
 int KernelTransfers::WaitUntilWritten(std::uint8_t device) {
     const BusTime bound = kernel_.Now() + kWriteCycleBound;
+    int error = 0;
     // The processor may leave the program for longer than that within a poll.
     for (bool last = false; !last;) {
         last = kernel_.Now() >= bound;
-        const int error = ReadCurrent(device);
-        if (!IsNoAcknowledge(error))
+        error = ReadCurrent(device);
+        if (error == 0 || IsGone(error))
             return error;
     }
-    return -EALREADY;
+    return IsNoAcknowledge(error) ? -EALREADY : error;
 }
 
 }  // namespace tarnwell

@@ -6,7 +6,7 @@
 
 namespace tarnwell {
 
-/// Results are 0 or a negated errno. A signal ends the program at the end of a transfer.
+/// Results are 0 or a negated errno.
 class KernelTransfers {
   public:
     KernelTransfers(KernelI2c& kernel, const StopRequest& stop) : kernel_(kernel), stop_(stop) {}
@@ -23,11 +23,13 @@ class KernelTransfers {
     /// with it.
     int FindWhetherItCombines(std::uint8_t device, bool& combines);
 
+    bool Combines() const { return limits_.combines.value_or(false); }
+
     /// Fills `bytes` from a two-byte address; as many as one transfer brings, which `done` tells.
     int Read(std::uint8_t device, unsigned address, std::span<std::uint8_t> bytes,
              std::size_t& done);
 
-    /// Fills all of `bytes`.
+    /// Fills all of `bytes`. A signal ends the program between two transfers.
     int ReadAll(std::uint8_t device, unsigned address, std::span<std::uint8_t> bytes);
 
     /// Fills `bytes` from a one-byte address.
@@ -50,7 +52,7 @@ class KernelTransfers {
         std::size_t write = 34;   ///< a page and its address
     };
 
-    /// Sends again what lost the bus to another master.
+    /// Sends again what lost the bus to another master, as long as a write cycle may take.
     int Send(std::span<const I2cMessage> messages);
     int SendAddressed(std::uint8_t device, std::span<std::uint8_t> address,
                       std::span<std::uint8_t> bytes);

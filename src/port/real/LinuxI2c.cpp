@@ -67,7 +67,10 @@ std::string LinuxI2c::DriverAt(const I2cBus& bus, std::uint8_t device) {
     std::snprintf(entry, sizeof entry, "%s-%04x",
                   std::string(bus.ShortNode().substr(kPrefix.size())).c_str(), unsigned(device));
     std::error_code error;
-    return fs::read_symlink(BusesFolder() + entry + "/driver", error).filename();
+    const std::string driver =
+        fs::read_symlink(BusesFolder() + entry + "/driver", error).filename();
+    // The one at a lower address has taken this one as well.
+    return driver == "dummy" && device > 0x50 ? DriverAt(bus, 0x50) : driver;
 }
 
 void LinuxI2c::Open(const I2cBus& bus) {

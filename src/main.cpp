@@ -6,6 +6,7 @@
 #include <cstring>
 #include <optional>
 
+#include "core/Options.h"
 #include "core/OptionsFile.h"
 #include "core/StopRequest.h"
 #include "core/files/UserFolders.h"
@@ -28,8 +29,9 @@ void nameApplication() {
     QApplication::setDesktopFileName(QStringLiteral("tarnwell"));
 }
 
-OpenedPort openPort(const CommandLine& line, SystemCalls& system) {
-    auto opened = OpenPort(line.port, system, DataFolder());
+OpenedPort openPort(PortRequest request, mRegistry& options, SystemCalls& system) {
+    request.chosenI2cBus = ChosenI2cBus(options);
+    auto opened = OpenPort(request, system, DataFolder());
     if (const auto* const refusal = std::get_if<PortRefusal>(&opened))
         refusal->wrongArgument ? refuseArgument(refusal->reason) : refuse(refusal->reason);
     return std::get<OpenedPort>(std::move(opened));
@@ -57,14 +59,14 @@ int main(int argc, char** argv) {
     nameApplication();
     const CommandLine line = readCommandLine(argc, argv);
     LinuxSystemCalls system;
-    const OpenedPort opened = openPort(line, system);
+    OptionsFile store(OptionsPath());
+    const OpenedPort opened = openPort(line.port, store, system);
 
     std::optional<QApplication> application;
     {
         const DisplayNeeded needed;
         application.emplace(argc, argv);
     }
-    OptionsFile store(OptionsPath());
     LinuxPlatform platform;
     FormMain window({opened.TheWire(stop), store, platform, opened.port->IsSimulated(),
                      StateFolder() + "/backups", opened.i2cBus});

@@ -8,6 +8,7 @@
 
 #include "cli/commands/Commands.h"
 #include "cli/tools/Interruption.h"
+#include "core/Options.h"
 #include "core/OptionsFile.h"
 
 namespace tarnwell::cli {
@@ -41,11 +42,13 @@ void PrintError(std::string message) {
 }
 
 void RunOnDevice(const Arguments& arguments, PortSource& ports, Report& report) {
-    const auto opened = ports.Open(arguments.port, ProcessStop());
+    OptionsFile options(OptionsPath(), OptionsFile::Access::Read);
+    PortRequest request = arguments.port;
+    request.chosenI2cBus = ChosenI2cBus(options);
+    const auto opened = ports.Open(request, ProcessStop());
     if (const auto* const refusal = std::get_if<PortRefusal>(&opened))
         return report.End(refusal->noSuchBus ? Status::Bus : Status::WrongUse,
                           refusal->reason + std::string(refusal->wrongArgument ? kHint : ""));
-    OptionsFile options(OptionsPath(), OptionsFile::Access::Read);
     Device device(arguments, std::get<JoinedPort>(opened), options, report);
     try {
         kOnDevice.at(static_cast<std::size_t>(arguments.command))(arguments, device, report);

@@ -56,6 +56,10 @@ void WriteDefaults(mRegistry& registry) {
 
 }  // namespace
 
+std::string ChosenI2cBus(mRegistry& registry) {
+    return Query(registry, kI2cBus);
+}
+
 void LoadOptions(mRegistry& registry, ProgramState& state, PlacedWindow& window) {
     const bool firstRun = LeadingNumber(Query(registry, kMainTop)) == 0;
     if (firstRun)
@@ -73,7 +77,7 @@ void LoadOptions(mRegistry& registry, ProgramState& state, PlacedWindow& window)
     state.readPasses = Query(registry, kReadTwice) == ReadTwiceWord(2) ? 2 : 1;
     state.portAddress = Query(registry, kPortAddr);
     state.pinOptions = Query(registry, kPortOpts);
-    state.i2cBus = Query(registry, kI2cBus);
+    state.i2cBus = ChosenI2cBus(registry);
 }
 
 void SaveOptions(mRegistry& registry, const ProgramState& state, PlacedWindow& window) {

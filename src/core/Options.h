@@ -19,6 +19,9 @@ class PlacedWindow {
     virtual WindowPlace Place() const = 0;
 };
 
+/// The I2C bus that was chosen, "NAME|NODE"; empty for a parallel port.
+std::string ChosenI2cBus(mRegistry& registry);
+
 /// Reads every option into `state` and places `window`. A store without a `MainTop` that counts
 /// is filled with the defaults first; any other value that is missing reads as empty.
 void LoadOptions(mRegistry& registry, ProgramState& state, PlacedWindow& window);

@@ -12,6 +12,19 @@ struct PortRequest {
     bool noTelevision = false;
     bool realTime = false;
     std::optional<std::string> traceFile;
+    bool address = false;        ///< whether one is given
+    bool pins = false;           ///< likewise
+    std::string chosenI2cBus{};  ///< by the options, "NAME|NODE"; used where no kind is given
+
+    /// The first option given that means nothing to an I2C bus of the kernel; empty for none.
+    std::string_view NeedsParallelPort() const {
+        return address        ? "--address"
+               : pins         ? "--pins"
+               : noTelevision ? "--no-television"
+               : realTime     ? "--real-time"
+               : traceFile    ? "--trace"
+                              : "";
+    }
 };
 
 /// Why there is no such port: in one line, which a wrong argument follows with a hint.

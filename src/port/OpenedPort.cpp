@@ -30,8 +30,16 @@ std::variant<OpenedPort, PortRefusal> OpenPort(const PortRequest& request, Syste
                                                const std::string& dataFolder) {
     const std::string named = request.kind.value_or("auto");
     const auto wanted = RequestedI2cBus(named);
-    if (wanted && (request.noTelevision || request.realTime || request.traceFile))
-        return PortRefusal{"--no-television, --real-time and --trace need a parallel port.", true};
+    const bool chosen = !request.kind && !request.chosenI2cBus.empty();
+    if (const std::string option(request.NeedsParallelPort());
+        !option.empty() && (wanted || chosen))
+        return PortRefusal{option + " needs a parallel port" +
+                               (chosen ? ": without --port the I2C bus " +
+                                             I2cBusFromText(request.chosenI2cBus).name +
+                                             " is used, which was chosen in the program's window"
+                                       : "") +
+                               ".",
+                           true};
     if (wanted && wanted->empty())
         return PortRefusal{"--port=i2c: needs the node or the name of a bus.", true};
     auto kernel = std::make_unique<LinuxI2c>(system);

@@ -307,6 +307,16 @@ class CommandLine(unittest.TestCase):
         self.run_cli("check", status=3)
         self.run_cli("--pins=11012010", "--address=3bc", "check")
         self.assertIn("PortOpts=2101", options.read_text())
+        options.write_text("[Startup]\nMainTop=1\n[ProgPort]\nPortAddr=888\nPortOpts=11012010\nI2CBus=No such|/dev/i2c-9\n")
+        report = self.report("check", status=3)
+        self.assertEqual((report["port"], report["simulated"]), ("i2c:/dev/i2c-9", False))
+        self.assertIn("The I2C bus No such is not there.", report["message"])
+        for option in "--trace=a.vcd", "--pins=11012010", "--address=378", "--real-time", "--no-television":
+            message = self.report(option, "check", status=2)["message"]
+            self.assertRegex(message, rf"^{option.split('=')[0]} needs a parallel port: .*the I2C bus No such is used")
+            self.assertRegex(self.report(option, "--port=i2c:x", "check", status=2)["message"], "needs a parallel port[.]")
+        self.assertTrue(self.report("--port=auto", "check")["simulated"])
+        self.assertIn("is not there", self.report("--port=i2c:x", "check", status=3)["message"])
 
     def test_draws_a_bar_and_can_be_quiet(self):
         self.assertRegex(self.run_cli("--progress=always", "read", "b.bin")[1], r"50 %, \d+ s left")

@@ -103,7 +103,13 @@ class PackageTest(unittest.TestCase):
     def test_modules_are_loaded_at_the_start(self):
         configuration = (self.root / "usr/lib/modules-load.d/tarnwell.conf").read_text()
         self.assertEqual(re.findall("^[^#].*", configuration, re.MULTILINE),
-                         ["parport_pc", "ppdev"])
+                         ["parport_pc", "ppdev", "i2c-dev"])
+
+    def test_gives_access_to_the_buses_of_known_adapters_only(self):
+        for name, root in self.roots.items():
+            rules = (root / f"usr/lib/udev/rules.d/70-{name}.rules").read_text()
+            [rule] = re.findall('^.*SUBSYSTEM=="i2c-dev".*$', rules, re.MULTILINE)
+            self.assertRegex(rule, r'^ACTION!="remove", .*, DRIVERS=="[a-z0-9_|-]*\bcp2112\b[a-z0-9_|-]*", TAG\+="uaccess"$')
 
     def test_archives_are_known_and_opened(self):
         root = self.scratch / "desktop"

@@ -25,6 +25,10 @@ std::int16_t Short(int number) {
     return static_cast<std::int16_t>(number);
 }
 
+std::string NodeOf(KernelI2c& kernel, const I2cBus& bus) {
+    return FindI2cBus(kernel.Buses(), bus).value_or(bus).node;
+}
+
 }  // namespace
 
 Device::Device(const Arguments& arguments, const JoinedPort& port, mRegistry& options,
@@ -45,11 +49,11 @@ Device::Device(const Arguments& arguments, const JoinedPort& port, mRegistry& op
     program_.state.i2cBusOfRun = port.i2cBus;
     program_.i2c.ApplyPortOptions();
     report.device = arguments.device;
-    const I2cBus i2cBus = I2cBusFromText(program_.state.I2cBusInUse());
-    report.simulated = port.isSimulated && i2cBus.name.empty();
-    report.port = report.simulated      ? "simulated"
-                  : i2cBus.name.empty() ? arguments.port.kind.value_or("auto")
-                                        : "i2c:" + i2cBus.node;
+    const std::string& i2cBus = program_.state.I2cBusInUse();
+    report.simulated = port.isSimulated && i2cBus.empty();
+    report.port = report.simulated ? "simulated"
+                  : i2cBus.empty() ? arguments.port.kind.value_or("auto")
+                                   : "i2c:" + NodeOf(port.wire.kernel, I2cBusFromText(i2cBus));
     user_.onTrust = [this](const Box& box) { return IsTrusted(box); };
 }
 

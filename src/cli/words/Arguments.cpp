@@ -134,6 +134,7 @@ void TakeOptions(const Words& words, Arguments& arguments) {
             throw WrongArgument{"--address must be one of " + Joined(kAddresses) + "."};
         arguments.portAddress =
             kPortChoices.at(static_cast<std::size_t>(found - kAddresses.begin())).addressText;
+        arguments.port.address = true;
     }
     if (words.pins.empty())
         return;
@@ -141,6 +142,7 @@ void TakeOptions(const Words& words, Arguments& arguments) {
         throw WrongArgument{"--pins must be eight digits as Advanced Setup keeps them, such as " +
                             std::string(kDefaultPinOptions) + ", with no pin for two lines."};
     arguments.pins = words.pins;
+    arguments.port.pins = true;
 }
 
 void TakeOperands(const std::vector<std::string>& operands, Arguments& arguments) {
@@ -219,9 +221,6 @@ void CheckTogether(const Arguments& arguments) {
     refuseIf(arguments.quiet && onlyShows,
              "--quiet leaves nothing of get, peek, info and backups.");
     refuseIf(arguments.quiet && arguments.json, "--quiet and --json do not go together.");
-    refuseIf(RequestedI2cBus(arguments.port.kind.value_or("")) &&
-                 (arguments.portAddress || arguments.pins),
-             "--address and --pins are for a parallel port.");
     refuseIf(arguments.raw && !streams, "--raw is for -: name a file NAME.bin for its bytes.");
     refuseIf(WritesToStandardOutput(arguments) && arguments.json,
              "--json and a file on standard output do not go together.");

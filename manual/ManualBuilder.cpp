@@ -172,9 +172,9 @@ class Manual {
             // no exception may leave an event of Qt's
             if (!take(window, toQt(name)))
                 unwritten = toQt(name);
-            if (name == "compare") {
+            if (name == "compare" || name == "i2c-bus") {
                 window.setPalette(darkPalette());
-                if (!take(window, QStringLiteral("compare-dark")))
+                if (!take(window, toQt(name) + QStringLiteral("-dark")))
                     unwritten = toQt(name);
             }
         });

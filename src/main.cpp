@@ -77,8 +77,11 @@ int main(int argc, char** argv) {
     const QSocketNotifier notifier(signals, QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, [&] { stop.Obey(); });
     window.show();
-    if (line.archiveFile)
-        QTimer::singleShot(0, &window, [&] { window.openArchive(*line.archiveFile); });
+    QTimer::singleShot(0, &window, [&] {
+        window.tellMissingI2cBus();
+        if (line.archiveFile)
+            window.openArchive(*line.archiveFile);
+    });
     const int status = QApplication::exec();
     shown = nullptr;
     return status;

@@ -1,10 +1,10 @@
 // A system with one I2C adapter at /dev/i2c-7 and EEPROMs on its bus.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <linux/i2c-dev.h>
 #include <linux/i2c.h>
 
+#include <cerrno>
 #include <functional>
 #include <map>
 
@@ -64,7 +64,10 @@ class FakeI2c final : public SystemCalls {
     std::uint64_t transfers = 0;
     BusTime now{std::chrono::hours(1)};
 
-    FakeI2c() { folder.Write("sys/bus/i2c/devices/i2c-7/name", "Test adapter\n"); }
+    FakeI2c() { Name(7, "Test adapter"); }
+    void Name(int bus, const std::string& name) const {
+        folder.Write("sys/bus/i2c/devices/i2c-" + std::to_string(bus) + "/name", name + '\n');
+    }
 
     int Open(const std::string&, int) override { return opening != 0 ? -opening : 3; }
     int Close(int) override { return 0; }
@@ -74,7 +77,8 @@ class FakeI2c final : public SystemCalls {
             *static_cast<unsigned long*>(argument) = functions;
             return 0;
         }
-        EXPECT_EQ(request, static_cast<unsigned long>(I2C_RDWR));
+        if (request != I2C_RDWR)
+            return -ENOTTY;
         return Transfer(*static_cast<i2c_rdwr_ioctl_data*>(argument));
     }
     int ReadByte(int, std::uint8_t&, std::int64_t) override { return -EIO; }
@@ -84,7 +88,7 @@ class FakeI2c final : public SystemCalls {
     int ArmInterrupt(std::chrono::nanoseconds) override { return 0; }
     void DisarmInterrupt() override {}
     std::string ProcFolder() const override { return folder.Path("proc"); }
-    std::string DevFolder() const override { return folder.Path("dev"); }
+    std::string DevFolder() const override { return "/dev"; }
     std::string SysFolder() const override { return folder.Path("sys"); }
 
   private:

@@ -9,12 +9,13 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTreeView>
+#include <QTreeWidget>
 #include <utility>
 
 #include "core/OptionsFile.h"
 #include "port/simulated/FactoryImage.h"
 #include "port/simulated/SimulatedTelevision.h"
+#include "support/FakeI2c.h"
 #include "support/ModalWindows.h"
 #include "ui/dialogs/FormCnP.h"
 #include "ui/looks/Text.h"
@@ -58,6 +59,10 @@ class Exhibition {
   public:
     Exhibition(const Visit& visit, Television connected)
         : visit_(visit), television_({.television = connected}) {
+        buses_.Name(0, "SMBus I801 adapter at efa0");
+        buses_.Name(4, "AMDGPU DM i2c hw bus 1");
+        buses_.Name(7, "CP2112 SMBus Bridge on hidraw2");
+        buses_.devices.erase(0x51);
         for (const Chip chip : {Chip::Primary, Chip::Secondary})
             television_.Memory(chip) = FactoryImage(chip);
         window_.startUp();
@@ -111,9 +116,11 @@ class Exhibition {
     const Visit& visit_;
     QTemporaryDir folder_;
     SimulatedTelevision television_;
+    FakeI2c buses_;
+    LinuxI2c kernel_{buses_};
     OptionsFile store_{folder_.filePath("Tarnwell.ini").toStdString()};
     LinuxPlatform platform_;
-    FormMain window_{{{television_, television_},
+    FormMain window_{{{.port = television_, .clock = television_, .kernel = kernel_},
                       store_,
                       platform_,
                       true,
@@ -160,6 +167,17 @@ void Exhibition::ShowFiles() {
 void Exhibition::ShowOptions() {
     Expect("port-options", Cancel);
     Choose("mnuPortOpts");
+    const auto select = [](QWidget& dialog, int row) {
+        auto& buses = Child<QTreeWidget>(dialog, "tblBuses");
+        buses.setCurrentItem(buses.topLevelItem(row));
+    };
+    for (const auto& [name, row] : {std::pair("i2c-bus", 2), {"i2c-bus-mainboard", 0}}) {
+        Expect(name, Cancel, [=, row = row](QWidget& dialog) {
+            select(dialog, row);
+            Click("cmdLook")(dialog);
+        });
+        Choose("mnuPortI2C");
+    }
     Expect("about", Cancel);
     Choose("mnuHelpAbout");
     Expect("driver-path", Cancel);

@@ -12,7 +12,8 @@ namespace tarnwell {
 /// changed. Needs a QApplication; ends the process if a window does not come up.
 ///
 /// The names: chroma, edges, global, iris, picture, editor (with an open edit box and pending
-/// writes), editor-off, editor-warning, value-editor, port-options, interface-test,
+/// writes), editor-off, editor-warning, value-editor, port-options, i2c-bus (after a
+/// look), i2c-bus-mainboard (which has none), interface-test,
 /// interface-test-faults (with the longest diagnosis), about,
 /// driver-path, fill-value, save-image, load-image, verify-question, secondary-question,
 /// verify-failed, compare, differences-question (both with three kinds of differences), backups,

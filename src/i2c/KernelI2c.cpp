@@ -1,6 +1,6 @@
 #include "i2c/KernelI2c.h"
 
-#include <algorithm>
+#include <array>
 #include <cerrno>
 
 namespace tarnwell {
@@ -8,6 +8,15 @@ namespace tarnwell {
 namespace {
 
 constexpr char kBar = '|';
+
+/// What names end with: " at bus 003 device 010", " on hidraw2".
+constexpr std::array<std::string_view, 2> kPlaces{" at bus ", " on hidraw"};
+
+std::string_view WithoutPlace(std::string_view name) {
+    for (const std::string_view place : kPlaces)
+        name = name.substr(0, name.rfind(place));
+    return name;
+}
 
 class NoBuses final : public KernelI2c {
   public:
@@ -40,14 +49,17 @@ I2cBus I2cBusFromText(std::string_view text) {
 
 std::optional<I2cBus> FindI2cBus(const std::vector<I2cBus>& buses, const I2cBus& wanted) {
     std::vector<I2cBus> named;
+    std::vector<I2cBus> alike;
     for (const I2cBus& bus : buses) {
-        if (bus.name != wanted.name)
-            continue;
-        if (bus.node == wanted.node)
+        if (bus.name == wanted.name && bus.node == wanted.node)
             return bus;
-        named.push_back(bus);
+        if (bus.name == wanted.name)
+            named.push_back(bus);
+        if (WithoutPlace(bus.name) == WithoutPlace(wanted.name))
+            alike.push_back(bus);
     }
-    return named.size() == 1 ? std::optional(named.front()) : std::nullopt;
+    const auto& found = named.empty() ? alike : named;
+    return found.size() == 1 ? std::optional(found.front()) : std::nullopt;
 }
 
 std::string NoI2cBusLine(const std::string& nameOrNode) {

@@ -21,13 +21,16 @@ struct I2cBus {
     std::string_view ShortNode() const {
         return std::string_view(node).substr(node.rfind('/') + 1);
     }
+
+    bool operator==(const I2cBus&) const = default;
 };
 
 /// "NAME|NODE", as the options keep a bus, and back; a text without the bar is a name.
 std::string I2cBusText(const I2cBus& bus);
 I2cBus I2cBusFromText(std::string_view text);
 
-/// The bus of this name and node; numbers change, so else the only one of this name.
+/// The bus of this name and node; numbers change, so else the only one of this name, or else of a
+/// name that differs only in where the adapter is plugged in.
 std::optional<I2cBus> FindI2cBus(const std::vector<I2cBus>& buses, const I2cBus& wanted);
 
 /// What a bus that is not there is told by.

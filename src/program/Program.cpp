@@ -8,6 +8,8 @@ namespace tarnwell {
 
 namespace {
 
+constexpr Message kMissing{"", "W A R N I N G", BoxStyle::Exclamation};
+
 RunContext RunOf(Program& program, const Surroundings& outside) {
     return {program.state,    program.statusBar, outside.user,
             outside.platform, outside.registry,  outside.window};
@@ -104,6 +106,27 @@ void Program::ChoosePort(const PortChoice& choice) {
 void Program::ChooseI2cBus(const I2cBus& chosen) {
     UseI2cBus(I2cBusText(chosen));
     outside_.screen.Changed(Shown::Menus);
+    statusBar.ShowStatus("Programming Port Changed to " + std::string(chosen.ShortNode()),
+                         kResultSeconds);
+}
+
+std::optional<I2cBus> Program::FoundI2cBus() const {
+    return FindI2cBus(outside_.wire.kernel.Buses(), I2cBusFromText(state.I2cBusInUse()));
+}
+
+std::optional<I2cBus> Program::I2cBusInUse() const {
+    if (state.I2cBusInUse().empty())
+        return std::nullopt;
+    return FoundI2cBus().value_or(I2cBusFromText(state.I2cBusInUse()));
+}
+
+void Program::TellMissingI2cBus() {
+    if (state.I2cBusInUse().empty() || FoundI2cBus())
+        return;
+    const CommandScope scope(statusBar);
+    Box box = kMissing;
+    box.text = NoI2cBusLine(I2cBusFromText(state.I2cBusInUse()).name);
+    outside_.user.ShowBox(box);
 }
 
 void Program::UseI2cBus(std::string text) {

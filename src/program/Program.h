@@ -66,6 +66,13 @@ class Program final {
     /// Works on a bus of the kernel from the next access on, until a parallel port is chosen.
     void ChooseI2cBus(const I2cBus& chosen);
 
+    /// The kernel's bus that is worked on, where it is now or was last; nothing where that is a
+    /// parallel port.
+    std::optional<I2cBus> I2cBusInUse() const;
+
+    /// Tells the user if the bus that was chosen is not there.
+    void TellMissingI2cBus();
+
     /// Whether each reading of a whole device is made of two.
     void ToggleReadTwice();
 
@@ -102,6 +109,7 @@ class Program final {
   private:
     std::string BackgroundText() const;
     void UseI2cBus(std::string text);
+    std::optional<I2cBus> FoundI2cBus() const;
 
     Surroundings outside_;
 };

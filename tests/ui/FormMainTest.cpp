@@ -85,6 +85,7 @@ TEST_F(FormMainTest, EachMenuItemOpensItsWindowOrTellsWhatItDid) {
                                       {"mnuEEPFill", "F I L L   E N T I R E   E E P"},
                                       {"mnuEEPsel_1", "W A R N I N G"},
                                       {"mnuPortOpts", "Advanced Port Setup"},
+                                      {"mnuPortI2C", "I2C Bus"},
                                       {"mnuPortTest", " W A R N I N G"},
                                       {"mnuHelpHistory", "E R R O R"},
                                       {"mnuHelpAbout", "About Tarnwell 2"}}) {

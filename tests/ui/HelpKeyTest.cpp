@@ -25,7 +25,8 @@ TEST(HelpKey, OpensTheTopicOfEveryPageDialogAndMenu) {
     EXPECT_EQ(opened,
               "value-editor>value-editor chroma>chroma edges>edges global>global iris>iris "
               "picture>picture save-image>archives load-image>archives "
-              "port-options>advanced-setup about>about driver-path>port-access "
+              "port-options>advanced-setup i2c-bus>i2c-buses i2c-bus-mainboard>i2c-buses "
+              "about>about driver-path>port-access "
               "verify-question>messages secondary-question>messages fill-value>whole-device "
               "verify-failed>messages menu-file>menus menu-edit>menus menu-eep>menus "
               "menu-options>menus menu-help>menus compare>compare differences-question>messages "

@@ -8,6 +8,7 @@
 #include <QTableView>
 #include <QTest>
 
+#include "support/FakeI2c.h"
 #include "support/ModalWindows.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestProgram.h"
@@ -21,10 +22,16 @@ using ::testing::ElementsAre;
 class FormMainTest : public ::testing::Test {
   protected:
     SimulatedTelevision television{Simulation{.writeCycle = BusTime(20'000)}};
+    FakeI2c buses;
+    LinuxI2c kernel{buses};
     MemoryRegistry registry;
     LinuxPlatform platform;
     TemporaryFolder folder;
-    FormMain window{{{television, television}, registry, platform, true, folder.Path("backups")}};
+    FormMain window{{{.port = television, .clock = television, .kernel = kernel},
+                     registry,
+                     platform,
+                     true,
+                     folder.Path("backups")}};
     ModalWindows script{
         [](const std::string& title) { ADD_FAILURE() << "unexpected window: " << title; }};
     Program& program = window.program();

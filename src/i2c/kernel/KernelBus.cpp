@@ -1,8 +1,9 @@
 #include "i2c/kernel/KernelBus.h"
 
 #include <cerrno>
-#include <cstring>
 #include <optional>
+
+#include "i2c/kernel/FailureLines.h"
 
 namespace tarnwell {
 
@@ -13,37 +14,6 @@ constexpr Message kAskBlind{
     "Is a 24C64 connected?",
     "W A R N I N G", BoxStyle::YesNoExclamation};
 constexpr Message kAskOther{"The device at ", "W A R N I N G", BoxStyle::YesNoExclamation};
-
-/// What to do where an errno says what happened.
-struct Cause {
-    int error;
-    std::string_view line;
-};
-
-constexpr std::string_view kGone = "The adapter is gone. Plug it in again and repeat the command.";
-constexpr std::string_view kSilent =
-    "The device does not acknowledge. Check its power, the wires and their pull-up resistors, and "
-    "which EEPROM is selected.";
-constexpr std::string_view kStuck =
-    "The bus is stuck: a line stays low, or the clock is held. Switch the device off and on; if "
-    "that does not help, look for a short to ground or a missing pull-up resistor.";
-constexpr std::string_view kLost =
-    "Another master took the bus each time. Repeat the command when it has finished.";
-constexpr std::string_view kCannot =
-    "The adapter cannot send the messages that an EEPROM needs. Choose another adapter.";
-constexpr std::array kCauses{
-    Cause{ENXIO, kSilent},
-    Cause{EREMOTEIO, kSilent},
-    Cause{ETIMEDOUT, kStuck},
-    Cause{EBUSY, kStuck},
-    Cause{EAGAIN, kLost},
-    Cause{EOPNOTSUPP, kCannot},
-    Cause{EINVAL, kCannot},
-    Cause{EPROTO, "The adapter transferred a part only. Repeat the command."},
-    Cause{EALREADY,
-          "The device did not end its write cycle within 50 ms. Check its power and its write "
-          "protection, and repeat the command."},
-};
 
 std::string AddressText(std::uint8_t device) {
     return device == 0x50 ? "0x50" : "0x51";
@@ -88,18 +58,6 @@ void KernelBus::Forget() {
     transfers_.ForgetLimits();
 }
 
-std::string KernelBus::LineOf(int error) const {
-    if (IsGone(error))
-        return std::string(kGone);
-    for (const Cause& cause : kCauses) {
-        if (cause.error == -error)
-            return std::string(cause.line);
-    }
-    return open_.node + ": " + std::strerror(-error) +
-           ". Some adapters say so of a device that does not acknowledge, too. Check the adapter, "
-           "the wires and the device's power.";
-}
-
 // Drivers do not always say so themselves of an adapter that was unplugged.
 bool KernelBus::IsStillThere() const {
     const auto found = FindI2cBus(kernel_.Buses(), open_);
@@ -108,7 +66,7 @@ bool KernelBus::IsStillThere() const {
 
 Transfer KernelBus::Fail(int error) {
     const bool gone = IsGone(error) || !IsStillThere();
-    failure_ = LineOf(gone ? -ENODEV : error);
+    failure_ = FailureLine(open_, gone ? -ENODEV : error);
     if (gone)
         Forget();
     return Transfer::Aborted;

@@ -49,7 +49,6 @@ class KernelBus final : public DrivenBus {
 
     /// Keeps what failed; always Aborted.
     Transfer Fail(int error);
-    std::string LineOf(int error) const;
 
     KernelI2c& kernel_;
     const ProgramState& state_;

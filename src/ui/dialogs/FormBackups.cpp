@@ -2,7 +2,6 @@
 
 #include <QDateTime>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
 #include <QVBoxLayout>
@@ -16,7 +15,7 @@ namespace tarnwell {
 
 namespace {
 
-enum Column { Device, Time, Crc, Differing, Columns };
+enum Column { Device, Time, Crc, Differing };
 
 /// In the user's own form.
 QString timeText(const std::string& timestamp) {
@@ -27,26 +26,23 @@ QString timeText(const std::string& timestamp) {
 }  // namespace
 
 FormBackups::FormBackups(const Program& program, Purpose purpose, QWidget* parent)
-    : QDialog(parent), m_program(program), m_kept(program.backups.All()) {
+    : QDialog(parent),
+      m_program(program),
+      m_kept(program.backups.All()),
+      m_table("tblBackups", QStringLiteral("Backups"),
+              {QStringLiteral("Device"), QStringLiteral("Date and time"), QStringLiteral("CRC"),
+               QStringLiteral("Against the buffer")}) {
     setObjectName(QStringLiteral("formBackups"));
     setWindowTitle(QStringLiteral("Restore Backup"));
     auto* layout = new QVBoxLayout(this);
     auto* intro = new QLabel(QStringLiteral("Images that were read of the devices, newest first:"));
     layout->addWidget(intro);
 
-    m_table.setObjectName(QStringLiteral("tblBackups"));
-    m_table.setAccessibleName(QStringLiteral("Backups"));
-    m_table.setHeaderLabels({QStringLiteral("Device"), QStringLiteral("Date and time"),
-                             QStringLiteral("CRC"), QStringLiteral("Against the buffer")});
-    m_table.setRootIsDecorated(false);
-    m_table.setAllColumnsShowFocus(true);
-    m_table.setTabKeyNavigation(false);
     intro->setBuddy(&m_table);
     layout->addWidget(&m_table);
     for (const KeptImage& kept : m_kept)
         addRow(kept);
-    for (int column = 0; column < Columns; ++column)
-        m_table.resizeColumnToContents(column);
+    const int width = scaled(600) + m_table.fitColumns();
 
     auto* buttons = new QHBoxLayout;
     layout->addLayout(buttons);
@@ -73,9 +69,6 @@ FormBackups::FormBackups(const Program& program, Purpose purpose, QWidget* paren
     if (QTreeWidgetItem* newest = m_table.topLevelItem(0))
         m_table.setCurrentItem(newest);
     enableButtons();
-    int width = scaled(600);
-    for (int column = 0; column < Columns; ++column)
-        width += m_table.columnWidth(column);
     resize(width, scaled(4500));
     m_table.setFocus();
 }
@@ -114,11 +107,11 @@ QPushButton* FormBackups::addButton(const char* name, const QString& text, Choic
 
 void FormBackups::enableButtons() {
     for (QPushButton* button : m_rowButtons)
-        button->setEnabled(m_table.currentItem() != nullptr);
+        button->setEnabled(m_table.selectedRow() >= 0);
 }
 
 const KeptImage& FormBackups::selected() const {
-    return m_kept[static_cast<std::size_t>(m_table.indexOfTopLevelItem(m_table.currentItem()))];
+    return m_kept[static_cast<std::size_t>(m_table.selectedRow())];
 }
 
 }  // namespace tarnwell

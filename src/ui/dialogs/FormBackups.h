@@ -3,9 +3,9 @@
 
 #include <QDialog>
 #include <QPushButton>
-#include <QTreeWidget>
 
 #include "program/Program.h"
+#include "ui/widgets/RowTable.h"
 
 namespace tarnwell {
 
@@ -32,7 +32,7 @@ class FormBackups final : public QDialog {
 
     const Program& m_program;
     const std::vector<KeptImage> m_kept;
-    QTreeWidget m_table;
+    RowTable m_table;
     QList<QPushButton*> m_rowButtons;
 };
 

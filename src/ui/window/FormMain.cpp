@@ -9,6 +9,7 @@
 
 #include "ui/desktop/ScreenArea.h"
 #include "ui/looks/ReadableStyle.h"
+#include "ui/looks/Text.h"
 #include "ui/window/CellMenu.h"
 #include "ui/window/WindowSteps.h"
 
@@ -30,10 +31,9 @@ int windowWidth(SizeMode mode) {
 
 FormMain::FormMain(const Connections& connections)
     : onProgramEnd([] { std::_Exit(EXIT_FAILURE); }),
-      m_port(connections.wire.port),
+      m_wire(connections.wire),
       m_platform(connections.platform),
-      m_caption(connections.simulated ? QStringLiteral(" Tarnwell 2 - Simulated Television")
-                                      : QStringLiteral(" Tarnwell 2")),
+      m_simulated(connections.simulated),
       m_place(*this),
       m_editor(*this),
       m_settings(*this),
@@ -53,7 +53,6 @@ FormMain::FormMain(const Connections& connections)
     initPictures();
     m_user.setWindow(this);
     setObjectName(QStringLiteral("formMain"));
-    setWindowTitle(m_caption);
     setWindowIcon(QIcon(QStringLiteral(":/pictures/tarnwell.svg")));
     ReadableStyle::use();
     setCentralWidget(new ScreenArea(m_body, *menuBar(), this));
@@ -180,7 +179,9 @@ void FormMain::Changed(Shown what) {
         case Shown::EepPanel:
             return showPanel(Panel::Eep);
         case Shown::Steps:
+            return m_menu.sync();
         case Shown::Menus:
+            showBus();
             return m_menu.sync();
         case Shown::Layout:
             return showLayout();
@@ -205,9 +206,21 @@ void FormMain::showProgress() {
     m_statusArea.name(Panel::Eep);
     setWindowTitle(!progress ? m_caption
                              : QStringLiteral("%1 - %2%, %3 s left")
-                                   .arg(m_caption)
-                                   .arg(progress->percent)
-                                   .arg(progress->secondsLeft));
+                                   .arg(m_caption, QString::number(progress->percent),
+                                        QString::number(progress->secondsLeft)));
+}
+
+void FormMain::showBus() {
+    const auto bus = m_program.I2cBusInUse();
+    const QString name =
+        bus ? toQt(bus->ShortNode()) + QLatin1Char(' ') + toQt(bus->name) : QString();
+    m_caption = QStringLiteral(" Tarnwell 2");
+    if (bus)
+        m_caption += QStringLiteral(" - ") + name;
+    else if (m_simulated)
+        m_caption += QStringLiteral(" - Simulated Television");
+    m_statusArea.setBus(name);
+    showProgress();
 }
 
 void FormMain::showLayout() {

@@ -40,6 +40,10 @@ class FormMain final : public QMainWindow, private Screen {
     /// the file that is picked. Call it once the window is shown.
     void openArchive(const std::string& path);
 
+    /// Tells the user if the I2C bus that was chosen is not there. Call it once the window is
+    /// shown.
+    void tellMissingI2cBus();
+
     Program& program() { return m_program; }
 
     /// What happens after the program ended itself; at first the process ends at once.
@@ -71,6 +75,7 @@ class FormMain final : public QMainWindow, private Screen {
     /// A command that a dialog of this window starts.
     void runInside(const std::function<void()>& command);
     void showPortOptions();
+    void chooseI2cBus();
     void showInterfaceTest();
     void startDriverLoader();
     void showAbout();
@@ -78,11 +83,13 @@ class FormMain final : public QMainWindow, private Screen {
     void Changed(Shown what) override;
     void showPanel(Panel panel);
     void showProgress();
+    void showBus();
     void showLayout();
 
-    Port& m_port;
+    const Wire m_wire;
     Platform& m_platform;
-    const QString m_caption;
+    const bool m_simulated;
+    QString m_caption;
     Desktop m_desktop;
     QtTimer m_msgTimer;
     QtUser m_user;

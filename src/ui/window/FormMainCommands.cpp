@@ -8,6 +8,7 @@
 #include "ui/dialogs/FormBackups.h"
 #include "ui/dialogs/FormCnP.h"
 #include "ui/dialogs/FormCompare.h"
+#include "ui/dialogs/FormI2CBus.h"
 #include "ui/dialogs/FormPortOpts.h"
 #include "ui/dialogs/FormTestInt.h"
 #include "ui/window/FormMain.h"
@@ -53,6 +54,7 @@ void FormMain::runInside(const std::function<void()>& command) {
         const CommandScope scope(m_program.statusBar);
         command();
         m_user.endCommand();
+        showBus();
     });
 }
 
@@ -137,6 +139,8 @@ void FormMain::runMenu(MenuCommand command) {
             return run([this] { m_program.ChoosePort(kPortChoices[2]); });
         case MenuCommand::PortOptions:
             return showPortOptions();
+        case MenuCommand::I2cBus:
+            return chooseI2cBus();
         case MenuCommand::InterfaceTest:
             return showInterfaceTest();
         case MenuCommand::DriverLoader:
@@ -208,8 +212,19 @@ void FormMain::showPortOptions() {
     FormPortOpts(options, this).exec();
 }
 
+void FormMain::chooseI2cBus() {
+    BusChooser chooser(m_wire.kernel, m_wire.stop);
+    FormI2CBus dialog(chooser, m_program.I2cBusInUse(), this);
+    if (dialog.exec() == QDialog::Accepted)
+        run([&] { m_program.ChooseI2cBus(*dialog.selected()); });
+}
+
+void FormMain::tellMissingI2cBus() {
+    run([this] { m_program.TellMissingI2cBus(); });
+}
+
 void FormMain::showInterfaceTest() {
-    InterfaceTest test(m_program.i2c, m_port, m_program.statusBar, m_user);
+    InterfaceTest test(m_program.i2c, m_wire.port, m_program.statusBar, m_user);
     bool passed = false;
     run([&] { passed = test.PreCheck(); });
     if (passed)

@@ -61,6 +61,7 @@ constexpr std::array kEntries{
     Entry{2, "mnuPortSel_2", kPortChoices[2].caption, MenuCommand::PortLpt3},
     Entry{2, "sep2", "-"},
     Entry{2, "mnuPortOpts", "&Advanced Setup", MenuCommand::PortOptions},
+    Entry{2, "mnuPortI2C", "&I2C Bus...", MenuCommand::I2cBus},
     Entry{1, "sep3", "-"},
     Entry{1, "mnuPortTest", "I2C Interface &Test", MenuCommand::InterfaceTest},
     Entry{1, "sep5", "-"},
@@ -141,10 +142,12 @@ MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state, const History& hist
         connect(action(name).menu(), &QMenu::aboutToShow, this, &MainMenu::bufferMenuOpening);
     for (const char* name : {"mnuEdit", "mnuOptions", "mnuHelp"})
         connect(action(name).menu(), &QMenu::aboutToShow, this, &MainMenu::otherMenuOpening);
-    for (const char* name : {"mnuEEPsel_0", "mnuEEPsel_1", "mnuSelMode_0", "mnuSelMode_1",
-                             "mnuPortSel_0", "mnuPortSel_1", "mnuPortSel_2", "mnuReadTwice"})
+    for (const char* name :
+         {"mnuEEPsel_0", "mnuEEPsel_1", "mnuSelMode_0", "mnuSelMode_1", "mnuPortSel_0",
+          "mnuPortSel_1", "mnuPortSel_2", "mnuPortI2C", "mnuReadTwice"})
         action(name).setCheckable(true);
-    action("mnuEdit").menu()->setToolTipsVisible(true);
+    for (const char* name : {"mnuEdit", "mnuOptions", "mnuPort"})
+        action(name).menu()->setToolTipsVisible(true);
     sync();
 }
 
@@ -152,14 +155,27 @@ void MainMenu::check(const char* array, int index, bool checked) {
     m_actions[elementName(array, index)]->setChecked(checked);
 }
 
+void MainMenu::syncPort() {
+    const bool parallel = m_state.I2cBusInUse().empty();
+    for (int index = 0; index < static_cast<int>(kPortChoices.size()); ++index)
+        check("mnuPortSel", index,
+              parallel &&
+                  kPortChoices[static_cast<std::size_t>(index)].addressText == m_state.portAddress);
+    action("mnuPortI2C").setChecked(!parallel);
+    for (const char* name : {"mnuPortOpts", "mnuPortTest"}) {
+        action(name).setEnabled(parallel);
+        action(name).setToolTip(parallel ? QString()
+                                         : QStringLiteral("For a parallel port only: choose one "
+                                                          "under Parallel Port first"));
+    }
+}
+
 void MainMenu::sync() {
     check("mnuSelMode", 0, m_state.numberMode == NumberMode::Decimal);
     check("mnuSelMode", 1, m_state.numberMode == NumberMode::Hex);
     check("mnuEEPsel", 0, m_state.targetDevice == TargetDevice::Primary);
     check("mnuEEPsel", 1, m_state.targetDevice == TargetDevice::Secondary);
-    for (int index = 0; index < static_cast<int>(kPortChoices.size()); ++index)
-        check("mnuPortSel", index,
-              kPortChoices[static_cast<std::size_t>(index)].addressText == m_state.portAddress);
+    syncPort();
     showStep(action("mnuEditUndo"), QStringLiteral("Undo"), m_history.NextName(Direction::Undo));
     showStep(action("mnuEditRedo"), QStringLiteral("Redo"), m_history.NextName(Direction::Redo));
     action("mnuReadTwice").setChecked(m_state.readPasses > 1);

@@ -37,6 +37,7 @@ enum class MenuCommand {
     PortLpt2,
     PortLpt3,
     PortOptions,
+    I2cBus,
     InterfaceTest,
     DriverLoader,
     ReadTwice,
@@ -64,6 +65,7 @@ class MainMenu final : public QObject {
   private:
     QAction& action(const char* name) const { return *m_actions[QLatin1String(name)]; }
     void check(const char* array, int index, bool checked);
+    void syncPort();
 
     const ProgramState& m_state;
     const History& m_history;

@@ -119,6 +119,11 @@ void StatusArea::name(Panel panel) {
                                        m_panels[index]->text());
 }
 
+void StatusArea::setBus(const QString& name) {
+    for (FittedLabel* panel : m_panels)
+        panel->setToolTip(name.isEmpty() ? QString() : QStringLiteral(" I2C bus %1 ").arg(name));
+}
+
 bool StatusArea::eventFilter(QObject* watched, QEvent* event) {
     if (isPress(*event)) {
         Q_EMIT captionDoubleClicked();

@@ -40,6 +40,9 @@ class StatusArea final : public QWidget {
     /// Tells a screen reader what the panel shows.
     void name(Panel panel);
 
+    /// Shows the I2C bus that is worked on in the panels' tooltips; none without a name.
+    void setBus(const QString& name);
+
   Q_SIGNALS:
     void captionDoubleClicked();
 

@@ -36,7 +36,7 @@ class KernelBusTest : public testing::Test {
 
 TEST_F(KernelBusTest, ReadsAndWritesWhateverTheAdapterCanDo) {
     for (const bool combines : {true, false}) {
-        for (const std::size_t longest : {8192, 4096, 255, 32}) {
+        for (const std::size_t longest : {8192U, 4096U, 255U, 32U}) {
             SCOPED_TRACE(testing::Message() << combines << " " << longest);
             system.combines = combines;
             system.longest = longest;

@@ -62,7 +62,8 @@ TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
         "Entire EEP, &Write Entire EEP, ~/&Fill Entire EEP, -, &Select EEPROM (*&Primary (Color "
         "Values), &Secondary (Unknown)), -, &Compare... Ctrl+D, Write &Differences to EEP), "
         "Options (Number &Mode (*&Decimal, &Hex), &Parallel Port (*LPT&1 (378 h), LPT&2 (278 h), "
-        "LPT&3 (3BC h), -, &Advanced Setup), -, I2C Interface &Test, -, DLPortIO Service, -, Read "
+        "LPT&3 (3BC h), -, &Advanced Setup, &I2C Bus...), -, I2C Interface &Test, -, DLPortIO "
+        "Service, -, Read "
         "T&wice), &Help (Help &Topics, -, Release &History, About &Tarnwell 2)");
     EXPECT_EQ(child("cmdSaveSettings").geometry(), scaledRect(4920, 3120, 2240, 300));
     EXPECT_EQ(window.centralWidget()->width(), scaled(7305));

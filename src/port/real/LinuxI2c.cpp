@@ -106,10 +106,12 @@ std::string LinuxI2c::OpenLine(const I2cBus& bus, int error) const {
                " is missing. Load the kernel module i2c-dev with \"sudo modprobe i2c-dev\".";
     if (missing)
         return NoI2cBusLine(bus.name);
-    return ErrorLine(bus.node, error,
-                     error == EACCES || error == EPERM
-                         ? "Add your account to the group i2c and log in again."
-                         : "Check the adapter and try again.");
+    return ErrorLine(
+        bus.node, error,
+        error == EACCES || error == EPERM
+            ? "Add your account to the group i2c and log in again, or give yourself this "
+              "adapter by a udev rule."
+            : "Check the adapter and try again.");
 }
 
 void LinuxI2c::Fail(std::string line) {

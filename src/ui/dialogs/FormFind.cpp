@@ -73,6 +73,7 @@ void FormFind::look(FindDirection direction) {
     if (m_find.LookFor(fromQt(m_text.text()), kind())) {
         m_problem.clear();
         Q_EMIT wanted(direction);
+        activateWindow();  // the search may have turned the page behind a warning
         return;
     }
     m_problem.setText(toQt(m_find.NothingToFindText(kind())));

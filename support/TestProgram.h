@@ -223,8 +223,8 @@ struct StartedProgram {
 
     /// Without a folder that can be made, whoever agrees to it writes without backups.
     StartedProgram(Port& port, Clock& clock, const std::string& backupFolder = kNoFolder,
-                   BusTrace& trace = NoBusTrace())
-        : program({{port, clock, trace, stop},
+                   BusTrace& trace = NoBusTrace(), KernelI2c& kernel = NoKernelI2c())
+        : program({{port, clock, trace, stop, kernel},
                    outside,
                    timer,
                    user,
@@ -252,9 +252,9 @@ struct OwnTelevision {
 
 /// On a television whose bus answers.
 struct TestProgram : OwnTelevision, StartedProgram<ScriptedUser> {
-    explicit TestProgram(Simulation simulation = {})
+    explicit TestProgram(Simulation simulation = {}, KernelI2c& kernel = NoKernelI2c())
         : OwnTelevision{{}, SimulatedTelevision(simulation)},
-          StartedProgram(television, television, folder.Path("backups")) {}
+          StartedProgram(television, television, folder.Path("backups"), NoBusTrace(), kernel) {}
 
     std::string Status() const { return std::string(program.statusBar.Text(Panel::Status)); }
     std::string Crc() const { return std::string(program.statusBar.Text(Panel::Crc)); }

@@ -179,7 +179,6 @@ Transfer KernelBus::WritePage(std::int16_t address, std::span<const std::uint8_t
 Transfer KernelBus::Recover() {
     if (const int error = transfers_.WaitUntilWritten(Device()); error != 0)
         return Fail(error);
-    failure_.clear();
     return Transfer::Done;
 }
 

@@ -55,7 +55,7 @@ void ArchiveCommand::Refuse(const Box& box) {
 }
 
 std::optional<std::string> ArchiveCommand::AskToLook() {
-    const auto path = AskArchive(FileRequest::Kind::Open, texts_.loadTitle, "");
+    auto path = AskArchive(FileRequest::Kind::Open, texts_.loadTitle, "");
     if (path)
         SetArchiveFolder(*path);
     else

@@ -92,7 +92,7 @@ std::optional<SettingDigits> SettingsArchive::AskValues() {
     ArchiveFile file(*path);
     if (!CanBeRead(file) || !MayLoad(file))
         return std::nullopt;
-    const auto values = Whole(file, LoadSettingsRecords);
+    auto values = Whole(file, LoadSettingsRecords);
     if (values && std::ranges::count(*values, "") > 0)
         user_.ShowBox(kNotAllValues);
     return values;

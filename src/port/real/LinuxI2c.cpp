@@ -57,6 +57,7 @@ std::vector<I2cBus> LinuxI2c::Buses() {
     }
     std::ranges::sort(numbered, {}, [](const auto& pair) { return pair.first; });
     std::vector<I2cBus> buses;
+    buses.reserve(numbered.size());
     for (auto& [number, bus] : numbered)
         buses.push_back(std::move(bus));
     return buses;

@@ -99,9 +99,9 @@ void FormI2CBus::addButtons() {
 void FormI2CBus::fill(const std::optional<I2cBus>& wanted) {
     m_table.clear();
     for (const I2cBus& bus : m_chooser.Buses()) {
-        auto* row = new QTreeWidgetItem(&m_table, {toQt(bus.name), toQt(bus.node)});
+        m_table.addTopLevelItem(new QTreeWidgetItem({toQt(bus.name), toQt(bus.node)}));
         if (bus == wanted)
-            m_table.setCurrentItem(row);
+            m_table.setCurrentItem(m_table.topLevelItem(m_table.topLevelItemCount() - 1));
     }
     showSelection();
 }

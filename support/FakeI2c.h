@@ -50,13 +50,15 @@ struct FakeEeprom {
     }
 };
 
-class FakeI2c final : public SystemCalls {
+class FakeI2c : public SystemCalls {
   public:
     TemporaryFolder folder;
     std::map<int, FakeEeprom> devices{{0x50, {}}, {0x51, {}}};
     unsigned long functions = I2C_FUNC_I2C;
     bool combines = true;
+    bool stopsBetween = false;  ///< though it says that it combines
     std::size_t longest = 8192;
+    int tooLong = EOPNOTSUPP;
     BusTime cost{};   ///< of a transfer, besides its 9 clocks a byte of 10 us
     int opening = 0;  ///< errno values
     int locking = 0;
@@ -95,8 +97,10 @@ class FakeI2c final : public SystemCalls {
     int Transfer(const i2c_rdwr_ioctl_data& data) {
         const std::span messages(data.msgs, data.nmsgs);
         for (const i2c_msg& message : messages) {
-            if (message.len > longest || (messages.size() > 1 && !combines))
+            if (messages.size() > 1 && !combines)
                 return -EOPNOTSUPP;
+            if (message.len > longest)
+                return -tooLong;
         }
         ++transfers;
         now += cost + std::chrono::microseconds(20);
@@ -108,12 +112,19 @@ class FakeI2c final : public SystemCalls {
             const auto found = devices.find(message.addr);
             if (found == devices.end() || now < found->second.busyUntil)
                 return -ENXIO;
+            if (device != nullptr && stopsBetween)
+                device->Stop(now);
             device = &found->second;
             (message.flags & I2C_M_RD) != 0 ? device->Read(message) : device->Write(message);
         }
         device->Stop(now);
         return static_cast<int>(messages.size());
     }
+};
+
+struct FakeKernel {
+    FakeI2c system;
+    LinuxI2c kernel{system};
 };
 
 }  // namespace tarnwell

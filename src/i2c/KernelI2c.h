@@ -33,13 +33,19 @@ I2cBus I2cBusFromText(std::string_view text);
 /// name that differs only in where the adapter is plugged in.
 std::optional<I2cBus> FindI2cBus(const std::vector<I2cBus>& buses, const I2cBus& wanted);
 
-/// What a bus that is not there is told by.
-std::string NoI2cBusLine(const std::string& nameOrNode);
+/// Why FindI2cBus finds none: there is none, or several, which are then listed.
+std::string NoI2cBusLine(const std::vector<I2cBus>& buses, const I2cBus& wanted);
 
 /// A mainboard's own bus, where memory modules answer at the addresses of the EEPROMs.
 inline bool IsMainboardBus(const I2cBus& bus) {
     return bus.name.starts_with("SMBus");
 }
+
+/// A driver of the kernel that has taken a device.
+struct I2cDriver {
+    std::string name;
+    std::string device;  ///< its entry in /sys, such as "7-0050"
+};
 
 enum class I2cDirection : std::uint8_t { Write, Read };
 
@@ -55,8 +61,8 @@ class KernelI2c : public Clock {
     /// In the order of their numbers, whether or not they can be opened.
     virtual std::vector<I2cBus> Buses() = 0;
 
-    /// The kernel's driver that has taken the device; empty where none has.
-    virtual std::string DriverAt(const I2cBus& bus, std::uint8_t device) = 0;
+    /// Nothing where no driver has taken the device.
+    virtual std::optional<I2cDriver> DriverAt(const I2cBus& bus, std::uint8_t device) = 0;
 
     /// Opens the bus within a second. A refusal is told by Failure().
     virtual void Open(const I2cBus& bus) = 0;

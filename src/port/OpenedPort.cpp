@@ -7,21 +7,12 @@ namespace tarnwell {
 namespace {
 
 std::variant<I2cBus, PortRefusal> FindRequested(LinuxI2c& kernel, std::string_view wanted) {
-    std::vector<I2cBus> found;
-    std::string nodes;
-    for (const I2cBus& bus : kernel.Buses()) {
-        if (bus.node != wanted && bus.name != wanted)
-            continue;
-        found.push_back(bus);
-        nodes += (nodes.empty() ? "" : ", ") + bus.node;
-    }
+    std::vector<I2cBus> found = kernel.Buses();
+    std::erase_if(found,
+                  [&](const I2cBus& bus) { return bus.node != wanted && bus.name != wanted; });
     if (found.size() == 1)
         return found.front();
-    const std::string name(wanted);
-    return PortRefusal{found.empty() ? NoI2cBusLine(name)
-                                     : "Several I2C buses are named " + name + ": " + nodes +
-                                           ". Choose one by --port=i2c: and its node.",
-                       false, true};
+    return PortRefusal{NoI2cBusLine(found, {std::string(wanted), {}}), false, true};
 }
 
 }  // namespace

@@ -125,7 +125,7 @@ void Program::TellMissingI2cBus() {
         return;
     const CommandScope scope(statusBar);
     Box box = kMissing;
-    box.text = NoI2cBusLine(I2cBusFromText(state.I2cBusInUse()).name);
+    box.text = NoI2cBusLine(outside_.wire.kernel.Buses(), I2cBusFromText(state.I2cBusInUse()));
     outside_.user.ShowBox(box);
 }
 

@@ -4,6 +4,7 @@
     command_line_test.py PROGRAM PROGRAM-WITH-FAULTS
 """
 
+import functools
 import json
 import os
 import pty
@@ -70,12 +71,12 @@ class CommandLine(unittest.TestCase):
             self.assertIn(report["message"], err)
         return report
 
-    def on_terminal(self, answer, *arguments, status=0):
+    def on_terminal(self, answer, *arguments, status=0, **streams):
         """What it asks, and the answer typed."""
         terminal, stdin = pty.openpty()
         os.write(terminal, answer)
         try:
-            return self.run_cli(*arguments, status=status, stdin=stdin)[1]
+            return self.run_cli(*arguments, status=status, stdin=stdin, **streams)[1]
         finally:
             os.close(stdin)
             os.close(terminal)
@@ -317,6 +318,43 @@ class CommandLine(unittest.TestCase):
             self.assertRegex(self.report(option, "--port=i2c:x", "check", status=2)["message"], "needs a parallel port[.]")
         self.assertTrue(self.report("--port=auto", "check")["simulated"])
         self.assertIn("is not there", self.report("--port=i2c:x", "check", status=3)["message"])
+
+    def test_works_over_a_bus_of_the_kernel(self):
+        eeprom = self.folder / "eeprom.bin"
+        other = bytes(byte ^ 0xFF for byte in self.before)
+        (self.folder / "other.bin").write_bytes(other)
+        def on_bus(fault, *arguments, status=0, run=self.report, bus="/dev/i2c-7", held=self.before):
+            eeprom.write_bytes(held)
+            self.environment["TARNWELL_FAULT"] = f"I2c {fault} 0"
+            return run(f"--port=i2c:{bus}", *arguments, status=status, program=FAULTY)
+        report = on_bus("plain", "--yes", "poke", "5=77", bus="Test adapter")
+        self.assertEqual((report["port"], report["simulated"], report["written"]), ("i2c:/dev/i2c-7", False, 1))
+        self.assertEqual([at for at in range(8192) if eeprom.read_bytes()[at] != self.before[at]], [5])
+        on_bus("plain", "--yes", "write", "--differences", "other.bin")
+        self.assertEqual(eeprom.read_bytes(), other)
+        message = on_bus("twice", "check", status=3, bus="Test adapter")["message"]
+        self.assertIn("named Test adapter: /dev/i2c-7, /dev/i2c-9.", message)
+        self.assertEqual(on_bus("twice", "check", bus="/dev/i2c-7")["devices"], {"primary": True, "secondary": False})
+        for fault, held, question in ("plain", b"\xff" * 8191 + b"1", "Use it all the same?"), ("blind", self.before, "Is a 24C64 connected?"):
+            self.assertTrue(on_bus(fault, "check", held=held)["devices"]["primary"])
+            for words in ("--yes", "poke", "5=77"), ("--force", "peek", "5"):
+                message = on_bus(fault, *words, status=6, held=held)["message"]
+                self.assertIn("Nothing was written. Say --trust-device", message)
+                self.assertEqual(eeprom.read_bytes(), held)
+            on_bus(fault, "--trust-device", "poke", "5=77", status=6, held=held)
+            on_bus(fault, "--trust-device", "--yes", "poke", "5=77", held=held)
+            self.assertEqual(eeprom.read_bytes()[5], 77)
+            for answer, status in (b"n\n", 6), (b"y\n", 0):
+                ask = functools.partial(self.on_terminal, answer)
+                self.assertIn(question, on_bus(fault, "peek", "5", held=held, status=status, run=ask))
+        self.assertIn("in use by another program", on_bus("locked 150", "peek", "5", status=3)["message"])
+        on_bus("locked 150", "--wait=30", "peek", "5")
+        for fault, status, unconfirmed, result in ("signal 90", 143, 0, "SIGTERM"), ("unplugged 90", 3, 1, "The adapter is gone"):
+            report = on_bus(fault, "--yes", "--force", "write", "other.bin", status=status)
+            written = report["written"] + unconfirmed
+            self.assertGreater(written, 1)
+            self.assertEqual(eeprom.read_bytes(), other[:written] + self.before[written:])
+            self.assertIn(result, report["message"])
 
     def test_draws_a_bar_and_can_be_quiet(self):
         self.assertRegex(self.run_cli("--progress=always", "read", "b.bin")[1], r"50 %, \d+ s left")

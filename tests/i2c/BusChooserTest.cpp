@@ -49,15 +49,17 @@ TEST(FindI2cBus, KnowsABusByItsNameWhereverItIsPluggedIn) {
                                     {"B", "/dev/i2c-5"},
                                     {"C bus 1", "/dev/i2c-6"},
                                     {"D at bus 001 device 009", "/dev/i2c-7"}};
-    for (const auto& [wanted, found] : {std::pair("B|/dev/i2c-5", "/dev/i2c-5"),
-                                        {"B|/dev/i2c-3", ""},
-                                        {"A on hidraw0|/dev/i2c-9", "/dev/i2c-3"},
-                                        {"D at bus 002 device 003|/dev/i2c-7", "/dev/i2c-7"},
-                                        {"C bus 1|", "/dev/i2c-6"},
-                                        {"C bus 2|/dev/i2c-6", ""},
-                                        {"D", "/dev/i2c-7"}})
-        EXPECT_EQ(FindI2cBus(buses, I2cBusFromText(wanted)).value_or(I2cBus{}).node, found)
-            << wanted;
+    for (const auto& [text, found] : {std::pair("B|/dev/i2c-5", "/dev/i2c-5"),
+                                      {"B|/dev/i2c-3", "named B: /dev/i2c-4, /dev/i2c-5. Choose"},
+                                      {"A on hidraw0|/dev/i2c-9", "/dev/i2c-3"},
+                                      {"D at bus 002 device 003|/dev/i2c-7", "/dev/i2c-7"},
+                                      {"C bus 1|", "/dev/i2c-6"},
+                                      {"C bus 2|/dev/i2c-6", "The I2C bus C bus 2 is not there"},
+                                      {"D", "/dev/i2c-7"}}) {
+        const I2cBus wanted = I2cBusFromText(text);
+        const auto bus = FindI2cBus(buses, wanted);
+        EXPECT_THAT(bus ? bus->node : NoI2cBusLine(buses, wanted), testing::HasSubstr(found));
+    }
 }
 
 }  // namespace

@@ -36,10 +36,16 @@ class KernelBusTest : public testing::Test {
 
 TEST_F(KernelBusTest, ReadsAndWritesWhateverTheAdapterCanDo) {
     for (const bool combines : {true, false}) {
-        for (const std::size_t longest : {8192U, 4096U, 255U, 32U}) {
-            SCOPED_TRACE(testing::Message() << combines << " " << longest);
+        for (const auto& [longest, refusal] : {std::pair<std::size_t, int>{8192, 0},
+                                               {4096, EOPNOTSUPP},
+                                               {4096, ETIMEDOUT},
+                                               {255, EIO},
+                                               {255, EMSGSIZE},
+                                               {32, EINVAL}}) {
+            SCOPED_TRACE(testing::Message() << combines << " " << longest << " " << refusal);
             system.combines = combines;
             system.longest = longest;
+            system.tooLong = refusal;
             KernelBus fresh{{.port = t.television, .clock = t.television, .kernel = kernel},
                             state,
                             t.program.statusBar,
@@ -112,6 +118,9 @@ TEST_F(KernelBusTest, SendsNoDataOverAnAdapterThatCannotCombineBeforeTheUsersWor
     t.WillAnswer({Answer::Yes, Answer::No});
     EXPECT_EQ(other.CheckBus(Quiet::No), BusCheck::Declined);
     EXPECT_THAT(t.user.TakeBoxes(), testing::Contains(testing::HasSubstr("have one byte")));
+    system.combines = system.stopsBetween = true;
+    t.WillAnswer({Answer::No});
+    EXPECT_EQ(Check(), BusCheck::Declined);
     EXPECT_EQ(Primary().stores, 0U);
 }
 
@@ -178,16 +187,20 @@ TEST_F(KernelBusTest, LeavesADeviceToTheDriverOfTheKernel) {
                                     system.folder.Path("sys/bus/i2c/devices/7-0050/driver"));
     EXPECT_EQ(Check(), BusCheck::NoAcknowledge);
     EXPECT_EQ(system.transfers, 0U);
-    EXPECT_THAT(t.user.TakeBoxes(), testing::ElementsAre(testing::HasSubstr("driver at24")));
     system.folder.Write("sys/bus/i2c/devices/7-0051/uevent", "");
     std::filesystem::create_symlink("../../drivers/dummy",
                                     system.folder.Path("sys/bus/i2c/devices/7-0051/driver"));
-    EXPECT_EQ(kernel.DriverAt({"", "/dev/i2c-7"}, 0x51), "at24");
+    state.targetDevice = TargetDevice::Secondary;
+    EXPECT_EQ(Check(), BusCheck::NoAcknowledge);
+    EXPECT_THAT(t.user.TakeBoxes(),
+                testing::ElementsAre(testing::HasSubstr(
+                    "driver at24 uses the device at 0x51. Take it away from there with \"echo "
+                    "7-0050 | sudo tee /sys/bus/i2c/drivers/at24/unbind\"")));
     std::filesystem::remove_all(system.folder.Path("sys/bus/i2c/devices/7-0051"));
     const BusClaim claim(bus);
-    EXPECT_EQ(bus.CheckAnswer(Quiet::Yes), BusCheck::NobodyAnswered);
-    state.targetDevice = TargetDevice::Secondary;
     EXPECT_EQ(bus.CheckAnswer(Quiet::No), BusCheck::Ok);
+    state.targetDevice = TargetDevice::Primary;
+    EXPECT_EQ(bus.CheckAnswer(Quiet::Yes), BusCheck::NobodyAnswered);
 }
 
 }  // namespace

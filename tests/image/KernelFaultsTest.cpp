@@ -11,11 +11,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct FakeKernel {
-    FakeI2c system;
-    LinuxI2c kernel{system};
-};
-
 /// An image that was read, two changed settings, a pending write, and changes of three pages.
 struct KernelProgram : FakeKernel, TestProgram {
     explicit KernelProgram(bool combines = true, std::size_t longest = kEepromBytes)

@@ -46,8 +46,8 @@ std::string BusChooser::Look(const I2cBus& bus) {
 }
 
 std::string BusChooser::AnswerOf(const I2cBus& bus, std::uint8_t device) {
-    if (const std::string driver = kernel_.DriverAt(bus, device); !driver.empty())
-        return "not asked, since the kernel's driver " + driver + " uses it.";
+    if (const auto driver = kernel_.DriverAt(bus, device))
+        return "not asked, since the kernel's driver " + driver->name + " uses it.";
     const int error = KernelTransfers(kernel_, stop_).ReadCurrent(device);
     stop_.Obey();
     if (error == 0)

@@ -82,13 +82,13 @@ int DeviceLook::Look(std::string& finding) {
 }
 
 // A 24C64 takes the only byte for the high one of an address, so it answers from elsewhere each
-// time. Where the adapter sends a stop behind each address, a device that does not has to be found
-// before it gets one of two bytes, of which it would store the second.
+// time. A device that does not has to be found before it gets an address of two bytes, of which it
+// would store the second where a stop follows; not every adapter that sends one says so.
 int DeviceLook::LookByShortAddresses(std::string& finding) {
     std::array<std::uint8_t, kWindow> first{};
     int error = transfers_.ReadByShortAddress(device_, 0, first);
     const std::string_view known = KnownHeader(std::span(first).first<kHeader>());
-    if (error != 0 || (known.empty() && transfers_.Combines()))
+    if (error != 0)
         return error;
     for (std::size_t place = kHeader; place + kHeader <= kWindow; place += kHeader) {
         Header again{};

@@ -30,10 +30,11 @@ KernelBus::KernelBus(const Wire& wire, const ProgramState& state, StatusBar& sta
 void KernelBus::Claim() {
     failure_.clear();
     const I2cBus wanted = I2cBusFromText(state_.I2cBusInUse());
-    const auto found = FindI2cBus(kernel_.Buses(), wanted);
+    const auto buses = kernel_.Buses();
+    const auto found = FindI2cBus(buses, wanted);
     if (!found) {
         Forget();
-        failure_ = NoI2cBusLine(wanted.name);
+        failure_ = NoI2cBusLine(buses, wanted);
         return;
     }
     Meet(*found);
@@ -74,12 +75,13 @@ Transfer KernelBus::Fail(int error) {
 
 BusCheck KernelBus::CheckAnswer(Quiet quiet) {
     if (failure_.empty()) {
-        if (const std::string driver = kernel_.DriverAt(open_, Device()); !driver.empty()) {
+        if (const auto driver = kernel_.DriverAt(open_, Device())) {
             if (quiet == Quiet::Yes)
                 return BusCheck::NobodyAnswered;
-            failure_ = "The kernel's driver " + driver + " uses the device at " +
-                       AddressText(Device()) + ". Unload it with \"sudo modprobe -r " + driver +
-                       "\" and repeat the command.";
+            failure_ = "The kernel's driver " + driver->name + " uses the device at " +
+                       AddressText(Device()) + ". Take it away from there with \"echo " +
+                       driver->device + " | sudo tee /sys/bus/i2c/drivers/" + driver->name +
+                       "/unbind\" and repeat the command.";
         } else {
             const int error = transfers_.ReadCurrent(Device());
             stop_.Obey();

@@ -28,6 +28,14 @@ bool IsRefusal(int error) {
     return error == -EOPNOTSUPP || error == -EINVAL || error == -EMSGSIZE;
 }
 
+/// Longer reads fail with some adapters: their drivers give a transfer too little time, or a buffer
+/// that is too small, and find that out in its midst.
+constexpr std::size_t kSurelyShort = 255;
+
+bool MayHaveBeenTooLong(int error, std::size_t length) {
+    return length > kSurelyShort && (error == -ETIMEDOUT || error == -EIO || error == -EPROTO);
+}
+
 bool IsOthersTurn(int error) {
     return error == -EAGAIN || error == -EBUSY || error == -EINTR;
 }
@@ -91,19 +99,20 @@ int KernelTransfers::FindWhetherItCombines(std::uint8_t device, bool& combines) 
     return IsRefusal(error) ? 0 : error;
 }
 
-// Only a length that is taken in the end becomes the limit: what is refused at any length is
-// refused for another reason.
+// Only a length that is taken in the end becomes the limit: what fails at any length fails for
+// another reason.
 int KernelTransfers::Read(std::uint8_t device, unsigned address, std::span<std::uint8_t> bytes,
                           std::size_t& done) {
     auto addressBytes = AddressBytes(address);
     int error = 0;
-    for (std::size_t limit = limits_.read; limit > 0; limit = Shorter(done)) {
+    for (std::size_t limit = limits_.read; limit > 0;) {
         done = std::min(bytes.size(), limit);
         error = SendAddressed(device, addressBytes, bytes.first(done));
         if (error == 0)
             limits_.read = limit;
-        if (!IsRefusal(error))
+        if (!IsRefusal(error) && !MayHaveBeenTooLong(error, done))
             break;
+        limit = IsRefusal(error) ? Shorter(done) : kSurelyShort;
     }
     return error;
 }

@@ -23,9 +23,8 @@ class KernelTransfers {
     /// with it.
     int FindWhetherItCombines(std::uint8_t device, bool& combines);
 
-    bool Combines() const { return limits_.combines.value_or(false); }
-
     /// Fills `bytes` from a two-byte address; as many as one transfer brings, which `done` tells.
+    /// A long one that fails is tried again in pieces.
     int Read(std::uint8_t device, unsigned address, std::span<std::uint8_t> bytes,
              std::size_t& done);
 
@@ -45,7 +44,7 @@ class KernelTransfers {
               std::size_t& done);
 
   private:
-    /// What an adapter can do, as far as it has not refused more.
+    /// What an adapter can do, as far as it has not shown that it cannot do more.
     struct Limits {
         std::optional<bool> combines;
         std::size_t read = 8192;  ///< the kernel's own limit of a message

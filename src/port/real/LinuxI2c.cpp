@@ -63,7 +63,7 @@ std::vector<I2cBus> LinuxI2c::Buses() {
     return buses;
 }
 
-std::string LinuxI2c::DriverAt(const I2cBus& bus, std::uint8_t device) {
+std::optional<I2cDriver> LinuxI2c::DriverAt(const I2cBus& bus, std::uint8_t device) {
     char entry[32];
     std::snprintf(entry, sizeof entry, "%s-%04x",
                   std::string(bus.ShortNode().substr(kPrefix.size())).c_str(), unsigned(device));
@@ -71,7 +71,9 @@ std::string LinuxI2c::DriverAt(const I2cBus& bus, std::uint8_t device) {
     const std::string driver =
         fs::read_symlink(BusesFolder() + entry + "/driver", error).filename();
     // The one at a lower address has taken this one as well.
-    return driver == "dummy" && device > 0x50 ? DriverAt(bus, 0x50) : driver;
+    if (driver == "dummy" && device > 0x50)
+        return DriverAt(bus, 0x50);
+    return driver.empty() ? std::nullopt : std::optional(I2cDriver{driver, entry});
 }
 
 void LinuxI2c::Open(const I2cBus& bus) {
@@ -106,7 +108,7 @@ std::string LinuxI2c::OpenLine(const I2cBus& bus, int error) const {
         return bus.node +
                " is missing. Load the kernel module i2c-dev with \"sudo modprobe i2c-dev\".";
     if (missing)
-        return NoI2cBusLine(bus.name);
+        return NoI2cBusLine({}, bus);
     return ErrorLine(
         bus.node, error,
         error == EACCES || error == EPERM

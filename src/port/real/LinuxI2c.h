@@ -14,7 +14,7 @@ class LinuxI2c final : public KernelI2c {
     BusTime Now() override { return system_.Now(); }
     void WaitUntil(BusTime time) override;
     std::vector<I2cBus> Buses() override;
-    std::string DriverAt(const I2cBus& bus, std::uint8_t device) override;
+    std::optional<I2cDriver> DriverAt(const I2cBus& bus, std::uint8_t device) override;
     void Open(const I2cBus& bus) override;
     void Close() override { file_.Close(); }
     const std::string& Failure() const override { return failure_; }

@@ -1,12 +1,24 @@
 // A long random use of the data editor, against a small model of its grid, queue and buffer.
 #include "support/EditorModel.h"
+#include "support/FakeI2c.h"
 
 namespace tarnwell {
 namespace {
 
-class RandomWalk : public testing::Test {
+class RandomWalk : public testing::TestWithParam<bool> {
   protected:
-    RandomWalk() { model.devices = {primary, secondary}; }
+    using Bytes = std::span<const std::uint8_t>;
+    RandomWalk() {
+        for (const int device : {0, 1}) {
+            const auto& memory =
+                test.television.Memory(device == 0 ? Chip::Primary : Chip::Secondary);
+            auto& ofKernel = fake.system.devices.at(0x50 + device).memory;
+            ofKernel.assign(memory.begin(), memory.end());
+            model.devices[std::size_t(device)] = memory;
+            held[std::size_t(device)] = GetParam() ? Bytes(ofKernel) : Bytes(memory);
+        }
+        program.state.i2cBus = GetParam() ? "Test adapter|" : "";
+    }
     std::size_t Draw(std::size_t choices) { return model.random() % choices; }
     void ActInGrid() {
         const int refusals = model.seen[kFull];
@@ -76,7 +88,8 @@ class RandomWalk : public testing::Test {
         for (std::size_t address = 0; address < kBytes; ++address)
             ASSERT_TRUE(program.grid.Text(At(address)) == model.grid[address]) << address;
         ASSERT_TRUE(std::equal(model.buffer.begin(), model.buffer.end(), program.buffer.begin()));
-        ASSERT_TRUE(model.devices[0] == primary && model.devices[1] == secondary);
+        ASSERT_TRUE(std::ranges::equal(model.devices[0], held[0]));
+        ASSERT_TRUE(std::ranges::equal(model.devices[1], held[1]));
         ASSERT_EQ(program.pending.Count(), static_cast<int>(model.queue.size()));
         for (int row = 0; const auto& [address, before, after] : model.queue)
             ASSERT_THAT(program.pending.Row(row++),
@@ -93,15 +106,15 @@ class RandomWalk : public testing::Test {
             model.edits.clear();
     }
 
-    TestProgram test{{.writeCycle = BusTime(0)}};
+    FakeKernel fake;
+    TestProgram test{{.writeCycle = BusTime(0)}, fake.kernel};
     Program& program = test.program;
     CellEditor& editor = program.cellEditor;
-    EepromImage& primary = test.television.Memory(Chip::Primary);
-    EepromImage& secondary = test.television.Memory(Chip::Secondary);
+    std::array<Bytes, 2> held;
     EditorModel model{test.user.answers};
 };
 
-TEST_F(RandomWalk, AgreesWithTheModel) {
+TEST_P(RandomWalk, AgreesWithTheModel) {
     for (int step = 0; step < 10'000; ++step) {
         SCOPED_TRACE(step);
         if (model.onPage && Draw(model.on ? 15 : 2) != 0)
@@ -113,7 +126,10 @@ TEST_F(RandomWalk, AgreesWithTheModel) {
     EXPECT_EQ(model.seen.size(), 7U);
     for (const auto& [event, count] : model.seen)
         EXPECT_GT(count, 5) << event << " was hardly met";
+    EXPECT_EQ(fake.system.transfers > 1'000, GetParam());
 }
+
+INSTANTIATE_TEST_SUITE_P(OnBothBuses, RandomWalk, testing::Bool());
 
 }  // namespace
 }  // namespace tarnwell

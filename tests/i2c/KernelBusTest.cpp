@@ -18,20 +18,25 @@ class KernelBusTest : public testing::Test {
             std::ranges::generate(device.memory, [&] { return std::uint8_t(random()); });
         state.i2cBus = "Test adapter|";
     }
-    BusCheck Check() {
+    /// Nothing is known of the adapter and its devices yet.
+    KernelBus Fresh() {
+        return {{.port = t.television, .clock = t.television, .kernel = kernel},
+                state,
+                t.program.statusBar,
+                t.user};
+    }
+    static BusCheck Check(KernelBus& bus) {
         const BusClaim claim(bus);
         return bus.CheckBus(Quiet::No);
     }
+    BusCheck Check() { return Check(bus); }
     FakeEeprom& Primary() { return system.devices.at(0x50); }
 
     FakeI2c system;
     LinuxI2c kernel{system};
     TestProgram t;
     ProgramState state;
-    KernelBus bus{{.port = t.television, .clock = t.television, .kernel = kernel},
-                  state,
-                  t.program.statusBar,
-                  t.user};
+    KernelBus bus = Fresh();
 };
 
 TEST_F(KernelBusTest, ReadsAndWritesWhateverTheAdapterCanDo) {
@@ -46,10 +51,7 @@ TEST_F(KernelBusTest, ReadsAndWritesWhateverTheAdapterCanDo) {
             system.combines = combines;
             system.longest = longest;
             system.tooLong = refusal;
-            KernelBus fresh{{.port = t.television, .clock = t.television, .kernel = kernel},
-                            state,
-                            t.program.statusBar,
-                            t.user};
+            KernelBus fresh = Fresh();
             const BusClaim claim(fresh);
             if (!combines)
                 t.WillAnswer({Answer::Yes});
@@ -110,17 +112,13 @@ TEST_F(KernelBusTest, SendsNoDataOverAnAdapterThatCannotCombineBeforeTheUsersWor
     EXPECT_EQ(Check(), BusCheck::Ok);
     EXPECT_THAT(t.user.TakeBoxes(), testing::Each(testing::HasSubstr("Is a 24C64")));
     Primary() = {{Primary().memory.begin(), Primary().memory.begin() + 256}, 1};
-    KernelBus other{{.port = t.television, .clock = t.television, .kernel = kernel},
-                    state,
-                    t.program.statusBar,
-                    t.user};
-    const BusClaim claim(other);
-    t.WillAnswer({Answer::Yes, Answer::No});
-    EXPECT_EQ(other.CheckBus(Quiet::No), BusCheck::Declined);
-    EXPECT_THAT(t.user.TakeBoxes(), testing::Contains(testing::HasSubstr("have one byte")));
-    system.combines = system.stopsBetween = true;
-    t.WillAnswer({Answer::No});
-    EXPECT_EQ(Check(), BusCheck::Declined);
+    for (const bool says : {true, false}) {
+        system.combines = system.stopsBetween = !says;
+        KernelBus other = Fresh();
+        t.user.answers = says ? std::deque{Answer::Yes, Answer::No} : std::deque{Answer::No};
+        EXPECT_EQ(Check(other), BusCheck::Declined);
+        EXPECT_THAT(t.user.TakeBoxes(), testing::Contains(testing::HasSubstr("have one byte")));
+    }
     EXPECT_EQ(Primary().stores, 0U);
 }
 
@@ -193,9 +191,11 @@ TEST_F(KernelBusTest, LeavesADeviceToTheDriverOfTheKernel) {
     state.targetDevice = TargetDevice::Secondary;
     EXPECT_EQ(Check(), BusCheck::NoAcknowledge);
     EXPECT_THAT(t.user.TakeBoxes(),
-                testing::ElementsAre(testing::HasSubstr(
-                    "driver at24 uses the device at 0x51. Take it away from there with \"echo "
-                    "7-0050 | sudo tee /sys/bus/i2c/drivers/at24/unbind\"")));
+                testing::ElementsAre(
+                    testing::HasSubstr("device at 0x50"),
+                    testing::HasSubstr(
+                        "driver at24 uses the device at 0x51. Take it away from there with \"echo "
+                        "7-0050 | sudo tee /sys/bus/i2c/drivers/at24/unbind\"")));
     std::filesystem::remove_all(system.folder.Path("sys/bus/i2c/devices/7-0051"));
     const BusClaim claim(bus);
     EXPECT_EQ(bus.CheckAnswer(Quiet::No), BusCheck::Ok);

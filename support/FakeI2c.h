@@ -63,10 +63,19 @@ class FakeI2c : public SystemCalls {
     int opening = 0;  ///< errno values
     int locking = 0;
     std::function<int()> fault;  ///< an errno for the next transfer, 0 for none
+    std::size_t carried = 0;     ///< bytes of its first message that pass before the fault
     std::uint64_t transfers = 0;
     BusTime now{std::chrono::hours(1)};
 
     FakeI2c() { Name(7, "Test adapter"); }
+    /// At the same node.
+    void PlugInAgain() const {
+        Name(8, "Test adapter");
+        std::filesystem::rename(folder.Path("sys/bus/i2c/devices/i2c-7"),
+                                folder.Path("sys/bus/i2c/devices/gone"));
+        std::filesystem::rename(folder.Path("sys/bus/i2c/devices/i2c-8"),
+                                folder.Path("sys/bus/i2c/devices/i2c-7"));
+    }
     void Name(int bus, const std::string& name) const {
         folder.Write("sys/bus/i2c/devices/i2c-" + std::to_string(bus) + "/name", name + '\n');
     }
@@ -94,6 +103,15 @@ class FakeI2c : public SystemCalls {
     std::string SysFolder() const override { return folder.Path("sys"); }
 
   private:
+    void Carry(i2c_msg message) {
+        const auto found = devices.find(message.addr);
+        if (carried == 0 || found == devices.end() || now < found->second.busyUntil)
+            return;
+        message.len = static_cast<std::uint16_t>(std::min<std::size_t>(message.len, carried));
+        (message.flags & I2C_M_RD) != 0 ? found->second.Read(message)
+                                        : found->second.Write(message);
+        found->second.Stop(now);
+    }
     int Transfer(const i2c_rdwr_ioctl_data& data) {
         const std::span messages(data.msgs, data.nmsgs);
         for (const i2c_msg& message : messages) {
@@ -104,8 +122,10 @@ class FakeI2c : public SystemCalls {
         }
         ++transfers;
         now += cost + std::chrono::microseconds(20);
-        if (const int error = fault ? fault() : 0; error != 0)
-            return -error;
+        if (const int error = fault ? fault() : 0; error != 0) {
+            Carry(messages[0]);
+            return error == EPROTO ? static_cast<int>(messages.size()) - 1 : -error;
+        }
         FakeEeprom* device = nullptr;
         for (const i2c_msg& message : messages) {
             now += std::chrono::microseconds(90) * (message.len + 1);

@@ -1,10 +1,15 @@
 // Rows: whole devices and single writes on the wire.
 #include <time.h>
 
+#include <random>
 #include <span>
+#include <stdexcept>
+#include <thread>
 
 #include "RealTimePort.h"
 #include "Rows.h"
+#include "port/system/SteadyClock.h"
+#include "support/FakeI2c.h"
 #include "support/TestProgram.h"
 
 namespace tarnwell::bench {
@@ -140,23 +145,88 @@ double ProcessorSeconds() {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
+/// The shortest of three.
+template <typename Work>
+double ProcessorSecondsOf(Work work) {
+    double best = 1e9;
+    for (int time = 0; time < 3; ++time) {
+        const double before = ProcessorSeconds();
+        work();
+        best = std::min(best, ProcessorSeconds() - before);
+    }
+    return best;
+}
+
+/// An adapter whose transfers take the time that they need, in which the program sleeps.
+class RealTimeAdapter final : public FakeI2c {
+  public:
+    explicit RealTimeAdapter(BusTime costOfTransfer) {
+        cost = costOfTransfer;
+        std::mt19937 random{1};
+        for (auto& [address, device] : devices) {
+            device.writeCycle = std::chrono::duration_cast<BusTime>(
+                std::chrono::duration<double>(kWriteCycleSeconds));
+            for (std::uint8_t& byte : device.memory)
+                byte = static_cast<std::uint8_t>(random());
+        }
+    }
+    std::chrono::nanoseconds Now() override { return clock_.Now(); }
+    void Sleep(std::chrono::nanoseconds duration) override {
+        std::this_thread::sleep_for(duration);
+    }
+    int Ioctl(int file, unsigned long request, void* argument) override {
+        now = clock_.Now();
+        const int result = FakeI2c::Ioctl(file, request, argument);
+        std::this_thread::sleep_for(now - clock_.Now());
+        return result;
+    }
+
+  private:
+    SteadyClock clock_;
+};
+
+/// A transfer takes its cost, and 9 clocks for each byte and for the device's address.
+void AddKernelBus(Table& table) {
+    constexpr BusTime kCost = std::chrono::milliseconds(1);
+    constexpr double kCostSeconds = 1e-3;
+    constexpr double kRead = kReadClocks * kClock + kCostSeconds;
+    const auto transfer = [](int bytes) {
+        return kCostSeconds + (bytes + 1) * kByteClocks * kClock;
+    };
+    RealTimeAdapter adapter(kCost);
+    LinuxI2c kernel(adapter);
+    SimulatedTelevision television;
+    QuietProgram quiet(television, television, QuietProgram::kNoFolder, NoBusTrace(), kernel);
+    Program& program = quiet.program;
+    program.state.i2cBus = "Test adapter|";
+    const auto read = [&] { program.wholeDevice.ReadEntireEep(); };
+    table.Add("kernel's bus, 1 ms a transfer: first read of a run", SecondsOf(read), kRead,
+              "10 us a clock, and one transfer; it looks at the device first");
+    table.Add("kernel's bus, 1 ms a transfer: read (best of 3)", BestOf(3, read), kRead,
+              "10 us a clock, and one transfer");
+    table.Add("  processor time", ProcessorSecondsOf(read), 0.05, "the aim, 0.05 s");
+    const double pages = BestOf(3, [&] {
+        for (std::uint8_t& byte : std::span(program.buffer).first(kEepromBytes))
+            byte ^= 0x5A;
+        program.writeDifferences.WriteDifferencesToEep();
+    });
+    table.Add("kernel's bus: write of differences, all bytes (best of 3)", pages,
+              2 * kRead + kEepromBytes / kPageBytes *
+                              (transfer(2 + kPageBytes) + kWriteCycleSeconds + transfer(1)),
+              "two reads, and of each page its transfer, write cycle and poll");
+    if (!std::ranges::equal(std::span(program.buffer).first(kEepromBytes),
+                            adapter.devices.at(0x50).memory))
+        throw std::runtime_error("the kernel's bus wrote other bytes");
+}
+
 void AddSimulated(Table& table) {
     SimulatedTelevision television;
     QuietProgram quiet(television, television);
-    const auto processorSeconds = [&](auto work) {
-        double best = 1e9;
-        for (int time = 0; time < 3; ++time) {
-            const double before = ProcessorSeconds();
-            work();
-            best = std::min(best, ProcessorSeconds() - before);
-        }
-        return best;
-    };
     table.Add("simulated read: processor time",
-              processorSeconds([&] { quiet.program.wholeDevice.ReadEntireEep(); }), 0.1,
+              ProcessorSecondsOf([&] { quiet.program.wholeDevice.ReadEntireEep(); }), 0.1,
               "the aim, 0.1 s");
     table.Add("simulated write with verification: processor time",
-              processorSeconds([&] { quiet.program.wholeDevice.WriteEntireEep(); }), 1,
+              ProcessorSecondsOf([&] { quiet.program.wholeDevice.WriteEntireEep(); }), 1,
               "the aim, 1 s");
 }
 
@@ -166,6 +236,7 @@ void AddWire(Table& table, Length length) {
     AddSimulated(table);
     AddPolling(table);
     AddDifferences(table);
+    AddKernelBus(table);
     AddRealTime(table, "port that costs nothing", BusTime(0), length);
     AddRealTime(table, "port of 1.2 us an access", BusTime(1200), length);
 }

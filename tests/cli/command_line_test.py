@@ -29,6 +29,16 @@ RESULTS = {0: "done", 1: "different", 2: "refused", 3: "failed", 4: "failed", 5:
            6: "refused", 129: "interrupted", 130: "interrupted", 143: "interrupted"}
 
 
+def record(kind, address, data):
+    body = bytes([len(data) + 3]) + address.to_bytes(2, "big") + data
+    return kind + (body + bytes([~sum(body) & 0xFF])).hex().upper() + "\n"
+
+
+def settings_archive(*records):
+    header = record("S0", 0, b"Halv Dorn Tarnwell 2\2\2Settings")
+    return header + "".join(record("S1", address, bytes(data)) for address, data in records) + "S9030000FC\n"
+
+
 class CommandLine(unittest.TestCase):
     def setUp(self):
         scratch = tempfile.TemporaryDirectory()
@@ -153,11 +163,61 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(changed["settings"][0]["value"], 1)
         self.assertEqual((self.folder / "b.bin").read_bytes()[2085], 4 | self.before[2085] & 3)
         self.assertEqual(self.report("get", "TINT", "--image", "b.bin")["settings"][0]["value"], 1)
+        self.assertIn(f"\nTINT            21  0-63      2085  7-2   Global   Main Tint\n", self.run_cli("get")[0].decode())
+
+    def test_settings_archives_are_used_as_images_are(self):
+        everything = sorted(self.report("get")["settings"], key=lambda setting: setting["address"])
+        groups = []
+        for setting in everything:
+            if not groups or groups[-1][0] + len(groups[-1][1]) != setting["address"]:
+                groups.append((setting["address"], []))
+            groups[-1][1].append(setting["value"])
+        (self.folder / "s.mot").write_text(settings_archive(*groups))
+        info = self.report("info", "s.mot")
+        self.assertEqual((len(info["settings"]), info["message"]), (72, "A settings archive."))
+        self.assertEqual(self.report("verify", "s.mot")["message"], "The EEProm holds what the file holds.")
+        change = "--image=s.mot", "--output=t.mot", "set", "TINT=0x3F"
+        self.assertIn("Nothing was written.", self.report("--dry-run", *change)["message"])
+        self.assertEqual(self.report(*change)["message"], "Settings Saved to Archive Disk File: t.mot")
+        self.assertIn("t.mot exists.", self.report(*change, status=4)["message"])
+        groups[0] = 2085, [63]
+        self.assertCountEqual((self.folder / "t.mot").read_text().splitlines(), settings_archive(*groups).splitlines())
+        self.assertEqual(self.report("--image=t.mot", "get", "TINT")["settings"][0]["value"], 63)
+        self.assertEqual(self.report("verify", "t.mot", status=1)["mismatches"],
+                         [{"address": 2085, "expected": 63, "found": self.before[2085] >> 2, "setting": "TINT"}])
+        self.assertEqual(self.report("--yes", "write", "t.mot")["written"], 72)
+        self.assertEqual(self.changed(), {2085: 63 << 2 | self.before[2085] & 3})
+        (self.folder / "s.mot").write_text(settings_archive((2228, [5])))
+        for name, said in ("t.bin", "archive does not have"), ("u.mot", "only a part of the settings"):
+            self.assertIn(said, self.report("--image=s.mot", f"--output={name}", "set", "TINT=1", status=4)["message"])
+        for command in ("verify", "s.mot"), ("--yes", "write", "s.mot"), ("--image=s.mot", "get"), ("set", "TINT=1", "--yes"):
+            self.report("--device=secondary", *command, status=2)
+
+    def test_files_that_are_of_no_use_are_told_with_the_reason(self):
+        self.run_cli("read", "a.mot")
+        lines = (self.folder / "a.mot").read_text().splitlines(keepends=True)
+        for content, said in (
+                ("", "is empty."), ("text\n", "is not an S-Record file."), ("".join(lines[:-1]), "ends before its last record"),
+                ("".join(lines).replace("S113004", "S113104", 1), "a checksum is wrong"), (lines[0] + "x" * 66000, "has a line that is too long"),
+                (lines[0] + "S5\n", "has a record that does not belong"), (record("S0", 0, b"other") + lines[1], "another program")):
+            for name, given in ("f.mot", None), ("-", content.encode()):
+                (self.folder / "f.mot").write_text(content)
+                message = self.report("info", name, given=given, status=4)["message"]
+                self.assertRegex(message, rf"^{name.replace('-', 'Standard input')} .*{said}")
+        self.assertEqual(self.report("info", "g.bin", status=4)["message"], "g.bin does not exist.")
+        self.assertEqual(self.report("info", ".", status=4)["message"], ". is no regular file.")
+        self.assertEqual(self.report("info", "--raw", "-", given=b"123", status=4)["message"], "Standard input has 3 bytes, not 8192.")
+        self.assertIn("no/f.mot could not be saved.", self.report("read", "no/f.mot", status=4)["message"])
+        (self.folder / "half.mot").write_text(lines[0] + lines[1] + lines[-1])
+        self.run_cli("--yes", "write", "half.mot")
+        self.assertEqual(self.primary.read_bytes(), self.before[:16] + b"\xff" * 8176)
 
     def test_bytes_are_shown_and_written(self):
-        self.assertEqual(self.report("peek", "0x5", "4094+3", "8191")["data"],
-                         [{"address": a, "value": self.before[a]} for a in (5, 4094, 4095, 4096, 8191)])
-        self.assertIn(b"2085 0x0825  ", self.run_cli("peek", "2084-2086")[0])
+        report = self.report("peek", "0x5", "4094+3", "8191")
+        self.assertEqual((report["data"], report["bytes"]),
+                         ([{"address": a, "value": self.before[a]} for a in (5, 4094, 4095, 4096, 8191)], 5))
+        self.assertEqual(self.run_cli("peek", "5", "2085+1")[0].decode(), "Device: Primary EEProm, simulated\nRead: 2 bytes\n"
+                         f"   5 0x0005    1 0x01\n2085 0x0825  {self.before[2085]:3} 0x{self.before[2085]:02X}  TINT\n")
         planned = self.report("--dry-run", "poke", "5=1", "6=0x7F", "6=2")
         self.assertEqual((planned["data"], planned["written"]),
                          ([{"address": 5, "value": 1}, {"address": 6, "value": 2}], 0))
@@ -264,7 +324,8 @@ class CommandLine(unittest.TestCase):
 
     def test_check_finds_the_cause(self):
         self.assertEqual(self.report("check")["devices"], {"primary": True, "secondary": True})
-        self.assertIn(b"Secondary EEProm: answers", self.run_cli("check")[0])
+        self.assertEqual(self.run_cli("--device=secondary", "check")[0].decode(),
+                         "The bus is in order.\nDevice: Secondary EEProm, simulated\nPrimary EEProm: answers\nSecondary EEProm: answers\n")
         for arguments, cause in (
                 (("--port=ppdev",), "parport|ppdev"), (("--no-television",), "television has power"),
                 (("--pins=01112010",), "swapped"), (("--pins=21012010",), "SDA stays high"), (("--pins=11212010",), "SCL stays high")):
@@ -359,6 +420,16 @@ class CommandLine(unittest.TestCase):
     def test_draws_a_bar_and_can_be_quiet(self):
         self.assertRegex(self.run_cli("--progress=always", "read", "b.bin")[1], r"50 %, \d+ s left")
         self.assertEqual(self.run_cli("--quiet", "read", "c.bin"), (b"", ""))
+        terminal, stderr = pty.openpty()
+        self.run_cli("--progress=never", "read", "d.bin", stderr=stderr)
+        self.run_cli("check", stderr=stderr)
+        self.run_cli("read", "e.bin", stderr=stderr)
+        os.close(stderr)
+        self.assertTrue(os.read(terminal, 4096).startswith(b"\r[  "))
+        os.close(terminal)
+        out = self.run_cli("read", "f.bin")
+        self.assertRegex(out[0].decode(), r"\AEEProm Image Saved to Disk: f.bin\nDevice: Primary EEProm, simulated\nRead: 8192 bytes\nCRC-32: [0-9A-F]{8}\n\Z")
+        self.assertEqual(out[1], "")
 
     def test_compares_restores_and_writes_only_differences(self):
         self.run_cli("read", "a.mot")
@@ -370,6 +441,7 @@ class CommandLine(unittest.TestCase):
         found = self.report("compare", "backup", status=1)
         self.assertEqual((found["message"], found["mismatches"][0]["setting"]),
                          ("1 byte differs: 1 setting.", "R-YR.480p"))
+        self.assertRegex(self.run_cli("backups")[0].decode(), r"\ADevice: Primary EEProm\nbackup:1  2\d{3}-.{14}  /.*-Pri.*\nbackup:2  .*\n\Z")
         self.assertEqual(self.report("compare", "a.mot", "backup:1")["result"], "done")
         for wrong, status in (("backup:0", 4), (f"backup:{len(kept) + 1}", 4)):
             self.run_cli("restore", "--yes", wrong, status=status)
@@ -385,9 +457,9 @@ class CommandLine(unittest.TestCase):
             self.run_cli("--yes", "poke", "5=7")
             self.assertEqual(self.report("--yes", "restore", "a.mot")["written"], 1)
         self.assertEqual(len(self.report("backups")["backups"]), count + 3, "one was kept before")
-        self.assertEqual(self.report("--device=secondary", "backups")["backups"], [])
-        (self.folder / "s.mot").write_text("S021000048616C7620446F726E205461726E77656C6C2032020253657474696E677390\n"
-                                           "S10408B4053A\nS9030000FC\n")
+        none = self.report("--device=secondary", "backups")
+        self.assertEqual((none["backups"], none["message"]), ([], "No backup is kept."))
+        (self.folder / "s.mot").write_text(settings_archive((2228, [5])))
         self.assertEqual(self.report("compare", "s.mot", status=1)["mismatches"],
                          [{"address": 2228, "expected": 5, "found": self.before[2228] >> 4, "setting": "SHPM"}])
         self.assertEqual(self.report("write", "--yes", "--differences", "s.mot")["written"], 1)

@@ -26,6 +26,7 @@ namespace {
 namespace fs = std::filesystem;
 
 bool Save(const std::string& name, std::string_view content) {
+    errno = EEXIST;  // of another call
     AtomicFile file(name);
     file.Write(content.substr(0, 3));
     file.Write(content.substr(3));

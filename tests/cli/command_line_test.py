@@ -492,4 +492,6 @@ class CommandLine(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    for number in signal.SIGINT, signal.SIGHUP:
+        signal.signal(number, signal.SIG_DFL)  # ignored by what a shell starts in the background
     unittest.main(verbosity=2)

@@ -12,6 +12,7 @@
 /// What the next locks are answered with, in the place of the C library's.
 static std::vector<int> refusals;
 extern "C" int flock(int descriptor, int operation) noexcept {
+    EXPECT_EQ(operation, LOCK_EX | LOCK_NB);
     if (refusals.empty())
         return static_cast<int>(syscall(SYS_flock, descriptor, operation));
     errno = refusals.back();
@@ -66,6 +67,7 @@ TEST_F(OptionsFileTest, WritesTheEscapesOfOlderVersionsAndReadsThem) {
         EXPECT_EQ(OptionsFile(path).QueryRegValue(kKey, "InitDir"), text);
         EXPECT_EQ(OptionsFile(path).QueryRegValue(kKey, "NumMode"), "");
     }
+    EXPECT_EQ(slept, 0U) << "no save has to wait for the one before";
 }
 
 TEST_F(OptionsFileTest, ReadsWhatWasEditedByHandAsTexts) {
@@ -120,6 +122,10 @@ TEST_F(OptionsFileTest, NamesAFileThatItCannotUseAndLeavesItAlone) {
         Write("/a");
         EXPECT_EQ(folder.Read("new/Tarnwell.ini"), damage);
     }
+    testing::internal::CaptureStderr();
+    OptionsFile("/proc/new/Tarnwell.ini").Flush();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "tarnwell: /proc/new/Tarnwell.ini could not be saved.\n");
     std::filesystem::remove(path);
     mkfifo(path.c_str(), 0600);
     Write("/a");

@@ -50,8 +50,11 @@ TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
     TestProgram test;
     const ProgramState& state = test.program.state;
     test.registry.keys = {
-        {kStartup,
-         Values{{"MainTop", "150"}, {"MainLeft", "-30"}, {"EditTop", "1"}, {"EditLeft", "2"}}},
+        {kStartup, Values{{"MainTop", "150"},
+                          {"MainLeft", "-30"},
+                          {"EditTop", "1"},
+                          {"EditLeft", "2"},
+                          {"ComparePlace", "3"}}},
         {kProgOpts, Values{{"InitDir", "/tv"},
                            {"NumMode", "Hex"},
                            {"DataWarn", "NoWarn"},
@@ -82,6 +85,7 @@ TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
     EXPECT_EQ(test.program.ShutDown(), Closing::EndProgram);
     EXPECT_EQ(test.registry.keys[kStartup]["MainTop"] + test.registry.keys[kStartup]["MainLeft"],
               "1-40");
+    EXPECT_EQ(test.outside.place.top, 1);
     EXPECT_EQ(test.registry.keys.count(kProgPort), 0U) << "no key is created at the end";
 }
 
@@ -98,6 +102,7 @@ TEST(GetOSFamily, FollowsTheVersionRecord) {
         EXPECT_THROW(find(platform, major), ProgramEnd) << platform << major;
     outside.versionKnown = false;
     EXPECT_THROW(find(2, 5), ProgramEnd);
+    EXPECT_EQ(user.boxes[4].style, BoxStyle::Critical);
     EXPECT_EQ(user.TakeBoxes()[4],
               "F A T A L   E R R O R|Could not determine the Computer OS!\r\n"
               "The program will now terminate.");

@@ -152,6 +152,13 @@ TEST_F(KernelBusTest, SaysWhatFailed) {
         {EIO, "Input/output error"},
         {ENODEV, "is gone"},
         {EAGAIN, "Another master"},
+        {EPROTO, "a part only"},
+        {EOPNOTSUPP, "cannot send"},
+        {EINVAL, "cannot send"},
+        {EMSGSIZE, "too long. Some adapters"},
+        {ESHUTDOWN, "is gone"},
+        {EBADF, "is gone"},
+        {ENOENT, "is gone"},
     };
     EXPECT_EQ(CheckUnderEachFault({}), BusCheck::Ok);
     for (const auto& [error, line] : kFaults) {
@@ -167,7 +174,9 @@ TEST_F(KernelBusTest, SaysWhatFailed) {
     }
     Primary().writeCycle = std::chrono::hours(1);
     const BusClaim claim(bus);
+    const BusTime before = system.now;
     EXPECT_EQ(bus.WriteByte(0, 1), Transfer::Aborted);
+    EXPECT_EQ((system.now - before) / std::chrono::milliseconds(1), 50);
     EXPECT_THAT(bus.Failure(), testing::HasSubstr("50 ms"));
 }
 

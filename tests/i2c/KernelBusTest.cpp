@@ -208,6 +208,11 @@ TEST_F(KernelBusTest, FindsAnAdapterThatWasUnpluggedWhateverItsDriverSays) {
     EXPECT_EQ(bus.ReadBlock(0, 1), Transfer::Aborted);
     EXPECT_THAT(bus.Failure(), testing::HasSubstr("is gone"));
     EXPECT_FALSE(bus.IsTaken());
+    system.Name(7, "Test adapter");
+    system.fault = {};
+    system.combines = false;
+    t.WillAnswer({Answer::Yes});
+    EXPECT_EQ(Check(), BusCheck::Ok) << "nothing is known of another adapter";
 }
 
 TEST_F(KernelBusTest, LeavesADeviceToTheDriverOfTheKernel) {

@@ -161,6 +161,10 @@ TEST_F(KernelBusTest, SaysWhatFailed) {
         {ENOENT, "is gone"},
     };
     EXPECT_EQ(CheckUnderEachFault({}), BusCheck::Ok);
+    KernelBus fresh = Fresh();
+    system.transfers = 0;
+    EXPECT_EQ(Check(fresh), BusCheck::Ok);
+    EXPECT_EQ(system.transfers, 18U) << "a look is short";
     for (const auto& [error, line] : kFaults) {
         SCOPED_TRACE(line);
         ASSERT_EQ(Check(), BusCheck::Ok);

@@ -35,9 +35,9 @@ def record(kind, address, data):
     return kind + (body + bytes([~sum(body) & 0xFF])).hex().upper() + "\n"
 
 
-def settings_archive(*records):
+def settings_archive(groups):
     header = record("S0", 0, b"Halv Dorn Tarnwell 2\2\2Settings")
-    return header + "".join(record("S1", address, bytes(data)) for address, data in records) + "S9030000FC\n"
+    return header + "".join(record("S1", base, bytes(data)) for base, data in groups.items()) + "S9030000FC\n"
 
 
 class CommandLine(unittest.TestCase):
@@ -164,16 +164,14 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(changed["settings"][0]["value"], 1)
         self.assertEqual((self.folder / "b.bin").read_bytes()[2085], 4 | self.before[2085] & 3)
         self.assertEqual(self.report("get", "TINT", "--image", "b.bin")["settings"][0]["value"], 1)
-        self.assertIn(f"\nTINT            21  0-63      2085  7-2   Global   Main Tint\n", self.run_cli("get")[0].decode())
+        self.assertIn("\nTINT            21  0-63      2085  7-2   Global   Main Tint\n", self.run_cli("get")[0].decode())
 
     def test_settings_archives_are_used_as_images_are(self):
-        everything = sorted(self.report("get")["settings"], key=lambda setting: setting["address"])
-        groups = []
-        for setting in everything:
-            if not groups or groups[-1][0] + len(groups[-1][1]) != setting["address"]:
-                groups.append((setting["address"], []))
-            groups[-1][1].append(setting["value"])
-        (self.folder / "s.mot").write_text(settings_archive(*groups))
+        groups = {}
+        for setting in sorted(self.report("get")["settings"], key=lambda setting: setting["address"]):
+            base = next((base for base, data in groups.items() if base + len(data) == setting["address"]), setting["address"])
+            groups.setdefault(base, []).append(setting["value"])
+        (self.folder / "s.mot").write_text(settings_archive(groups))
         info = self.report("info", "s.mot")
         self.assertEqual((len(info["settings"]), info["message"]), (72, "A settings archive."))
         self.assertEqual(self.report("verify", "s.mot")["message"], "The EEProm holds what the file holds.")
@@ -181,14 +179,14 @@ class CommandLine(unittest.TestCase):
         self.assertIn("Nothing was written.", self.report("--dry-run", *change)["message"])
         self.assertEqual(self.report(*change)["message"], "Settings Saved to Archive Disk File: t.mot")
         self.assertIn("t.mot exists.", self.report(*change, status=4)["message"])
-        groups[0] = 2085, [63]
-        self.assertCountEqual((self.folder / "t.mot").read_text().splitlines(), settings_archive(*groups).splitlines())
+        groups[2085] = [63]
+        self.assertCountEqual((self.folder / "t.mot").read_text().splitlines(), settings_archive(groups).splitlines())
         self.assertEqual(self.report("--image=t.mot", "get", "TINT")["settings"][0]["value"], 63)
         self.assertEqual(self.report("verify", "t.mot", status=1)["mismatches"],
                          [{"address": 2085, "expected": 63, "found": self.before[2085] >> 2, "setting": "TINT"}])
         self.assertEqual(self.report("--yes", "write", "t.mot")["written"], 72)
         self.assertEqual(self.changed(), {2085: 63 << 2 | self.before[2085] & 3})
-        (self.folder / "s.mot").write_text(settings_archive((2228, [5])))
+        (self.folder / "s.mot").write_text(settings_archive({2228: [5]}))
         for name, said in ("t.bin", "archive does not have"), ("u.mot", "only a part of the settings"):
             self.assertIn(said, self.report("--image=s.mot", f"--output={name}", "set", "TINT=1", status=4)["message"])
         for command in ("verify", "s.mot"), ("--yes", "write", "s.mot"), ("--image=s.mot", "get"), ("set", "TINT=1", "--yes"):
@@ -205,10 +203,9 @@ class CommandLine(unittest.TestCase):
                 (self.folder / "f.mot").write_text(content)
                 message = self.report("info", name, given=given, status=4)["message"]
                 self.assertRegex(message, rf"^{name.replace('-', 'Standard input')} .*{said}")
-        self.assertEqual(self.report("info", "g.bin", status=4)["message"], "g.bin does not exist.")
-        self.assertEqual(self.report("info", ".", status=4)["message"], ". is no regular file.")
-        self.assertEqual(self.report("info", "--raw", "-", given=b"123", status=4)["message"], "Standard input has 3 bytes, not 8192.")
-        self.assertIn("no/f.mot could not be saved.", self.report("read", "no/f.mot", status=4)["message"])
+        for line, said in {"info g.bin": "g.bin does not exist.", "info .": ". is no regular file.", "read no/f.mot": "no/f.mot could not be saved. ",
+                           "info --raw -": "Standard input has 3 bytes, not 8192."}.items():
+            self.assertTrue(self.report(*line.split(), given=b"123", status=4)["message"].startswith(said))
         (self.folder / "half.mot").write_text(lines[0] + lines[1] + lines[-1])
         self.run_cli("--yes", "write", "half.mot")
         self.assertEqual(self.primary.read_bytes(), self.before[:16] + b"\xff" * 8176)
@@ -430,7 +427,6 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(self.run_cli("--quiet", "read", "c.bin"), (b"", ""))
         terminal, stderr = pty.openpty()
         self.run_cli("--progress=never", "read", "d.bin", stderr=stderr)
-        self.run_cli("check", stderr=stderr)
         self.run_cli("read", "e.bin", stderr=stderr)
         os.close(stderr)
         self.assertTrue(os.read(terminal, 4096).startswith(b"\r[  "))
@@ -467,7 +463,7 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(len(self.report("backups")["backups"]), count + 3, "one was kept before")
         none = self.report("--device=secondary", "backups")
         self.assertEqual((none["backups"], none["message"]), ([], "No backup is kept."))
-        (self.folder / "s.mot").write_text(settings_archive((2228, [5])))
+        (self.folder / "s.mot").write_text(settings_archive({2228: [5]}))
         self.assertEqual(self.report("compare", "s.mot", status=1)["mismatches"],
                          [{"address": 2228, "expected": 5, "found": self.before[2228] >> 4, "setting": "SHPM"}])
         self.assertEqual(self.report("write", "--yes", "--differences", "s.mot")["written"], 1)

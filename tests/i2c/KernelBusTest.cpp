@@ -144,22 +144,20 @@ TEST_F(KernelBusTest, SendsNoDataOverAnAdapterThatCannotCombineBeforeTheUsersWor
 }
 
 TEST_F(KernelBusTest, SaysWhatFailed) {
-    const std::pair<int, const char*> kFaults[] = {
-        {ENXIO, "does not acknowledge"},
-        {EREMOTEIO, "does not acknowledge"},
-        {ETIMEDOUT, "stuck"},
-        {EBUSY, "stuck"},
-        {EIO, "Input/output error"},
-        {ENODEV, "is gone"},
-        {EAGAIN, "Another master"},
-        {EPROTO, "a part only"},
-        {EOPNOTSUPP, "cannot send"},
-        {EINVAL, "cannot send"},
-        {EMSGSIZE, "too long. Some adapters"},
-        {ESHUTDOWN, "is gone"},
-        {EBADF, "is gone"},
-        {ENOENT, "is gone"},
-    };
+    const std::pair<int, const char*> kFaults[] = {{ENXIO, "does not acknowledge"},
+                                                   {EREMOTEIO, "does not acknowledge"},
+                                                   {ETIMEDOUT, "stuck"},
+                                                   {EBUSY, "stuck"},
+                                                   {EIO, "Input/output error"},
+                                                   {ENODEV, "is gone"},
+                                                   {EAGAIN, "Another master"},
+                                                   {EPROTO, "a part only"},
+                                                   {EOPNOTSUPP, "cannot send"},
+                                                   {EINVAL, "cannot send"},
+                                                   {EMSGSIZE, "too long. Some adapters"},
+                                                   {ESHUTDOWN, "is gone"},
+                                                   {EBADF, "is gone"},
+                                                   {ENOENT, "is gone"}};
     EXPECT_EQ(CheckUnderEachFault({}), BusCheck::Ok);
     KernelBus fresh = Fresh();
     system.transfers = 0;

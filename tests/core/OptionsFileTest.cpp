@@ -81,7 +81,7 @@ TEST_F(OptionsFileTest, ReadsWhatWasEditedByHandAsTexts) {
         {R"(\xe4\xbz\x20AC\101\x)",
          "\xC3\xA4\vz\xE2\x82\xAC"
          "A\\x"},
-        {R"(\x7f\x80\x7ff\x800)", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80"},
+        {R"(\x7f\x80\x7ff\x800\x95d3)", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xE9\x97\x93"},
         {"@DateTime(\\0)", "@DateTime("},
     };
     for (const auto& [value, text] : rows)

@@ -45,6 +45,7 @@ TEST(Compare, ADeviceThatDoesNotAnswerLeavesItsSideEmpty) {
     session.television.Memory(Chip::Secondary)[2363] = 1;
     ASSERT_TRUE(session.compare.Choose(Side::Right, Source::Secondary));
     EXPECT_EQ(session.compare.Summary(), "1 byte differs: 1 byte in 1 place");
+    EXPECT_EQ(session.Status(), "Secondary EEProm Data Read for Comparison");
     EXPECT_EQ(session.program.state.targetDevice, TargetDevice::Primary);
     session.television.Inject({.kind = FaultKind::SclStuckLow});
     EXPECT_FALSE(session.compare.Choose(Side::Right, Source::Primary));
@@ -100,6 +101,7 @@ TEST(Compare, TakenBitsComeIntoTheBufferAndSettingsWaitToBeWritten) {
     session.television.Memory(Chip::Primary)[2087] = 0x88;
     session.television.Memory(Chip::Primary)[100] = 0x12;
     ASSERT_TRUE(session.compare.Choose(Side::Right, Source::Primary));
+    EXPECT_EQ(session.Status(), "Primary EEProm Data Read for Comparison");
     const std::string crc = session.Crc();
     const int tint = *CellAtAddress(2085);
     auto rows = session.compare.Rows();

@@ -73,6 +73,7 @@ TEST(WriteDifferences, AsksAndWritesEachPageOnceFromItsFirstToItsLastDifference)
     run.Write();
     EXPECT_THAT(run.user.TakeBoxes(),
                 ElementsAre("I N F O|The EEProm already holds the memory buffer."));
+    EXPECT_EQ(run.Status(), "");
     for (const int address : {2085, 2363, 64, 95, 96})
         run.Change(address);
     run.Write(Answer::No);
@@ -140,7 +141,10 @@ TEST(WriteDifferences, ListsWhatDoesNotVerifyAfterTheSecondTry) {
     Session run;
     run.Change(2363);
     run.television.Inject({.kind = WrongWrite, .mask = 0x01});
+    run.user.onBox = [&](const Box&) { run.outside.steps.push_back(run.Status()); };
     run.Write();
+    EXPECT_EQ(run.outside.steps.back(), "ERROR: EEP and Memory Buffer Values Do Not Match!");
+    EXPECT_EQ(run.Status(), "");
     EXPECT_EQ(run.user.beeps, 1);
     EXPECT_THAT(run.user.boxes.back().details, HasSubstr("Address 2363 (480i CR02): wrote "));
     EXPECT_THAT(run.user.TakeBoxes().back(),

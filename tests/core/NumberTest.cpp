@@ -9,14 +9,16 @@ namespace {
 using enum NumberMode;
 
 TEST(NumberTest, ParseTable) {
-    const std::tuple<std::string, int, int> rows[] = {{"f", 0, 15},
-                                                      {"1G", 1, 16},
-                                                      {" 1\t2 ", 12, 0x1020},
-                                                      {"12.9", 12, 0x1209},
-                                                      {"-5", -5, 5},
-                                                      {"80000000", 80000000, INT32_MIN},
-                                                      {"2147483648", INT32_MAX, 0x47483648},
-                                                      {"-2147483649", INT32_MIN, 0x47483649}};
+    const std::tuple<std::string, int, int> rows[] = {
+        {"f", 0, 15},
+        {"1G", 1, 16},
+        {" 1\t2 ", 12, 0x1020},
+        {"12.9", 12, 0x1209},
+        {"-5", -5, 5},
+        {"80000000", 80000000, INT32_MIN},
+        {"2147483648", INT32_MAX, 0x47483648},
+        {"-2147483649", INT32_MIN, 0x47483649},
+    };
     for (const auto& [text, decimal, hex] : rows) {
         EXPECT_EQ(ParseNumber(text, Decimal), decimal) << text;
         EXPECT_EQ(ParseNumber(text, Hex), hex) << text;

@@ -22,7 +22,8 @@ struct FakeEeprom {
     std::size_t pointer = 0;
     std::vector<std::uint8_t> latched{};
     BusTime busyUntil{};
-    std::uint64_t stores = 0;
+    std::uint64_t stores = 0;  ///< bytes
+    std::uint64_t cycles = 0;
 
     void Write(const i2c_msg& message) {
         for (std::size_t index = 0; index < message.len; ++index) {
@@ -45,6 +46,7 @@ struct FakeEeprom {
         for (std::size_t index = 0; index < latched.size(); ++index)
             memory[(pointer / 32 * 32 + (pointer + index) % 32) % memory.size()] = latched[index];
         stores += latched.size();
+        cycles += latched.empty() ? 0 : 1;
         busyUntil = latched.empty() ? busyUntil : now + writeCycle;
         latched.clear();
     }

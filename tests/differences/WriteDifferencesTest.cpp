@@ -2,6 +2,7 @@
 #include <random>
 
 #include "differences/DifferenceCount.h"
+#include "support/FakeI2c.h"
 #include "support/TestProgram.h"
 
 namespace tarnwell {
@@ -37,14 +38,17 @@ TEST(DifferencesText, CountsBytesSettingsAndPlaces) {
 }
 
 /// A program that has read a device of random bytes, and a buffer that differs from it.
-struct Session : TestProgram {
+struct Session : FakeKernel, TestProgram {
     EepromImage& primary = television.Memory(Chip::Primary);
     std::mt19937 random{1};
     EepromImage before{};
 
-    Session() : TestProgram({.writeCycle = BusTime(20'000)}) {
+    explicit Session(bool overKernel = false)
+        : TestProgram({.writeCycle = BusTime(20'000)}, kernel) {
         for (std::uint8_t& byte : primary)
             byte = static_cast<std::uint8_t>(random());
+        system.devices.at(0x50).memory.assign(primary.begin(), primary.end());
+        program.state.i2cBus = overKernel ? "Test adapter|" : "";
         program.wholeDevice.ReadEntireEep();
         before = primary;
     }
@@ -54,18 +58,26 @@ struct Session : TestProgram {
         program.writeDifferences.WriteDifferencesToEep();
         user.answers.clear();
     }
+    bool IsOverKernel() const { return !program.state.i2cBus.empty(); }
+    const FakeEeprom& OfKernel() const { return system.devices.at(0x50); }
+    std::span<const std::uint8_t> Held() const {
+        return IsOverKernel() ? std::span<const std::uint8_t>(OfKernel().memory) : primary;
+    }
     bool IsWritten() const {
-        return std::equal(primary.begin(), primary.end(), program.buffer.begin());
+        return std::ranges::equal(Held(), std::span(program.buffer).first(kEepromBytes));
     }
     int PagesThatDiffer() const {
         int pages = 0;
         for (std::size_t page = 0; page < kEepromBytes; page += kPageBytes)
-            pages += std::equal(&primary[page], &primary[page] + kPageBytes, &program.buffer[page])
+            pages += std::ranges::equal(Held().subspan(page, kPageBytes),
+                                        std::span(program.buffer).subspan(page, kPageBytes))
                          ? 0
                          : 1;
         return pages;
     }
-    std::uint64_t Cycles() const { return television.Count(WireEvent::WriteCycle); }
+    std::uint64_t Cycles() const {
+        return IsOverKernel() ? OfKernel().cycles : television.Count(WireEvent::WriteCycle);
+    }
 };
 
 TEST(WriteDifferences, AsksAndWritesEachPageOnceFromItsFirstToItsLastDifference) {
@@ -111,18 +123,20 @@ TEST(WriteDifferences, AsksAndWritesEachPageOnceFromItsFirstToItsLastDifference)
     EXPECT_THAT(fresh.user.TakeBoxes(), ElementsAre("E R R O R|Must First Read the EEPROM! "));
 }
 
-TEST(WriteDifferences, LeavesBufferAndDeviceEqualWhateverTheyHeld) {
-    Session run;
-    for (int round = 0; round < 12; ++round) {
-        const int changes = 1 << run.random() % 14;
-        for (int change = 0; change < changes; ++change)
-            run.program.buffer[run.random() % kEepromBytes] =
-                static_cast<std::uint8_t>(run.random());
-        const auto pages = static_cast<std::uint64_t>(run.PagesThatDiffer());
-        const std::uint64_t cycles = run.Cycles();
-        run.Write();
-        ASSERT_TRUE(run.IsWritten()) << round;
-        ASSERT_EQ(run.Cycles() - cycles, pages) << round;
+TEST(WriteDifferences, LeavesBufferAndDeviceEqualWhateverTheyHeldOnBothBuses) {
+    for (const bool overKernel : {false, true}) {
+        Session run(overKernel);
+        for (int round = 0; round < 12; ++round) {
+            const int changes = 1 << run.random() % 14;
+            for (int change = 0; change < changes; ++change)
+                run.program.buffer[run.random() % kEepromBytes] =
+                    static_cast<std::uint8_t>(run.random());
+            const auto pages = static_cast<std::uint64_t>(run.PagesThatDiffer());
+            const std::uint64_t cycles = run.Cycles();
+            run.Write();
+            ASSERT_TRUE(run.IsWritten()) << round;
+            ASSERT_EQ(run.Cycles() - cycles, pages) << round;
+        }
     }
 }
 

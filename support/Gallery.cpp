@@ -208,12 +208,13 @@ void Exhibition::ShowMenus() {
                                      {"menu-edit", "mnuEdit"},
                                      {"menu-eep", "mnuEEP"},
                                      {"menu-options", "mnuOptions"},
+                                     {"menu-port", "mnuPort"},
                                      {"menu-help", "mnuHelp"}}) {
-        QAction& action = *Child<QMenu>(window_, item).menuAction();
-        window_.menuBar()->setActiveAction(&action);
-        Settle(*action.menu());
-        visit_(name, *action.menu());
-        action.menu()->close();
+        QMenu& menu = Child<QMenu>(window_, item);
+        menu.popup(window_.pos());
+        Settle(menu);
+        visit_(name, menu);
+        menu.close();
     }
 }
 

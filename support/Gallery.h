@@ -17,8 +17,8 @@ namespace tarnwell {
 /// interface-test-faults (with the longest diagnosis), about,
 /// driver-path, fill-value, save-image, load-image, verify-question, secondary-question,
 /// verify-failed, compare, differences-question (both with three kinds of differences), backups,
-/// menu-file, menu-edit, menu-eep, menu-options, menu-help, menu-cell, menu-grid, menu-pending,
-/// go-to and find (each with what it says of a wrong text).
+/// menu-file, menu-edit, menu-eep, menu-options, menu-port, menu-help, menu-cell, menu-grid,
+/// menu-pending, go-to and find (each with what it says of a wrong text).
 void WalkGallery(const std::function<void(const std::string& name, QWidget& window)>& visit);
 
 }  // namespace tarnwell

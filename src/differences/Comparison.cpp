@@ -1,5 +1,7 @@
 #include "differences/Comparison.h"
 
+#include <algorithm>
+
 #include "core/Number.h"
 #include "core/files/AtomicFile.h"
 #include "differences/DifferenceCount.h"
@@ -45,6 +47,17 @@ std::string Joined(const Texts& texts, char separator) {
     return line + '\n';
 }
 
+/// A list outlives the program's number mode: 10 may be 16.
+DifferenceTexts HeadOf(NumberMode mode) {
+    DifferenceTexts head;
+    std::ranges::copy(kDifferenceColumns, head.begin());
+    if (mode == NumberMode::Hex) {
+        for (const std::size_t column : {kAddressColumn, kLeftColumn, kRightColumn})
+            head[column] += " (hex)";
+    }
+    return head;
+}
+
 }  // namespace
 
 std::vector<DifferenceRow> DifferenceRows(TargetDevice device, const MemoryBuffer& left,
@@ -85,7 +98,7 @@ DifferenceTexts TextsOf(const DifferenceRow& row, NumberMode mode) {
 }
 
 std::string ListText(const std::vector<DifferenceRow>& rows, NumberMode mode, char separator) {
-    std::string text = Joined(kDifferenceColumns, separator);
+    std::string text = Joined(HeadOf(mode), separator);
     for (const DifferenceRow& row : rows) {
         if (row.cell) {
             text += Joined(TextsOf(row, mode), separator);

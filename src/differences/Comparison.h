@@ -25,6 +25,7 @@ std::vector<DifferenceRow> DifferenceRows(TargetDevice device, const MemoryBuffe
 
 inline constexpr std::array<std::string_view, 5> kDifferenceColumns{"Address", "Setting", "Format",
                                                                     "Left", "Right"};
+inline constexpr std::size_t kAddressColumn = 0;
 inline constexpr std::size_t kLeftColumn = 3;
 inline constexpr std::size_t kRightColumn = 4;
 using DifferenceTexts = std::array<std::string, kDifferenceColumns.size()>;
@@ -37,7 +38,8 @@ DifferenceTexts TextsOf(const DifferenceRow& row, NumberMode mode);
 DifferenceTexts TextsOf(const Mismatch& byte, NumberMode mode);
 
 /// A line for each setting and each byte of a place, columns parted by `separator`, with the
-/// columns' names first and each line ended by "\n". No text holds a tabulator or a comma.
+/// columns' names first, which tell hexadecimal numbers, and each line ended by "\n". No text holds
+/// a tabulator or a comma.
 std::string ListText(const std::vector<DifferenceRow>& rows, NumberMode mode, char separator);
 
 /// Writes the rows as comma-separated values into the file `path`, whole or not at all; false if

@@ -24,6 +24,8 @@ TEST(DifferenceRows, ASettingIsARowAndNeighboursAreAPlace) {
     EXPECT_EQ(ListText(rows, NumberMode::Decimal, '\t'),
               "Address\tSetting\tFormat\tLeft\tRight\n16\t\t\t1\t0\n17\t\t\t2\t0\n19\t\t\t0\t9\n"
               "2084\t\t\t3\t0\n2085\t\t\t5\t0\n2085\tTINT\t\t1\t0\n2363\tCR02\t480i\t4\t0\n");
+    EXPECT_EQ(ListText({rows[0]}, NumberMode::Hex, ','),
+              "Address (hex),Setting,Format,Left (hex),Right (hex)\n10,,,1,0\n11,,,2,0\n");
     ASSERT_EQ(rows.size(), 5U);
     EXPECT_THAT(TextsOf(rows[0], NumberMode::Hex), ElementsAre("10 - 11", "2 bytes", "", "", ""));
     EXPECT_EQ(DifferenceRows(TargetDevice::Secondary, With({{2085, 5}}), {})[0].cell, std::nullopt);

@@ -244,7 +244,7 @@ class CommandLine(unittest.TestCase):
 
     def test_wrong_arguments(self):
         for line, reason in {
-                "": "command", "raed x": "Did you mean read", "rstor": "Did you mean restore", "read": "FILE", "read a b": "One FILE", "--bogus check": "bogus",
+                "": "command", "raed x": "Did you mean read", "rstor": "Did you mean restore", "est x": "Did you mean set", "read": "FILE", "read a b": "One FILE", "--bogus check": "bogus",
                 "get tnit": "Did you mean TINT", "get itnt": "Did you mean TINT", "get r-yr.080i": "R-YR.480i", "get R-YR.480": "Did you mean R-YR.480i", "get TINT.VGA": "no formats",
                 "set TINT=64": "0 to 63", "set TINT": "=", "set TINT=-1": "number", "peek 8192": "8191", "peek 9-8": "range", "peek 8190+3": "range",
                 "peek 1+0": "range", "poke 1=256": "255", "poke 0x=1": "number", "--pins=11112010 check": "pin",
@@ -343,8 +343,8 @@ class CommandLine(unittest.TestCase):
         for fault, arguments, status, said in (
                 ("AdapterGone Access 0", ("check",), 3, "no adapter"), ("LinesJoined Access 0", ("check",), 3, "joined"),
                 ("SdaStuckLow Access 0", ("check",), 3, "SDA"), ("InputsInverted Access 0", ("check",), 3, "SCL and SDA stay low"),
-                ("SclStuckLow Access 90000", ("read", "x.mot"), 3, "Hardware Problem"), ("DeviceSilent Access 9000", ("get",), 3, "Hardware"),
-                ("PortFails Access 40000", ("--yes", "poke", "7=1"), 3, "Hardware"),
+                ("SclStuckLow Access 90000", ("read", "x.mot"), 3, "Hardware Problem"), ("DeviceSilent Access 9000", ("get",), 3, r"Hardware Problem[.] Find the cause with 'tarnwell-cli check'[.]\Z"),
+                ("PortFails Access 40000", ("--yes", "poke", "7=1"), 3, r"Problem[.] The simulated port has failed[.] Plug it in again and repeat the command[.]\Z"),
                 ("LostWrite WriteCycle 2", ("--yes", "poke", "7=1", "2085=3"), 5, "not programmed correctly"),
                 ("WrongWrite WriteCycle 8192", ("--yes", "write", "a.bin"), 5, "not programmed correctly"),
                 ("DeviceSilent WriteCycle 2", ("--yes", "write", "a.bin"), 3, " 1 byte was written and"),

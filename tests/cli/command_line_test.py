@@ -133,9 +133,9 @@ class CommandLine(unittest.TestCase):
         (self.folder / "new.bin").write_bytes(image)
         differing = sum(old != new for old, new in zip(self.before, image))
         planned = self.run_cli("--dry-run", "write", "new.bin")[0].decode()
-        self.assertIn(f"of which {differing} change\n", planned)
+        self.assertEqual((f"of which {differing} change\n" in planned, planned.count(" becomes ")), (True, differing))
         report = self.report("--yes", "write", "new.bin")
-        self.assertEqual(report["written"], 8192)
+        self.assertEqual((report["written"], report["crc"]), (8192, self.report("info", "new.bin")["crc"]))
         self.assertEqual(self.primary.read_bytes(), image)
         self.assertEqual(self.image_of(report["backup"]), self.before)
         self.run_cli("write", "--yes", "--raw", "-", given=self.before)
@@ -158,10 +158,11 @@ class CommandLine(unittest.TestCase):
         wanted = {2085: 0x15 << 2 | self.before[2085] & 3, 2365: 3, 2401: 4, 2437: 3, 2473: 3}
         self.assertEqual(self.changed(), {a: v for a, v in wanted.items() if v != self.before[a]})
         self.assertEqual(report["written"], len(self.changed()))
-        self.assertEqual(self.report("--yes", "set", "TINT=21")["written"], 0)
+        report = self.report("--yes", "set", "TINT=21")
+        self.assertEqual((report["written"], report["message"]), (0, "No settings were changed; The EEProm was not modified."))
         self.run_cli("read", "a.mot")
         changed = self.report("--image=a.mot", "--output=b.bin", "set", "TINT=1")
-        self.assertEqual(changed["settings"][0]["value"], 1)
+        self.assertEqual((changed["settings"][0]["value"], changed["crc"]), (1, self.report("info", "b.bin")["crc"]))
         self.assertEqual((self.folder / "b.bin").read_bytes()[2085], 4 | self.before[2085] & 3)
         self.assertEqual(self.report("get", "TINT", "--image", "b.bin")["settings"][0]["value"], 1)
         self.assertIn("\nTINT            21  0-63      2085  7-2   Global   Main Tint\n", self.run_cli("get")[0].decode())
@@ -221,9 +222,11 @@ class CommandLine(unittest.TestCase):
                          ([{"address": 5, "value": 1}, {"address": 6, "value": 2}], 0))
         kept = len(list(self.backups.iterdir()))
         self.assertEqual(self.changed(), {})
+        self.assertRegex(self.run_cli("--yes", "poke", "5=1")[0].decode(), r"\AEEP Verified OK; New Data Written to EEProm\nDevice: Primary "
+                         r"EEProm, simulated\nRead: 8192 bytes\nWritten: 1 byte\nBackup: /.*\n\Z")
         report = self.report("--yes", "poke", "5=1", "6=0x7F", "6=2")
         self.assertEqual((report["written"], self.changed()), (2, {6: 2}))
-        self.assertEqual(len(list(self.backups.iterdir())), kept + 1)
+        self.assertEqual(len(list(self.backups.iterdir())), kept + 2)
 
     def test_asks_on_a_terminal_only(self):
         for arguments, question in (
@@ -231,7 +234,7 @@ class CommandLine(unittest.TestCase):
                 (("poke", "5=2", "6=3"), "\nWrite 2 new values to the EEP? [y/N] "),
                 (("set", "TINT=9", "CLP=3"), " (CLP.1080i): "),
                 (("set", "TINT=9"), "\nWrite settings values to EEPROM? [y/N] "),
-                (("write", "a.bin"), "\nWrite memory buffer to EEProm? [y/N] ")):
+                (("write", "a.bin"), f"\n  and {sum(map(bool, self.before)) - 100} more\nWrite memory buffer to EEProm? [y/N] ")):
             (self.folder / "a.bin").write_bytes(bytes(8192))
             for answer in (b"\n", b"yess\n", b"\x04"):
                 self.assertIn(question, self.on_terminal(answer, *arguments, status=6))
@@ -303,7 +306,8 @@ class CommandLine(unittest.TestCase):
             out, err = process.communicate(timeout=10)
             self.assertEqual(process.returncode, 128 + number, err)
             report = json.loads(out)
-            self.assertEqual(report["result"], "interrupted")
+            count = f" {report.get('written')} bytes were written and not verified: repeat the command." if command == "write" else ""
+            self.assertEqual((report["result"], report["message"]), ("interrupted", f"Stopped by {number.name}.{count}"))
             self.assertIn(report["bytes"], (8192,) if command == "write" else range(100, 8192))
             if command == "write":
                 self.assertEqual(sorted(self.changed()), list(range(report["written"])))
@@ -438,20 +442,25 @@ class CommandLine(unittest.TestCase):
         self.run_cli("--yes", "set", "R-YR.480p=7")
         kept = self.report("backups")["backups"]
         self.assertEqual([backup["number"] for backup in kept], list(range(1, len(kept) + 1)))
+        self.assertTrue(all(Path(backup["file"]).is_file() for backup in kept))
         self.assertRegex(kept[0]["kept"], r"\A\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\Z")
         found = self.report("compare", "backup", status=1)
         self.assertEqual((found["message"], found["mismatches"][0]["setting"]),
                          ("1 byte differs: 1 setting.", "R-YR.480p"))
         self.assertRegex(self.run_cli("backups")[0].decode(), r"\ADevice: Primary EEProm\nbackup:1  2\d{3}-.{14}  /.*-Pri.*\nbackup:2  .*\n\Z")
         self.assertEqual(self.report("compare", "a.mot", "backup:1")["result"], "done")
-        for wrong, status in (("backup:0", 4), (f"backup:{len(kept) + 1}", 4)):
-            self.run_cli("restore", "--yes", wrong, status=status)
+        for wrong in "backup:0", f"backup:{len(kept) + 1}", "backup:1x", "backup:":
+            self.run_cli("restore", "--yes", wrong, status=4)
         self.run_cli("restore", status=6)
         asked = self.on_terminal(b"y\n", "restore", "a.mot")
         self.assertIn("Restore 1 byte of the Primary EEProm? [y/N]", asked)
         self.assertEqual(self.primary.read_bytes(), self.before)
         self.run_cli("--yes", "poke", "5=3", "6=4")
-        self.assertEqual(self.report("write", "--yes", "--differences", "a.mot")["written"], 2)
+        planned = self.report("write", "--dry-run", "--differences", "a.mot")
+        self.assertEqual((planned["data"], planned["written"]), ([{"address": a, "value": self.before[a]} for a in (5, 6)], 0))
+        self.assertEqual(self.report("write", "--yes", "--differences", "a.mot")["message"], "EEP Verified OK; 2 Bytes Written")
+        again = self.report("write", "--yes", "--differences", "a.mot")
+        self.assertEqual((again["written"], again["message"]), (0, "The EEProm already holds what is to be written."))
         self.assertEqual(self.primary.read_bytes(), self.before)
         count = len(self.report("backups")["backups"])
         for _ in range(2):
@@ -460,8 +469,9 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(len(self.report("backups")["backups"]), count + 3, "one was kept before")
         self.assertEqual([self.report("--device=secondary", "backups")[key] for key in ("backups", "message")], [[], "No backup is kept."])
         (self.folder / "s.mot").write_text(settings_archive({2228: [5]}))
-        self.assertEqual(self.report("compare", "s.mot", status=1)["mismatches"],
-                         [{"address": 2228, "expected": 5, "found": self.before[2228] >> 4, "setting": "SHPM"}])
+        found = self.report("compare", "s.mot", status=1)
+        self.assertEqual((found["message"], found["mismatches"]), ("1 byte differs: 1 setting.", [
+            {"address": 2228, "expected": 5, "found": self.before[2228] >> 4, "setting": "SHPM"}]))
         self.assertEqual(self.report("write", "--yes", "--differences", "s.mot")["written"], 1)
         self.assertEqual(self.report("compare", "a.mot", "s.mot", status=1)["mismatches"][0]["found"], 5)
         self.assertEqual(self.changed(), {2228: 0x50 | self.before[2228] & 15})

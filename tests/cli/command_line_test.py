@@ -103,8 +103,7 @@ class CommandLine(unittest.TestCase):
 
     def test_reads_and_verifies_archives_and_bytes(self):
         report = self.report("read", "a.mot")
-        self.assertEqual((report["command"], report["device"], report["port"], report["simulated"], report["bytes"]),
-                         ("read", "primary", "simulated", True, 8192))
+        self.assertEqual((report["command"], report["device"], report["port"], report["simulated"], report["bytes"]), ("read", "primary", "simulated", True, 8192))
         self.assertEqual(self.image_of("a.mot"), self.before)
         self.run_cli("read", "a.bin")
         self.assertEqual((self.folder / "a.bin").read_bytes(), self.before)
@@ -183,8 +182,7 @@ class CommandLine(unittest.TestCase):
         groups[2085] = [63]
         self.assertCountEqual((self.folder / "t.mot").read_text().splitlines(), settings_archive(groups).splitlines())
         self.assertEqual(self.report("--image=t.mot", "get", "TINT")["settings"][0]["value"], 63)
-        self.assertEqual(self.report("verify", "t.mot", status=1)["mismatches"],
-                         [{"address": 2085, "expected": 63, "found": self.before[2085] >> 2, "setting": "TINT"}])
+        self.assertEqual(self.report("verify", "t.mot", status=1)["mismatches"], [{"address": 2085, "expected": 63, "found": self.before[2085] >> 2, "setting": "TINT"}])
         self.assertEqual(self.report("--yes", "write", "t.mot")["written"], 72)
         self.assertEqual(self.changed(), {2085: 63 << 2 | self.before[2085] & 3})
         (self.folder / "s.mot").write_text(settings_archive({2228: [5]}))
@@ -213,13 +211,11 @@ class CommandLine(unittest.TestCase):
 
     def test_bytes_are_shown_and_written(self):
         report = self.report("peek", "0x5", "4094+3", "8191")
-        self.assertEqual((report["data"], report["bytes"]),
-                         ([{"address": a, "value": self.before[a]} for a in (5, 4094, 4095, 4096, 8191)], 5))
+        self.assertEqual((report["data"], report["bytes"]), ([{"address": a, "value": self.before[a]} for a in (5, 4094, 4095, 4096, 8191)], 5))
         self.assertEqual(self.run_cli("peek", "5", "2085+1")[0].decode(), "Device: Primary EEProm, simulated\nRead: 2 bytes\n"
                          f"   5 0x0005    1 0x01\n2085 0x0825  {self.before[2085]:3} 0x{self.before[2085]:02X}  TINT\n")
         planned = self.report("--dry-run", "poke", "5=1", "6=0x7F", "6=2")
-        self.assertEqual((planned["data"], planned["written"]),
-                         ([{"address": 5, "value": 1}, {"address": 6, "value": 2}], 0))
+        self.assertEqual((planned["data"], planned["written"]), ([{"address": 5, "value": 1}, {"address": 6, "value": 2}], 0))
         kept = len(list(self.backups.iterdir()))
         self.assertEqual(self.changed(), {})
         self.assertRegex(self.run_cli("--yes", "poke", "5=1")[0].decode(), r"\AEEP Verified OK; New Data Written to EEProm\nDevice: Primary "
@@ -445,8 +441,7 @@ class CommandLine(unittest.TestCase):
         self.assertTrue(all(Path(backup["file"]).is_file() for backup in kept))
         self.assertRegex(kept[0]["kept"], r"\A\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\Z")
         found = self.report("compare", "backup", status=1)
-        self.assertEqual((found["message"], found["mismatches"][0]["setting"]),
-                         ("1 byte differs: 1 setting.", "R-YR.480p"))
+        self.assertEqual((found["message"], found["mismatches"][0]["setting"]), ("1 byte differs: 1 setting.", "R-YR.480p"))
         self.assertRegex(self.run_cli("backups")[0].decode(), r"\ADevice: Primary EEProm\nbackup:1  2\d{3}-.{14}  /.*-Pri.*\nbackup:2  .*\n\Z")
         self.assertEqual(self.report("compare", "a.mot", "backup:1")["result"], "done")
         for wrong in "backup:0", f"backup:{len(kept) + 1}", "backup:1x", "backup:":

@@ -426,8 +426,8 @@ class CommandLine(unittest.TestCase):
         self.assertRegex(self.run_cli("--progress=always", "read", "b.bin")[1], r"50 %, \d+ s left")
         self.assertEqual(self.run_cli("--quiet", "read", "c.bin"), (b"", ""))
         terminal, stderr = pty.openpty()
-        for show in "never", "auto":
-            self.run_cli(f"--progress={show}", "read", f"{show}.bin", stderr=stderr)
+        self.run_cli("--progress=never", "read", "d.bin", stderr=stderr)
+        self.run_cli("read", "e.bin", stderr=stderr)
         self.assertTrue(os.read(terminal, 4096).startswith(b"\r[  "))
         self.assertRegex("".join(map(str, self.run_cli("read", "f.bin"))), r"\Ab'EEProm Image Saved to Disk: f.bin\\nDevice: Primary EEProm, "
                          r"simulated\\nRead: 8192 bytes\\nCRC-32: [0-9A-F]+\\n'\Z")
@@ -437,8 +437,7 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(self.report("compare", "a.mot")["message"], "No differences.")
         self.run_cli("--yes", "set", "R-YR.480p=7")
         kept = self.report("backups")["backups"]
-        self.assertEqual([backup["number"] for backup in kept], list(range(1, len(kept) + 1)))
-        self.assertTrue(all(Path(backup["file"]).is_file() for backup in kept))
+        self.assertEqual([(backup["number"], Path(backup["file"]).is_file()) for backup in kept], [(n + 1, True) for n in range(len(kept))])
         self.assertRegex(kept[0]["kept"], r"\A\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\Z")
         found = self.report("compare", "backup", status=1)
         self.assertEqual((found["message"], found["mismatches"][0]["setting"]), ("1 byte differs: 1 setting.", "R-YR.480p"))

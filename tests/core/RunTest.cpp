@@ -50,17 +50,15 @@ TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
     TestProgram test;
     const ProgramState& state = test.program.state;
     test.registry.keys = {
-        {kStartup, Values{{"MainTop", "150"},
-                          {"MainLeft", "-30"},
-                          {"EditTop", "1"},
-                          {"EditLeft", "2"},
-                          {"ComparePlace", "3"}}},
+        {kStartup,
+         Values{{"MainTop", "150"}, {"MainLeft", "-30"}, {"EditTop", "1"}, {"EditLeft", "2"}}},
         {kProgOpts, Values{{"InitDir", "/tv"},
                            {"NumMode", "Hex"},
                            {"DataWarn", "NoWarn"},
                            {"ReadTwice", "True"}}},
         {kProgPort,
          Values{{"PortAddr", "632"}, {"PortOpts", "21012010"}, {"I2CBus", "u|/dev/i2c-7"}}}};
+    test.registry.keys[kStartup]["ComparePlace"] = "3";
     const auto stored = test.registry.keys;
     test.program.StartUp(test.outside);
     EXPECT_EQ(test.outside.place.top * 1000 + test.outside.place.left, 149970);

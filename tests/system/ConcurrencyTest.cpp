@@ -4,30 +4,6 @@
 namespace tarnwell {
 namespace {
 
-TEST(Concurrency, ASecondInstanceIsRefusedUntilTheFirstHasEnded) {
-    const TemporaryFolder folder;
-    std::atomic<int>& claimed = SharedNumber();
-    const pid_t first = Fork([&] {
-        Instance instance{folder.Path()};
-        const BusClaim claim(instance.program.i2c);
-        claimed = 1;
-        pause();
-    });
-    while (claimed == 0)
-        usleep(1000);
-
-    Instance second{folder.Path()};
-    second.program.wholeDevice.ReadEntireEep();
-    EXPECT_THAT(second.quiet.user.lastBox,
-                testing::MatchesRegex(".*\r\nThe simulated television is in use by another program "
-                                      "\\(.*, process " +
-                                      std::to_string(first) + "\\). Close it and try again."));
-    EXPECT_FALSE(second.program.state.EepRead);
-    End(first, SIGKILL);
-    second.program.wholeDevice.ReadEntireEep();
-    EXPECT_TRUE(second.program.state.EepRead);
-}
-
 TEST(Concurrency, CommandsOfTwoInstancesNeverInterleave) {
     constexpr std::int16_t kBytes = 24;
     const TemporaryFolder folder;

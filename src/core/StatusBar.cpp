@@ -24,6 +24,11 @@ void StatusBar::PutStatus(std::string_view message) {
     screen_.Changed(Shown::StatusPanel);
 }
 
+void StatusBar::PutInBackground(std::string_view text) {
+    PutStatus(text);
+    showsBackground_ = true;
+}
+
 void StatusBar::StopTimer() {
     msgTimer_.Stop();
     timerDue_ = false;
@@ -44,8 +49,7 @@ void StatusBar::MsgTimerFired() {
 void StatusBar::ShowBackground() {
     if (!background_ || !(status_.empty() || showsBackground_))
         return;
-    PutStatus(background_());
-    showsBackground_ = true;
+    PutInBackground(background_());
 }
 
 void StatusBar::EndCommand() {

@@ -40,6 +40,9 @@ class StatusBar {
     /// Writes straight into the status panel; the timer is left alone.
     void PutStatus(std::string_view message);
 
+    /// Writes into the status panel until the background's text is shown anew.
+    void PutInBackground(std::string_view text);
+
     /// A message that waits to be cleared stays.
     void StopTimer();
 

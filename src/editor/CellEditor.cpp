@@ -69,7 +69,7 @@ void CellEditor::BeginCellEdit(std::string_view character) {
     statusBar_.StopTimer();
     record_.EditAddress =
         NumberText(static_cast<std::uint32_t>(grid_.Current().Address()), state_.numberMode);
-    statusBar_.PutStatus("Editing EEPROM Address: " + record_.EditAddress);
+    statusBar_.PutInBackground("Editing EEPROM Address: " + record_.EditAddress);
 }
 
 bool CellEditor::CheckEditValue() {

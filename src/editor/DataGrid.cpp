@@ -130,15 +130,18 @@ void DataGrid::SetEditText(std::string text) {
 }
 
 void DataGrid::AbandonEntry() {
-    entryIsOpen_ = false;
-    SetEditText(Text(current_));
-    view_.EditBoxClosed();
+    EndEntry(Text(current_));
 }
 
 void DataGrid::CloseEntry() {
+    EndEntry("");
+}
+
+void DataGrid::EndEntry(std::string text) {
     entryIsOpen_ = false;
-    SetEditText("");
+    SetEditText(std::move(text));
     view_.EditBoxClosed();
+    statusBar_.ShowBackground();
 }
 
 }  // namespace tarnwell

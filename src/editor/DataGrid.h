@@ -129,6 +129,7 @@ class DataGrid final : public NumberDisplay {
 
   private:
     void Move(GridCell cell, std::optional<GridCell> anchor);
+    void EndEntry(std::string text);
     static std::size_t Index(GridCell cell) { return static_cast<std::size_t>(cell.Address()); }
 
     ProgramState& state_;

@@ -35,9 +35,10 @@ void ValueEditor::EditCell(int cell, std::optional<char> digit) {
     edit_ = Edit{cell, cells_.MarkOf(cell), cells_.Colour(cell), 0, false};
     edit_->value = StartValue();
     cells_.SetColour(cell, CellColour::Editing);
+    statusBar_.StopTimer();
+    statusBar_.PutInBackground(Description());
     if (digit)
         TypeDigit(*digit);
-    statusBar_.ShowBackground();
     view_.ShowFormEdit();
     if (EndEdit() == Accepted::Changed)
         step.Call({.what = CellTitle(cell), .from = before, .to = cells_.Value(cell)});

@@ -189,7 +189,17 @@ TEST_F(EditorTest, NamesTheCurrentByteOnceMessagesHaveGone) {
     EXPECT_EQ(test.Status(), "2085: TINT, bits 2 to 7");
     editor.MoveTo(At(2086));
     EXPECT_EQ(test.Status(), "");
-    editor.MoveTo(At(2085));
+    program.editorPage.ToggleEditor();
+    const std::function<void()> ends[] = {[&] { editor.KeyPressed(EditKey::Escape); },
+                                          [&] { editor.Scrolled(); },
+                                          [&] { editor.SettleEntry(); }};
+    for (const auto& end : ends) {
+        editor.MoveTo(At(2086));
+        editor.MoveTo(At(2085));
+        EXPECT_EQ(test.Status(), "Editing EEPROM Address: 2085");
+        end();
+        EXPECT_EQ(test.Status(), "2085: TINT, bits 2 to 7");
+    }
     program.state.targetDevice = TargetDevice::Secondary;
     program.statusBar.ShowBackground();
     EXPECT_EQ(test.Status(), "");

@@ -46,7 +46,7 @@ TEST_F(EditingTest, ValuesAreTypedAndSteppedFromAnywhereInTheEditor) {
         auto& abort = Child<QPushButton>(edit, "cmdCancel");
         auto& bar = Child<QScrollBar>(edit, "VScroll1");
         const auto& readout = Child<QLabel>(edit, "Label1");
-        EXPECT_EQ(readout.text(), "1");
+        EXPECT_EQ(readout.text() + ", " + status(), "1, R-YR 480p: 0 to 15, was 142");
         for (const auto& [pressed, on, shown] :
              {std::tuple<int, QWidget*, const char*>(Qt::Key_2, &ok, "12"),
               {Qt::Key_Up, &ok, "13"},
@@ -121,7 +121,10 @@ TEST_F(EditingTest, GoesToPlacesAndFindsBytes) {
     EXPECT_EQ(Child<QLabel>(find, "lblFindProblem").text(),
               "Type bytes from 0 to 255, or ?? for any byte");
     wanted.setText("4 ?? 0x6");
+    program.state.editorWarning = kShowWarning;
+    script.then([](QWidget& warning) { static_cast<QDialog&>(warning).accept(); });
     QTest::mouseClick(&Child<QPushButton>(find, "cmdFindNext"), Qt::LeftButton);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&find, kPatience)) << "also after the editor's warning";
     EXPECT_EQ(status(), "1 of 33, wrapped");
     EXPECT_TRUE(tabs().currentIndex() == 5 && current().Address() == 4);
     QTest::keyClick(&wanted, Qt::Key_F3);
@@ -168,15 +171,27 @@ TEST_F(EditingTest, SeveralBytesAreSelectedCopiedPastedAndTakenBack) {
     EXPECT_EQ(status(), "Pending EEP Write Taken Back");
     EXPECT_EQ(child("lblAddy_3").focusPolicy(), Qt::NoFocus);
 
-    clickByte(2, 1);
-    for (const int column : {2, 3}) {
-        const QPointF place = grid.visualRect(grid.model()->index(2, column)).center();
-        QMouseEvent drag(QEvent::MouseMove, place, grid.viewport()->mapToGlobal(place),
-                         Qt::NoButton, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(grid.viewport(), &drag);
+    QWidget& seen = *grid.viewport();
+    const auto centre = [&](int column) {
+        return grid.visualRect(grid.model()->index(2, column)).center();
+    };
+    const int below = grid.rowAt(seen.height() - 1) + 1;
+    for (const auto& [to, end] : {std::pair(centre(3), GridCell{2, 3}),
+                                  {{centre(2).x(), seen.height()}, {below, 2}},
+                                  {{9999, 9999}, {511, 16}},
+                                  {{1, -999}, {0, 1}}}) {
+        program.cellEditor.MoveTo({2, 2});
+        QTest::mousePress(&seen, Qt::LeftButton, {}, centre(2));
+        QTest::mouseMove(&seen, to);
+        EXPECT_TRUE(QTest::qWaitFor([&, end = end] { return current() == end; }, kPatience));
+        QTest::mouseRelease(&seen, Qt::LeftButton);
+        QTest::mouseMove(&seen, centre(9));
+        QTest::qWait(120);
+        EXPECT_EQ(current(), end);
+        chooseOf("DataGrid", "mnuGridCopy");
+        EXPECT_EQ(QGuiApplication::clipboard()->text().count(' '), abs(end.Address() - 33));
     }
-    chooseOf("DataGrid", "mnuGridCopy");
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), "32 33 34");
+    program.cellEditor.MoveTo({2, 2});
     clickByte(3, 2);
     EXPECT_EQ(grid.selectionModel()->selectedIndexes().size(), 0);
 }

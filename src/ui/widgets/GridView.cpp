@@ -28,6 +28,7 @@ constexpr int kColumnsWidth = kAddressWidth + kBytesPerRow * kByteWidth;
 constexpr int kRowHeight = 240;
 constexpr int kEditBoxDrop = 6;
 constexpr int kNameMark = 75;
+constexpr std::chrono::milliseconds kDragPause{50};
 
 /// A corner like that of a turned page, above the text of a byte that has a name.
 void drawNameMark(QPainter& painter, const QRect& cell) {
@@ -152,6 +153,8 @@ GridView::GridView(DataGrid& grid, CellEditor& editor, const ProgramState& state
     setWordWrap(false);
     setMouseTracking(false);
     setFocusPolicy(Qt::StrongFocus);
+    m_dragTimer.setInterval(kDragPause);
+    m_dragTimer.callOnTimeout(this, &GridView::dragOn);
     QPalette colour = palette();
     colour.setColor(QPalette::Base, colours::kCell);
     setPalette(colour);
@@ -234,26 +237,55 @@ void GridView::placeEditBox() {
 
 void GridView::mousePressEvent(QMouseEvent* event) {
     const QModelIndex index = indexAt(event->position().toPoint());
-    const bool onByte = event->button() == Qt::LeftButton && index.isValid() && index.column() > 0;
+    const GridCell cell{index.row(), index.column()};
+    const bool onByte = event->button() == Qt::LeftButton && index.isValid() && cell.column > 0;
     if (!onByte)
         m_editor.SettleEntry();
     else if (event->modifiers() == Qt::ShiftModifier)
-        m_editor.SelectTo({index.row(), index.column()});
-    else if (m_editor.MoveTo({index.row(), index.column()}))
+        m_editor.SelectTo(cell);
+    else if (m_editor.MoveTo(cell))
         m_editor.Click();
+    m_drags = onByte && m_grid.Current() == cell;
     m_editBox.keepFocus();
 }
 
+/// Above and below what is seen the selection goes on by itself, so that the mouse may rest there.
 void GridView::mouseMoveEvent(QMouseEvent* event) {
-    const QModelIndex index = indexAt(event->position().toPoint());
-    const GridCell cell{index.row(), index.column()};
-    const bool drags = event->buttons() == Qt::LeftButton && index.isValid() && cell.column > 0;
-    if (drags && cell != m_grid.Current())
-        m_editor.SelectTo(cell);
     event->accept();
+    m_dragPlace = event->position().toPoint();
+    m_drags = m_drags && event->buttons() == Qt::LeftButton;
+    const bool beyond = m_dragPlace.y() < 0 || m_dragPlace.y() >= viewport()->height();
+    if (!m_drags || !beyond)
+        m_dragTimer.stop();
+    else if (m_dragTimer.isActive())
+        return;
+    else
+        m_dragTimer.start();
+    if (m_drags)
+        dragOn();
+}
+
+void GridView::dragOn() {
+    const GridCell cell = cellTowards(m_dragPlace);
+    if (cell != m_grid.Current())
+        m_editor.SelectTo(cell);
+}
+
+/// The cell at `place`; beyond what is seen, the farther the more rows.
+GridCell GridView::cellTowards(QPoint place) const {
+    const auto clampedTo = [](int end, int value) { return std::clamp(value, 0, end - 1); };
+    const QPoint seen{clampedTo(viewport()->width(), place.x()),
+                      clampedTo(viewport()->height(), place.y())};
+    const int beyond = place.y() - seen.y();
+    const int rows = beyond / verticalHeader()->defaultSectionSize() + (beyond > 0) - (beyond < 0);
+    const int column = columnAt(seen.x());
+    return {clampedTo(kGridRows, rowAt(seen.y()) + rows),
+            column < 0 ? kBytesPerRow : std::max(column, 1)};
 }
 
 void GridView::mouseReleaseEvent(QMouseEvent* event) {
+    m_dragTimer.stop();
+    m_drags = false;
     event->accept();
 }
 

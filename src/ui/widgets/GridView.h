@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QTableView>
+#include <QTimer>
 
 #include "ui/widgets/CellEditBox.h"
 #include "ui/widgets/GridModel.h"
@@ -47,12 +48,17 @@ class GridView final : public QTableView {
     void layOutColumns();
     void placeEditBox();
     void showSelection();
+    void dragOn();
+    GridCell cellTowards(QPoint place) const;
 
     DataGrid& m_grid;
     CellEditor& m_editor;
     const ProgramState& m_state;
     GridModel m_model;
     CellEditBox m_editBox;
+    QTimer m_dragTimer;
+    QPoint m_dragPlace;  ///< where the mouse was last
+    bool m_drags = false;
     bool m_scrollingToCell = false;
 };
 

@@ -21,6 +21,7 @@ class Crossing {
             KeepAsides();
             if (!KeepQueue())
                 return std::nullopt;
+            DropLostEntries();
         }
         return QueueWrittenBytes() ? std::optional(std::move(to_)) : std::nullopt;
     }
@@ -29,11 +30,13 @@ class Crossing {
     void MarkWrittenSettings();
     void KeepAsides();
     [[nodiscard]] bool KeepQueue();
+    void DropLostEntries();
     [[nodiscard]] bool QueueWrittenBytes();
 
     bool Written(TargetDevice device, int address) const {
         return context_.known.WrittenSince(step_.writes, device, address);
     }
+    bool EditorIsOn() const { return context_.state.editor == EditorSwitch::On; }
     int AddressOf(const EditRecord& entry) const { return ParseNumber(entry.EditAddress, mode_); }
     std::optional<std::uint8_t> GridValue(std::size_t address) const {
         return ByteFromText((*to_.grid.texts)[address], mode_);
@@ -51,12 +54,18 @@ class Crossing {
     Snapshot to_;
 };
 
+/// Whether the cell shows the 0 of the start, which is nobody's value and must not be written.
+bool NeverHadValue(const CellContents& cell) {
+    return cell.mark == Mark::Clean && cell.colour == CellColour::Normal && !cell.lastRead;
+}
+
 void Crossing::MarkWrittenSettings() {
     for (std::size_t index = 0; index < to_.cells.size(); ++index) {
         CellContents& cell = to_.cells[index];
         const CellInfo& info = kCells[index];
         const auto value = ValueOf(cell, mode_);
-        if (cell == now_.cells[index] || !value || !Written(TargetDevice::Primary, info.address))
+        if (cell == now_.cells[index] || !value || NeverHadValue(cell) ||
+            !Written(TargetDevice::Primary, info.address))
             continue;
         const auto held = context_.known.Value(TargetDevice::Primary, info.address);
         const bool clean = held && WithField(*held, *value, info.setting->shift) == *held;
@@ -125,8 +134,19 @@ std::optional<std::uint8_t> Crossing::ComingValue(int address) const {
     return coming;
 }
 
+/// What would be written is what the grid shows.
+void Crossing::DropLostEntries() {
+    for (int row = to_.pending.count - 1; row >= 0; --row) {
+        const int address = AddressOf(to_.pending.rows[static_cast<std::size_t>(row)]);
+        const auto index = static_cast<std::size_t>(address);
+        const bool shown = ComingValue(address) == GridValue(index);
+        if (GridDiffers(index) && !shown && !(EditorIsOn() && GridValue(index)))
+            to_.pending.Remove(row);
+    }
+}
+
 bool Crossing::QueueWrittenBytes() {
-    if (context_.state.editor == EditorSwitch::Off)
+    if (!EditorIsOn())
         return true;
     for (int address = 0; address < kEepromBytes; ++address) {
         const auto index = static_cast<std::size_t>(address);

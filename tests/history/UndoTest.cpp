@@ -167,6 +167,7 @@ TEST_F(UndoTest, SettingsThatUndoTakesBackAfterAWriteWaitAgain) {
     EXPECT_EQ(Cell(6), "9 waits changed");
     Undo(2);
     EXPECT_EQ(program.state.EepRead, false);
+    EXPECT_EQ(Cell(6), "0") << "no value that could be written";
     EXPECT_THAT(program.buffer, testing::Each(0)) << "also the byte that the write merged";
     EXPECT_EQ(test.Crc(), "");
     EXPECT_FALSE(program.state.BufferChanged);
@@ -180,7 +181,9 @@ TEST_F(UndoTest, BytesThatUndoTakesBackAfterAWriteAreQueued) {
     EXPECT_EQ(GridText(30), "2");
     WritePending();
     EXPECT_EQ(memory[20], 50);
-    Undo();
+    Undo(2);
+    EXPECT_THAT(Queue(), testing::IsEmpty()) << "the grid shows nothing";
+    Redo();
     EXPECT_THAT(Queue(), ElementsAre("20 50 6"));
     EXPECT_TRUE(program.state.GridChanged && IsChanged(20) && program.buffer[20] == 50);
     Redo();

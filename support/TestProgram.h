@@ -126,14 +126,14 @@ class ManualTimer final : public Timer {
 };
 
 /// Everything outside the program that a window and a desktop would be.
-class TestSurroundings final : public Screen,
-                               public EditorView,
-                               public SettingsView,
-                               public PlacedWindow,
-                               public Platform,
-                               public Programs,
-                               public Calendar,
-                               public StartUpSteps {
+class TestSurroundings : public Screen,
+                         public EditorView,
+                         public SettingsView,
+                         public PlacedWindow,
+                         public Platform,
+                         public Programs,
+                         public Calendar,
+                         public StartUpSteps {
   public:
     std::vector<Shown> changes;
     std::vector<std::string> steps;

@@ -7,9 +7,8 @@ namespace tarnwell {
 namespace {
 
 /// What a window would show, as far as it was told.
-struct Mirror final : Screen, EditorView, SettingsView {
+struct Mirror final : TestSurroundings {
     const Program* program = nullptr;
-    std::function<void()> onFormEdit;
     Snapshot shown{};
     std::string names;
 
@@ -30,15 +29,6 @@ struct Mirror final : Screen, EditorView, SettingsView {
         CellContents& contents = shown.cells[static_cast<std::size_t>(cell)];
         contents = program->cells.Contents(cell);
     }
-    void CurrentCellMoved() override {}
-    void EditBoxOpened(EditSelection) override {}
-    void EditBoxTextChanged() override {}
-    void EditBoxClosed() override {}
-    void FocusGrid() override {}
-    void TurnToEditor() override {}
-    void ShowCell(int) override {}
-    bool ShowWarningAgain() override { return false; }
-    void ShowFormEdit() override { onFormEdit(); }
 };
 
 struct WalkUser final : User {
@@ -70,7 +60,7 @@ class UndoWalk : public testing::TestWithParam<bool> {
             if (!user.mayWrite || Draw(5) != 0)
                 program.valueEditor.Accept(program.valueEditor.Readout(static_cast<int>(value)));
         };
-        program.StartUp(outside);
+        program.StartUp(mirror);
         program.grid.FillGrid();
         user.file = folder.Path("a.mot");
         for (auto& byte : program.buffer)
@@ -94,44 +84,44 @@ class UndoWalk : public testing::TestWithParam<bool> {
                                                                     : std::to_string(Draw(100)));
         program.cellEditor.KeyPressed(EditKey::Next);
     }
+    /// What comes how often of a thousand times; from where writing is, only if the user may.
+    struct Way {
+        std::size_t share;
+        std::function<void()> go;
+        const char* file = "a.mot";
+        bool writes = false;
+    };
+    const std::vector<Way> ways{
+        {400, [this] { program.valueEditor.CellClicked(static_cast<int>(Draw(kCellCount))); }},
+        {400, [this] { EditByte(); }},
+        {50, [this] { program.editorPage.SettleGridEdits(); }},
+        {30, [this] { program.settings.MergeSettingsWithBuffer(); }},
+        {20, [this] { program.imageArchive.LoadImage(); }},
+        {10, [this] { program.settings.ReadSettingsFromEep(); }},
+        {2, [this] { program.wholeDevice.ReadEntireEep(); }},
+        {4, [this] { program.wholeDevice.SelectEeprom(static_cast<TargetDevice>(Draw(2))); }},
+        {22, [this] { program.undo.Undo(); }},
+        {12, [this] { program.undo.Redo(); }},
+        {10, [this] { program.settings.WriteSettingsToEep(); }, "", true},
+        {10, [this] { program.pending.WritePending(); }, "", true},
+        {5, [this] { program.imageArchive.SaveImage(); }, "b.mot", true},
+        {5, [this] { program.settingsArchive.SaveSettings(); }, "b.mot", true},
+        {10, [this] { program.editorPage.ToggleEditor(); }, "", true},
+        {10, [this] { ChangeMode(); }, "", true}};
     void Step() {
-        const std::size_t choice = Draw(1000);
-        user.file = folder.Path("a.mot");
-        if (choice < 400)
-            program.valueEditor.CellClicked(static_cast<int>(Draw(kCellCount)));
-        else if (choice < 800)
-            EditByte();
-        else if (choice < 850)
-            program.editorPage.SettleGridEdits();
-        else if (choice < 880)
-            program.settings.MergeSettingsWithBuffer();
-        else if (choice < 900)
-            program.imageArchive.LoadImage();
-        else if (choice < 910)
-            program.settings.ReadSettingsFromEep();
-        else if (choice < 912)
-            program.wholeDevice.ReadEntireEep();
-        else if (choice < 916)
-            program.wholeDevice.SelectEeprom(static_cast<TargetDevice>(Draw(2)));
-        else if (choice < 950)
-            choice % 3 == 0 ? program.undo.Redo() : program.undo.Undo();
-        else if (user.mayWrite)
-            Aside(choice);
+        auto way = ways.begin();
+        for (std::size_t choice = Draw(1000); choice >= way->share; ++way)
+            choice -= way->share;
+        user.file = folder.Path(way->file);
+        if (user.mayWrite || !way->writes)
+            way->go();
     }
-    void Aside(std::size_t choice) {
-        user.file = folder.Path("b.mot");
-        if (choice < 960)
-            program.settings.WriteSettingsToEep();
-        else if (choice < 970)
-            program.pending.WritePending();
-        else if (choice < 975)
-            program.imageArchive.SaveImage();
-        else if (choice < 980)
-            program.settingsArchive.SaveSettings();
-        else if (choice < 990 || program.state.editor == EditorSwitch::On)
+    /// With the editor off, since an entry keeps its number mode.
+    void ChangeMode() {
+        if (program.state.editor == EditorSwitch::On)
             program.editorPage.ToggleEditor();
         else
-            program.numberModeMenu.Select(choice % 2 == 0 ? NumberMode::Hex : NumberMode::Decimal);
+            program.numberModeMenu.Select(Draw(2) == 0 ? NumberMode::Hex : NumberMode::Decimal);
     }
     /// The state, by its hash; the screen must agree with it.
     std::size_t Here() {
@@ -187,7 +177,6 @@ class UndoWalk : public testing::TestWithParam<bool> {
     TemporaryFolder folder;
     SimulatedTelevision television{{.writeCycle = BusTime(0)}};
     Mirror mirror;
-    TestSurroundings outside;
     ManualTimer timer;
     MemoryRegistry registry;
     Program program{{{television, television},
@@ -196,11 +185,11 @@ class UndoWalk : public testing::TestWithParam<bool> {
                      user,
                      mirror,
                      mirror,
-                     outside,
-                     outside,
-                     outside,
+                     mirror,
+                     mirror,
+                     mirror,
                      registry,
-                     outside,
+                     mirror,
                      folder.Path("backups")}};
 };
 

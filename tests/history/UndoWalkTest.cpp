@@ -1,6 +1,7 @@
 // A long random use of everything that can be undone, then all the way back and forth again.
 #include <random>
 
+#include "support/FakeI2c.h"
 #include "support/TestProgram.h"
 
 namespace tarnwell {
@@ -49,9 +50,9 @@ struct WalkUser final : User {
     void KeepPainting() override {}
 };
 
-class UndoWalk : public testing::TestWithParam<bool> {
-  protected:
-    UndoWalk() {
+struct Walk {
+    explicit Walk(bool mayWrite, const char* i2cBus = "") {
+        user.mayWrite = mayWrite;
         mirror.program = &program;
         mirror.onFormEdit = [this] {
             const auto most = static_cast<std::size_t>(program.valueEditor.Maximum());
@@ -71,7 +72,12 @@ class UndoWalk : public testing::TestWithParam<bool> {
         program.settingsArchive.SaveSettings();
         program.buffer = {};
         mirror.Changed(Shown::Steps);
+        program.state.i2cBus = i2cBus;
+        for (const auto& [device, chip] : {std::pair(0x50, Chip::Primary), {0x51, Chip::Secondary}})
+            Kernel(device).assign(Wired(chip).begin(), Wired(chip).end());
     }
+    EepromImage& Wired(Chip chip) { return television.Memory(chip); }
+    std::vector<std::uint8_t>& Kernel(int device) { return fake.system.devices.at(device).memory; }
     std::size_t Draw(std::size_t choices) { return user.Draw(choices); }
     void EditByte() {
         if (program.state.editor == EditorSwitch::Off)
@@ -179,7 +185,8 @@ class UndoWalk : public testing::TestWithParam<bool> {
     Mirror mirror;
     ManualTimer timer;
     MemoryRegistry registry;
-    Program program{{{television, television},
+    FakeKernel fake;
+    Program program{{{television, television, NoBusTrace(), NoStopRequest(), fake.kernel},
                      mirror,
                      timer,
                      user,
@@ -193,8 +200,12 @@ class UndoWalk : public testing::TestWithParam<bool> {
                      folder.Path("backups")}};
 };
 
+class UndoWalk : public testing::TestWithParam<bool>, protected Walk {
+  protected:
+    UndoWalk() : Walk(GetParam()) {}
+};
+
 TEST_P(UndoWalk, ComesByTheSamePointsBothTimes) {
-    user.mayWrite = GetParam();
     std::map<std::size_t, std::size_t> there{{0, Here()}};
     for (int step = 0; step < 10'000; ++step) {
         SCOPED_TRACE(step);
@@ -224,6 +235,19 @@ TEST_P(UndoWalk, ComesByTheSamePointsBothTimes) {
         ASSERT_EQ(back[Count(Direction::Undo)], Here()) << Count(Direction::Undo);
     }
     EXPECT_LE(program.history.Bytes(), History::kMostBytes);
+}
+
+TEST(UndoWalkOverBothBuses, ShowsAndWritesTheSame) {
+    Walk wired(true);
+    Walk kernel(true, "Test adapter|");
+    for (int step = 0; step < 10'000; ++step) {
+        wired.Step();
+        kernel.Step();
+        ASSERT_EQ(wired.Here(), kernel.Here()) << step;
+    }
+    EXPECT_GT(kernel.fake.system.devices.at(0x50).cycles, 100U);
+    EXPECT_TRUE(std::ranges::equal(wired.Wired(Chip::Primary), kernel.Kernel(0x50)));
+    EXPECT_TRUE(std::ranges::equal(wired.Wired(Chip::Secondary), kernel.Kernel(0x51)));
 }
 
 INSTANTIATE_TEST_SUITE_P(WithoutAndWithWrites, UndoWalk, testing::Bool());

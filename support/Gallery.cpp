@@ -211,7 +211,10 @@ void Exhibition::ShowMenus() {
                                      {"menu-port", "mnuPort"},
                                      {"menu-help", "mnuHelp"}}) {
         QMenu& menu = Child<QMenu>(window_, item);
-        menu.popup(window_.pos());
+        if (window_.menuBar()->actions().contains(menu.menuAction()))
+            window_.menuBar()->setActiveAction(menu.menuAction());
+        else
+            menu.popup(window_.pos());
         Settle(menu);
         visit_(name, menu);
         menu.close();

@@ -116,6 +116,7 @@ TEST_F(EditingTest, GoesToPlacesAndFindsBytes) {
     auto& find = Child<QDialog>(window, "formFind");
     auto& wanted = Child<QLineEdit>(find, "txtFind");
     EXPECT_TRUE(QTest::qWaitForWindowActive(&find, kPatience));
+    EXPECT_FALSE(find.frameGeometry().intersects(window.frameGeometry()));
     QTest::keyClicks(&wanted, "4 ?? 256");
     QTest::keyClick(&wanted, Qt::Key_Return);
     EXPECT_EQ(Child<QLabel>(find, "lblFindProblem").text(),

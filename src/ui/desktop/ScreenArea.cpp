@@ -6,14 +6,13 @@
 #include <QScreen>
 #include <QScrollBar>
 
+#include "ui/looks/Measures.h"
 #include "ui/looks/ReadableStyle.h"
 
 namespace tarnwell {
 
 namespace {
 
-/// What a window manager's frame takes of the screen, in pixels.
-constexpr QSize kFrame(16, 48);
 constexpr int kFocusMargin = 2;
 
 }  // namespace
@@ -34,7 +33,8 @@ ScreenArea::ScreenArea(QWidget& content, const QWidget& beside, QWidget* parent)
 }
 
 QSize ScreenArea::room() const {
-    return screen()->availableGeometry().size() - kFrame - QSize(0, m_beside.sizeHint().height());
+    return screen()->availableGeometry().size() - kWindowFrame -
+           QSize(0, m_beside.sizeHint().height());
 }
 
 bool ScreenArea::scrolls() const {

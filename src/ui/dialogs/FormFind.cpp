@@ -3,6 +3,7 @@
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -62,11 +63,21 @@ FormFind::FormFind(Find& find, QWidget* parent) : QDialog(parent), m_find(find) 
 }
 
 void FormFind::ask() {
+    if (!testAttribute(Qt::WA_Moved))
+        placeBelow();
     show();
     raise();
     activateWindow();
     m_text.selectAll();
     m_text.setFocus();
+}
+
+/// Below the window, where it covers nothing that is found, if the screen has room there.
+void FormFind::placeBelow() {
+    const QPoint corner = parentWidget()->mapToGlobal(parentWidget()->rect().bottomLeft());
+    const QRect place(corner + QPoint(0, kWindowFrame.height()), sizeHint() + kWindowFrame);
+    if (parentWidget()->screen()->availableGeometry().contains(place))
+        move(place.topLeft());
 }
 
 void FormFind::look(FindDirection direction) {

@@ -25,6 +25,7 @@ class FormFind final : public QDialog {
   private:
     FindKind kind() const { return static_cast<FindKind>(m_kind.currentIndex()); }
     void look(FindDirection direction);
+    void placeBelow();
 
     Find& m_find;
     QComboBox m_kind;

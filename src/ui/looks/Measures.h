@@ -61,4 +61,7 @@ class KeptPlace final : public PlacedWindow {
     ScreenPlace m_place;
 };
 
+/// What a window manager's frame takes of the screen, in pixels.
+inline constexpr QSize kWindowFrame(16, 48);
+
 }  // namespace tarnwell

@@ -9,6 +9,7 @@
 #include "WidgetTexts.h"
 #include "support/Gallery.h"
 #include "ui/looks/Colours.h"
+#include "ui/looks/Measures.h"
 #include "ui/looks/ReadableStyle.h"
 
 namespace tarnwell {
@@ -86,8 +87,18 @@ class Inspector {
             return !widget->isVisible() || widget->window() != &window;
         };
         widgets.erase(std::remove_if(widgets.begin(), widgets.end(), isHidden), widgets.end());
-        for (const QWidget* widget : widgets)
+        for (const QWidget* widget : widgets) {
             Inspect(*widget);
+            if (widget == &window || window.inherits("QFileDialog") ||
+                widget->parent()->inherits("QTabWidget"))
+                continue;  // Qt's own parts lie on each other
+            for (const QWidget* other : widgets) {
+                const QRect shared = widget->geometry() & other->geometry();
+                Expect(widget == other || widget->parent() != other->parent() ||
+                           qMin(shared.width(), shared.height()) <= scaled(30),
+                       *widget, "lies on " + other->objectName());
+            }
+        }
         for (QWidget* widget : widgets) {
             if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled() &&
                 isOurs(*widget))

@@ -91,9 +91,17 @@ TEST_F(CompareTest, AnEntryInTheGridIsSettledBefore) {
 TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {
     compare([&](QWidget& dialog) {
         auto& map = Child<DifferenceMap>(dialog, "mapDifferences");
+        dialog.setGeometry(40, 30, 700, 500);
         auto& table = Child<QTreeView>(dialog, "tblDifferences");
-        map.setCurrent(4096);
-        QTest::keyClick(&map, Qt::Key_Right);
+        const int ways[][3] = {
+            {Qt::Key_Up, 127, 127},     {Qt::Key_Up, 128, 0},     {Qt::Key_Down, 8063, 8191},
+            {Qt::Key_Down, 8064, 8064}, {Qt::Key_Left, 0, 0},     {Qt::Key_Left, 4098, 4097},
+            {Qt::Key_Home, 200, 0},     {Qt::Key_End, 200, 8191}, {Qt::Key_Right, 4096, 4097}};
+        for (const auto& [pressed, from, to] : ways) {
+            map.setCurrent(from);
+            QTest::keyClick(&map, Qt::Key(pressed));
+            EXPECT_EQ(map.accessibleDescription().section(':', 0, 0).mid(8).toInt(), to) << from;
+        }
         QTest::keyClick(&map, Qt::Key_Return);
         EXPECT_EQ(table.currentIndex().data().toString(), "4097");
         EXPECT_TRUE(map.accessibleDescription().startsWith("Address 4097: "));
@@ -103,12 +111,12 @@ TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {
         EXPECT_EQ(table.currentIndex().data().toString(), "2363");
         QHelpEvent pointing(QEvent::ToolTip, byte, map.mapToGlobal(byte));
         QCoreApplication::sendEvent(&map, &pointing);
-        EXPECT_TRUE(QToolTip::text().startsWith("Address 2363 (480i CR02): "));
+        EXPECT_TRUE(QToolTip::text().startsWith("Address 2363 (480i CR02): 121 left, 104 right"));
         Child<QPushButton>(dialog, "cmdShowSetting").click();
     });
     EXPECT_EQ(program.state.page, Page::Chroma);
-    EXPECT_FALSE(program.state.comparePlace.empty());
     compare([&](QWidget& dialog) {
+        EXPECT_EQ(dialog.geometry(), QRect(40, 30, 700, 500));
         QTest::keyClick(&Child<QTreeView>(dialog, "tblDifferences"), Qt::Key_F6, Qt::ShiftModifier);
         Child<QPushButton>(dialog, "cmdShowInEditor").click();
     });

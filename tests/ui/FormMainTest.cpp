@@ -43,10 +43,6 @@ TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
     EXPECT_EQ(QtTimer().timer().timerType(), Qt::PreciseTimer);
     EXPECT_EQ(window.windowTitle(), " Tarnwell 2 - Simulated Television");
     const auto& tabs = child<QTabWidget>("SSTab1");
-    QStringList captions;
-    for (int page = 0; page < tabs.count(); ++page)
-        captions.append(tabs.tabText(page));
-    EXPECT_EQ(captions.join(' '), "Chroma Edges Global Iris Picture Editor");
     script.press(QMessageBox::Cancel);
     for (const char* chosen : {"mnuPortSel_0", "mnuSelMode_0", "mnuEEPsel_0", "mnuEEPsel_1"}) {
         choose(chosen);
@@ -73,8 +69,6 @@ TEST_F(FormMainTest, HasTheGivenMenusPagesAndMeasures) {
     const QRect gap = child("lblControlDesc_23").geometry();
     EXPECT_TRUE(gap.left() > child("lblSetting_69").x() &&
                 gap.right() < child("lblSetting_70").x());
-    EXPECT_EQ(text("lblSBinfo_3"), "EEP");
-    EXPECT_EQ(child("lblSBinfo_0").toolTip(), " Easter Egg! ");
 }
 
 TEST_F(FormMainTest, EachMenuItemOpensItsWindowOrTellsWhatItDid) {
@@ -126,6 +120,16 @@ TEST_F(FormMainTest, EachMenuItemOpensItsWindowOrTellsWhatItDid) {
     EXPECT_EQ(text("statusPanel_3"), toQt(mCRC32::BufferCrcText(program.buffer)));
 }
 
+TEST_F(FormMainTest, ShowsAtTheStartWhatTheOptionsSay) {
+    for (auto& [key, values] : registry.keys)
+        values["ReadTwice"] = "True", values["NumMode"] = "Hex", values["PortAddr"] = "632";
+    window.startUp();
+    std::string marked;
+    for (const QAction* item : window.findChildren<QAction*>(QRegularExpression("mnu")))
+        marked += item->isChecked() ? fromQt(item->objectName()) + ' ' : "";
+    EXPECT_EQ(marked, "mnuEEPsel_0 mnuSelMode_1 mnuPortSel_1 mnuReadTwice ");
+}
+
 TEST_F(FormMainTest, TurnsPagesByKeyboardAndStartsTheExtraProgramByDoubleClick) {
     script.then([](QWidget& warning) { static_cast<QDialog&>(warning).accept(); });
     key(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
@@ -148,7 +152,6 @@ TEST_F(FormMainTest, EditsASettingByKeyboardAndWritesIt) {
     auto& cell = child<QAbstractButton>("lblSetting_0");
     cell.setFocus();
     const int value = cell.text().toInt();
-    EXPECT_EQ(cell.accessibleName(), QStringLiteral("480i CR02 %1").arg(value));
     script.then([&](QWidget& edit) {
         edit.close();
         EXPECT_TRUE(edit.isVisible()) << "the close box does nothing";
@@ -180,10 +183,14 @@ TEST_F(FormMainTest, EditsASettingByKeyboardAndWritesIt) {
     EXPECT_EQ(status(), "480i CR02 Value Changed");
     EXPECT_EQ(program.state.editTop + " " + program.state.editLeft, "1350 2250");
     EXPECT_EQ(cell.grab().toImage().pixelColor(4, 4), QColor(239, 219, 137));
-    key(Qt::Key_Right);
-    EXPECT_EQ(QApplication::focusWidget()->objectName(), "lblSetting_6");
-    key(Qt::Key_Up);
-    EXPECT_EQ(QApplication::focusWidget()->objectName(), "lblSetting_11");
+    std::string way;
+    const std::map<char, Qt::Key> arrows{
+        {'L', Qt::Key_Left}, {'R', Qt::Key_Right}, {'U', Qt::Key_Up}, {'D', Qt::Key_Down}};
+    for (const char pressed : std::string("LURURDDDLLLDRRRRU")) {
+        key(arrows.at(pressed));
+        way += fromQt(focus()->objectName()).substr(11) + ' ';
+    }
+    EXPECT_EQ(way, "0 5 11 10 16 17 12 13 7 1 1 1 7 13 19 19 18 ");
 
     UpDownBar bar(nullptr);
     for (const auto& [top, page] : {std::pair(3, 1), {30, 1}, {31, 2}}) {
@@ -392,7 +399,7 @@ TEST_F(FormMainTest, BrowsesTheGridWithTheEditorOff) {
     EXPECT_EQ(QGuiApplication::clipboard()->text(), toQt(program.grid.Text(current())));
     EXPECT_FALSE(box().isVisible());
     const auto* model = child<QTableView>("DataGrid").model();
-    EXPECT_EQ(model->data(model->index(1, 3), Qt::AccessibleTextRole), "Address 18: 18");
+    EXPECT_EQ(model->index(1, 3).data(Qt::AccessibleTextRole), "Address 18: 18");
     EXPECT_EQ(model->data(model->index(147, 12), Qt::ToolTipRole), " 480i CR02 White Balance ");
 }
 

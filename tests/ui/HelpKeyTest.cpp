@@ -1,8 +1,11 @@
-// F1, pressed in every page, dialog and menu of the program.
+// F1, pressed in every page, dialog and menu of the program, and what a screen reader is told
+// there, in the order of the Tab key: a line of transcript.txt each; transcript.now is that of now.
+#include <QAccessible>
 #include <QDesktopServices>
 #include <QTest>
 #include <QTextBrowser>
 #include <QWindow>
+#include <fstream>
 
 #include "support/Gallery.h"
 #include "support/TestProgram.h"
@@ -10,8 +13,26 @@
 namespace tarnwell {
 namespace {
 
+/// . takes the focus, ~ is disabled, * is marked, > is the default button.
+std::string told(QWidget& window) {
+    QString all = window.windowTitle();
+    for (auto* part = window.nextInFocusChain(); part != &window; part = part->nextInFocusChain()) {
+        const QAccessibleInterface& told = *QAccessible::queryAccessibleInterface(part);
+        const QAccessible::State is = told.state();
+        if (part->isVisibleTo(&window) && !told.text(QAccessible::Name).isEmpty())
+            all += QStringLiteral(" | ") + (is.focusable ? "." : "") + (is.disabled ? "~" : "") +
+                   (is.checked ? "*" : "") + (is.defaultButton ? ">" : "") +
+                   told.text(QAccessible::Name) + " (" + told.text(QAccessible::Value) +
+                   told.text(QAccessible::Description) + ')';
+    }
+    return all.simplified().remove("()").toStdString();
+}
+
 TEST(HelpKey, OpensTheTopicOfEveryPageDialogAndMenu) {
-    std::string opened;
+    std::string opened, line;
+    std::ifstream kept(QT_TESTCASE_SOURCEDIR "/ui/transcript.txt");
+    std::ofstream now("transcript.now");
+    const QRegularExpression skipped("about|menu|image|edges|global|off|bus$|test$|fill|driver");
     WalkGallery([&](const std::string& name, QWidget& window) {
         QTextBrowser viewer, other;
         QDesktopServices::setUrlHandler("file", &viewer, "setSource");
@@ -20,23 +41,24 @@ TEST(HelpKey, OpensTheTopicOfEveryPageDialogAndMenu) {
         opened += name + ">" + viewer.source().fileName().chopped(5).toStdString() + " ";
         QTest::keyClick(window.windowHandle(), Qt::Key_F1, Qt::ShiftModifier);
         EXPECT_TRUE(other.source().isEmpty()) << name;
+        if (QString::fromStdString(name).contains(skipped))
+            return;
+        now << name << ": " << told(window) << '\n';
+        std::getline(kept, line);
+        EXPECT_EQ(name + ": " + told(window), line);
     });
     QDesktopServices::unsetUrlHandler("file");
     EXPECT_EQ(opened,
               "value-editor>value-editor chroma>chroma edges>edges global>global iris>iris "
               "picture>picture save-image>archives load-image>archives "
               "port-options>advanced-setup i2c-bus>i2c-buses i2c-bus-mainboard>i2c-buses "
-              "about>about driver-path>port-access "
-              "verify-question>messages secondary-question>messages fill-value>whole-device "
-              "verify-failed>messages menu-file>menus menu-edit>menus menu-eep>menus "
-              "menu-options>menus menu-port>menus menu-help>menus compare>compare "
-              "differences-question>messages "
-              "backups>backups "
-              "editor-warning>data-editor "
-              "editor-off>data-editor "
-              "editor>data-editor menu-cell>value-editor menu-grid>data-editor "
-              "menu-pending>pending-writes go-to>finding "
-              "find>finding interface-test>interface-test "
+              "about>about driver-path>port-access verify-question>messages "
+              "secondary-question>messages fill-value>whole-device verify-failed>messages "
+              "menu-file>menus menu-edit>menus menu-eep>menus menu-options>menus menu-port>menus "
+              "menu-help>menus compare>compare differences-question>messages backups>backups "
+              "editor-warning>data-editor editor-off>data-editor editor>data-editor "
+              "menu-cell>value-editor menu-grid>data-editor menu-pending>pending-writes "
+              "go-to>finding find>finding interface-test>interface-test "
               "interface-test-faults>interface-test ");
 }
 

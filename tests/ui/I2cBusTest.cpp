@@ -43,7 +43,6 @@ TEST_F(I2cBusTest, IsChosenByKeyboardUsedAndLeftForAParallelPort) {
         EXPECT_TRUE(!use.isEnabled() && !look.isEnabled());
         press(Qt::Key_Space);
         EXPECT_TRUE(use.isEnabled() && !look.isEnabled());
-        EXPECT_TRUE(answers.text().contains("memory modules"));
         buses.Name(3, "Late");
         EXPECT_TRUE(QTest::qWaitFor([&] { return table.topLevelItemCount() == 3; }, kPatience));
         EXPECT_EQ(table.currentItem(), table.topLevelItem(0));

@@ -1,8 +1,8 @@
-// Windows that come back: onto a screen that exists, elsewhere left where the user put them.
+// Windows that come back: onto a screen that exists, elsewhere left where they were; fitted texts.
 #include <gtest/gtest.h>
 
-#include <QWidget>
-
+#include "ui/looks/Colours.h"
+#include "ui/looks/Fitted.h"
 #include "ui/looks/Measures.h"
 
 namespace tarnwell {
@@ -47,6 +47,23 @@ TEST(ScreenPlace, ReadsBackAsSetUnlessTheWindowMoved) {
     place.place(window, {90000, 144});
     EXPECT_LT(window.y(), 6000);
     EXPECT_EQ(place.of(window).top, screenTwips(window.y()));
+}
+
+TEST(FittedLabel, WritesItsTextInTheMiddleOfItsRoomCondensedIfItMust) {
+    for (const int letters : {2, 23}) {
+        FittedLabel label;
+        label.setText(QString(letters, 'I'));
+        label.setAlignment(Qt::AlignCenter);
+        label.setFixedSize(90, 80);
+        label.setColours(colours::kCell, colours::kText);
+        const QImage image = label.grab().toImage();
+        QRect ink;
+        for (int at = 0; at < 90 * 80; ++at)
+            if (image.pixelColor(at % 90, at / 90) != colours::kCell)
+                ink |= QRect(at % 90, at / 90, 1, 1);
+        EXPECT_TRUE(letters == 2 ? ink.width() <= 40 : ink.width() >= 80) << ink.width();
+        EXPECT_LE((ink.center() - QPoint(45, 40)).manhattanLength(), 6) << letters;
+    }
 }
 
 }  // namespace

@@ -67,9 +67,9 @@ TEST_F(AdapterDialogsTest, TheConnectorIsDrawnAsSeenFromOutside) {
         {3, {86, 180, 233}}, {2, {230, 159, 0}}, {12, {0, 190, 140}}, {13, {240, 228, 66}}};
     for (int pin = 1; pin <= 25; ++pin) {
         const QPointF aboveTheNumber = centre(pin) + QPointF(0, step.x() / 3);
-        EXPECT_EQ(image.pixelColor(aboveTheNumber.toPoint()),
-                  used.contains(pin) ? used.at(pin) : unused)
-            << pin;
+        const QColor colour = image.pixelColor(aboveTheNumber.toPoint());
+        EXPECT_EQ(colour, used.contains(pin) ? used.at(pin) : unused) << pin;
+        EXPECT_NE(image.pixelColor((centre(pin) + QPointF(0, step.x() * 0.42)).toPoint()), unused);
     }
     std::string legend;  // from top to bottom, beside the drawing
     const int line = connector.fontMetrics().height();

@@ -124,10 +124,10 @@ TEST_F(FormMainTest, ShowsAtTheStartWhatTheOptionsSay) {
     for (auto& [key, values] : registry.keys)
         values["ReadTwice"] = "True", values["NumMode"] = "Hex", values["PortAddr"] = "632";
     window.startUp();
-    std::string marked;
+    std::string marked = fromQt(child("lblSetting_0").accessibleName());
     for (const QAction* item : window.findChildren<QAction*>(QRegularExpression("mnu")))
         marked += item->isChecked() ? fromQt(item->objectName()) + ' ' : "";
-    EXPECT_EQ(marked, "mnuEEPsel_0 mnuSelMode_1 mnuPortSel_1 mnuReadTwice ");
+    EXPECT_EQ(marked, "480i CR02 0mnuEEPsel_0 mnuSelMode_1 mnuPortSel_1 mnuReadTwice ");
 }
 
 TEST_F(FormMainTest, TurnsPagesByKeyboardAndStartsTheExtraProgramByDoubleClick) {

@@ -1,9 +1,11 @@
 // The EEPROM transactions over a bus of the kernel, on adapters and devices of every kind.
 #include "i2c/kernel/KernelBus.h"
 
+#include <csignal>
 #include <numeric>
 #include <random>
 
+#include "i2c/kernel/BusChooser.h"
 #include "support/FakeI2c.h"
 #include "support/TestProgram.h"
 
@@ -20,7 +22,7 @@ class KernelBusTest : public testing::Test {
     }
     /// Nothing is known of the adapter and its devices yet.
     KernelBus Fresh() {
-        return {{.port = t.television, .clock = t.television, .kernel = kernel},
+        return {{.port = t.television, .clock = t.television, .stop = t.stop, .kernel = kernel},
                 state,
                 t.program.statusBar,
                 t.user};
@@ -196,6 +198,20 @@ TEST_F(KernelBusTest, SaysWhyABusCannotBeOpened) {
     state.i2cBus = "Other adapter|";
     EXPECT_EQ(Check(), BusCheck::NoAcknowledge);
     EXPECT_THAT(bus.Failure(), testing::HasSubstr("Other adapter is not there"));
+}
+
+TEST_F(KernelBusTest, ASignalEndsItBehindATransfer) {
+    EXPECT_EQ(Check(), BusCheck::Ok);
+    const BusClaim claim(bus);
+    t.stop.wayOut = [&] { throw t.stop.Signal(); };
+    t.stop.Note(SIGTERM);
+    system.transfers = 0;
+    EXPECT_THROW(bus.CheckAnswer(Quiet::Yes), int);
+    EXPECT_THROW(static_cast<void>(bus.ReadBlock(0, 1)), int);
+    EXPECT_EQ(system.transfers, 2U);
+    EXPECT_THROW(static_cast<void>(bus.WriteByte(0, 1)), int);
+    EXPECT_EQ(bus.BytesWritten(), 1) << "and behind the write cycle";
+    EXPECT_THROW(BusChooser(kernel, t.stop).Look(kernel.Buses()[0]), int);
 }
 
 TEST_F(KernelBusTest, FindsAnAdapterThatWasUnpluggedWhateverItsDriverSays) {

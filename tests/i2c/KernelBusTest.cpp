@@ -79,6 +79,7 @@ TEST_F(KernelBusTest, ReadsAndWritesWhateverTheAdapterCanDo) {
             ASSERT_EQ(fresh.WriteByte(8191, 42), Transfer::Done);
             EXPECT_EQ(fresh.BytesWritten(), 33);
             ASSERT_EQ(fresh.ReadBlock(0, kEepromBytes), Transfer::Done);
+            EXPECT_EQ(t.user.paintings == 0, combines && longest == 8192U);
             EXPECT_TRUE(
                 std::ranges::equal(page, std::span(Primary().memory).subspan(64, kPageBytes)));
             EXPECT_TRUE(std::ranges::equal(Primary().memory,

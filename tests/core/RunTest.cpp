@@ -79,7 +79,7 @@ TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
     EXPECT_EQ(state.numberMode, NumberMode::Decimal);
     EXPECT_EQ(state.readPasses, 1);
     EXPECT_EQ(state.editorWarning + state.pinOptions, "");
-    test.outside.place = {-15, -40};
+    test.outside.place = {0, -40};
     EXPECT_EQ(test.program.ShutDown(), Closing::EndProgram);
     EXPECT_EQ(test.registry.keys[kStartup]["MainTop"] + test.registry.keys[kStartup]["MainLeft"],
               "1-40");

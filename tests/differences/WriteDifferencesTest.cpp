@@ -151,6 +151,23 @@ TEST(WriteDifferences, TellsWhatIsConfirmedWhenABusWorksAgain) {
                 ::testing::EndsWith("\r\nBytes confirmed on the EEProm: 3 of 4."));
 }
 
+TEST(WriteDifferences, GoesOnByteByByteBehindThePageWriteThatWrapped) {
+    Session run;
+    for (const int address : {44, 45, 79, 80, 128, 159})
+        run.Change(address);
+    run.television.Inject({.kind = ShortPages});
+    const std::uint64_t cycles = run.Cycles();
+    run.Write();
+    EXPECT_EQ(run.Status(), "EEP Verified OK; 6 Bytes Written");
+    EXPECT_EQ(run.Cycles() - cycles, 6U) << "two pages, the bytes 64 and 80, 128 and 159";
+    for (const int address : {3, 20, 80})
+        run.Change(address);
+    run.television.ClearFaults();
+    run.television.Inject({.kind = SdaStuckLow, .begins = {WireEvent::WriteCycle, 2}});
+    run.Write();
+    EXPECT_THAT(run.user.TakeBoxes().back(), HasSubstr("confirmed on the EEProm: 2 of 3."));
+}
+
 TEST(WriteDifferences, ListsWhatDoesNotVerifyAfterTheSecondTry) {
     Session run;
     run.Change(2363);

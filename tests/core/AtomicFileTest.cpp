@@ -46,7 +46,7 @@ TEST_F(AtomicFileTest, ReplacesContentAndKeepsPermissionsAndLinks) {
     const std::string longest(255, 'n');
     fs::create_symlink(longest, folder.Path("link"));
     fs::create_symlink(folder.Path("link"), folder.Path("file"));
-    ASSERT_TRUE(Save(folder.Path("file"), "first"));
+    ASSERT_TRUE(Save(folder.Path("file"), "once"));
     fs::permissions(folder.Path(longest), fs::perms(0640));
     calls.clear();
     ASSERT_TRUE(Save(folder.Path("file"), "second one"));

@@ -316,9 +316,10 @@ class CommandLine(unittest.TestCase):
         first.send_signal(signal.SIGSTOP)  # however slow the machine is, it still reads
         message = self.report("peek", "1", status=3)["message"]
         self.assertIn(f"(tarnwell-cli, process {first.pid})", message)
-        waiting = self.start("--wait=30", "peek", "1")
+        waiting = self.start("--wait=30", "peek", "1", preexec_fn=functools.partial(signal.signal, signal.SIGHUP, signal.SIG_IGN))
         while not int(re.search(r"SigCgt:\s(\w+)", Path(f"/proc/{waiting.pid}/status").read_text())[1], 16) & 2:
             pass
+        waiting.send_signal(signal.SIGHUP)  # which it was told to ignore
         waiting.send_signal(signal.SIGINT)
         self.assertEqual(waiting.wait(), 130, waiting.communicate())
         threading.Timer(0.5, first.send_signal, [signal.SIGCONT]).start()

@@ -243,18 +243,16 @@ class CommandLine(unittest.TestCase):
 
     def test_wrong_arguments(self):
         for line, reason in {
-                "": "command", "raed x": "Did you mean read", "rstor": "Did you mean restore", "est x": "Did you mean set", "read": "FILE", "read a b": "One FILE", "--bogus check": "bogus",
-                "get tnit": "Did you mean TINT", "get itnt": "Did you mean TINT", "get r-yr.080i": "R-YR.480i", "get R-YR.480": "Did you mean R-YR.480i", "get TINT.VGA": "no formats",
-                "set TINT=64": "0 to 63", "set TINT": "=", "set TINT=-1": "number", "peek 8192": "8191", "peek 9-8": "range", "peek 8190+3": "range",
-                "peek 1+0": "range", "poke 1=256": "255", "poke 0x=1": "number", "--pins=11112010 check": "pin",
-                "--pins=1101201 check": "eight", "--pins=11015010 check": "eight", "--address=379 check": "378", "--port=lpt check": "no port", "--trace= check": "value",
-                "--wait=x check": "wait", "--quiet get": "quiet", "--quiet peek 1": "quiet", "--quiet info a": "quiet",
-                "read - --json": "output", "--image=a peek 1": "image", "--image=a set TINT=1": "output", "--raw read a": "raw",
-                "--dry-run read a": "dry-run", "--device=secondary get": "PLEASE BE CAREFUL", "--port=ppdev --real-time check": "simulated",
-                "--trace=no/t.vcd check": "No such file", "check x": "'x' is one argument too many.", "compare a b c": "Two to compare, not 3.",
-                "--wait=1000001 check": "1000000", "--passes=101 check": "100", "--passes=0 check": "100", "--device=x check": "device", "--progress=x check": "progress",
-                "--differences verify a": "differences", "--output=b get": "output", "--image=a --output=- --json set TINT=1": "standard output",
-                "--quiet backups": "quiet", "--dry-run verify a": "dry-run", "check --json=yes": "json", "poke 5": "="}.items():
+                "": "command", "raed x": "Did you mean read", "rstor": "Did you mean restore", "est x": "Did you mean set", "read": "FILE", "read a b": "One FILE",
+                "--bogus check": "bogus", "get tnit": "Did you mean TINT", "get itnt": "Did you mean TINT", "get r-yr.080i": "R-YR.480i", "get R-YR.480": "Did you mean R-YR.480i",
+                "get TINT.VGA": "no formats", "set TINT=64": "0 to 63", "set TINT": "=", "set TINT=-1": "number", "peek 8192": "8191", "peek 9-8": "range", "peek 8190+3": "range",
+                "peek 1+0": "range", "poke 1=256": "255", "poke 0x=1": "number", "--pins=11112010 check": "pin", "--pins=1101201 check": "eight", "--pins=11015010 check": "eight",
+                "--address=379 check": "378", "--port=lpt check": "no port", "--trace= check": "value", "--wait=x check": "wait", "--quiet get": "quiet", "--quiet peek 1": "quiet",
+                "--quiet info a": "quiet", "read - --json": "output", "--image=a peek 1": "image", "--image=a set TINT=1": "output", "--raw read a": "raw",
+                "--dry-run read a": "dry-run", "--device=secondary get": "PLEASE BE CAREFUL", "--port=ppdev --real-time check": "simulated", "--trace=no/t.vcd check": "No such file",
+                "check x": "'x' is one argument too many.", "compare a b c": "Two to compare, not 3.", "--wait=1000001 check": "1000000", "--passes=101 check": "100",
+                "--passes=0 check": "100", "--device=x check": "device", "--progress=x check": "progress", "--differences verify a": "differences", "--output=b get": "output",
+                "--image=a --output=- --json set TINT=1": "standard output", "--quiet backups": "quiet", "--dry-run verify a": "dry-run", "check --json=yes": "json", "poke 5": "="}.items():
             report = self.report(*line.split(), status=2)
             self.assertIn(reason, report["message"], line)
             self.assertEqual(report.get("command"), next((word for word in line.split("= ")[0].split() if word in COMMANDS), None), line)

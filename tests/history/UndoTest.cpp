@@ -144,6 +144,12 @@ TEST_F(UndoTest, NothingComesOfWhatChangedNothingAndANewStepEndsRedo) {
     program.numberModeMenu.Select(NumberMode::Decimal);
     Redo();
     EXPECT_EQ(Cell(kRyr480p), "12 waits changed");
+    auto outer = std::make_unique<Step>(program.history, StepName{"outer"});
+    program.buffer[1] ^= 1;
+    static_cast<void>(Step(program.history, {"inner"}));
+    EXPECT_EQ(program.history.NextName(Direction::Undo), "480p R-YR 0 to 12") << "part of another";
+    outer.reset();
+    EXPECT_EQ(program.history.NextName(Direction::Undo), "outer");
 }
 
 TEST_F(UndoTest, SettingsThatUndoTakesBackAfterAWriteWaitAgain) {

@@ -220,9 +220,15 @@ TEST_F(KernelBusTest, ASignalEndsItBehindATransfer) {
 }
 
 TEST_F(KernelBusTest, FindsAnAdapterThatWasUnpluggedWhateverItsDriverSays) {
+    const std::string adapter = system.folder.Path("sys/bus/i2c/devices/i2c-7");
     ASSERT_EQ(Check(), BusCheck::Ok);
+    std::filesystem::rename(adapter, system.folder.Path("before"));
+    system.Name(7, "Test adapter");
+    system.transfers = 0;
+    ASSERT_EQ(Check(), BusCheck::Ok);
+    EXPECT_GT(system.transfers, 2U) << "plugged in again, it is looked at anew";
     const BusClaim claim(bus);
-    std::filesystem::remove_all(system.folder.Path("sys/bus/i2c/devices/i2c-7"));
+    std::filesystem::remove_all(adapter);
     system.fault = [] { return EIO; };
     EXPECT_EQ(bus.ReadBlock(0, 1), Transfer::Aborted);
     EXPECT_THAT(bus.Failure(), testing::HasSubstr("is gone"));

@@ -133,12 +133,12 @@ TEST(Compare, TakenBitsComeIntoTheBufferAndSettingsWaitToBeWritten) {
 TEST(Compare, ABackupIsASideAndIsLoadedWithItsQuestions) {
     Session session;
     Program& program = session.program;
-    ASSERT_TRUE(program.backups.Keep(TargetDevice::Secondary, With({{2363, 9}})));
+    ASSERT_TRUE(program.backups.Keep(TargetDevice::Secondary, With({{2363, 0x40}})));
     const KeptImage kept = program.backups.All().front();
     const std::string folder = program.state.archiveFolder;
     EXPECT_TRUE(session.compare.ChooseBackup(Side::Right, kept));
     EXPECT_EQ(session.compare.Device(), TargetDevice::Secondary);
-    EXPECT_EQ(session.compare.Summary(), "8192 bytes differ: 8192 bytes in 1 place");
+    EXPECT_EQ(session.compare.Summary(), "8191 bytes differ: 8191 bytes in 2 places");
 
     program.grid.SetGridChanged(true);
     session.WillAnswer({Answer::Yes, Answer::No});
@@ -149,7 +149,7 @@ TEST(Compare, ABackupIsASideAndIsLoadedWithItsQuestions) {
     EXPECT_EQ(session.user.boxes[1].defaultButton, DefaultButton::No);
     session.WillAnswer({Answer::Yes, Answer::Yes, Answer::Yes});
     program.imageArchive.LoadKeptImage(kept);
-    EXPECT_EQ(program.buffer[2363], 9);
+    EXPECT_EQ(program.buffer[2362] + program.buffer[2363], 0x40);
     EXPECT_EQ(program.state.archiveFolder, folder) << "the next dialog opens where it did";
     EXPECT_FALSE(session.compare.ChooseBackup(Side::Left, {"missing", kept.device, "", 1}));
 }

@@ -91,6 +91,8 @@ TEST(Compare, ABufferWithoutAnImageIsNoSide) {
     EXPECT_FALSE(test.program.compare.Choose(Side::Left, Source::Buffer));
     EXPECT_THAT(test.user.TakeBoxes(), ElementsAre("E R R O R|Must First Read the EEPROM! "));
     EXPECT_EQ(test.program.compare.Of(Side::Left), std::nullopt);
+    EXPECT_TRUE(test.program.compare.Choose(Side::Right, Source::Primary));
+    EXPECT_EQ(test.program.compare.Summary(), "");
     test.program.wholeDevice.ReadEntireEep();
     test.program.compare.Begin();
     EXPECT_EQ(test.program.compare.Of(Side::Left), Source::Buffer);

@@ -67,6 +67,7 @@ class FakeI2c : public SystemCalls {
     std::function<int()> fault;  ///< an errno for the next transfer, 0 for none
     std::size_t carried = 0;     ///< bytes of its first message that pass before the fault
     std::uint64_t transfers = 0;
+    int open = 0;  ///< files
     BusTime now{std::chrono::hours(1)};
 
     FakeI2c() { Name(7, "Test adapter"); }
@@ -82,8 +83,8 @@ class FakeI2c : public SystemCalls {
         folder.Write("sys/bus/i2c/devices/i2c-" + std::to_string(bus) + "/name", name + '\n');
     }
 
-    int Open(const std::string&, int) override { return opening != 0 ? -opening : 3; }
-    int Close(int) override { return 0; }
+    int Open(const std::string&, int) override { return opening != 0 ? -opening : 2 + ++open; }
+    int Close(int) override { return --open < 0 ? -EBADF : 0; }
     int Lock(int, int) override { return -locking; }
     int Ioctl(int, unsigned long request, void* argument) override {
         if (request == I2C_FUNCS) {

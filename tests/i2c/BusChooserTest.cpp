@@ -38,6 +38,7 @@ TEST(BusChooser, LooksByReadingAloneAndNeverOnAMainboardsBus) {
     EXPECT_EQ(chooser.Obstacle(bus), "");
     system.opening = EACCES;
     EXPECT_EQ(chooser.Obstacle(bus), chooser.Look(bus));
+    EXPECT_EQ(system.open, 0);
     std::filesystem::remove_all(system.folder.Path("sys"));
     EXPECT_TRUE(chooser.Refresh());
     EXPECT_THAT(chooser.Advice(nullptr), testing::HasSubstr("Plug an adapter in"));

@@ -76,6 +76,7 @@ TEST_F(OptionsFileTest, ReadsWhatWasEditedByHandAsTexts) {
          "A\\x"},
         {R"(\x7f\x80\x7ff\x800\x95d3)", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xE9\x97\x93"},
         {"@DateTime(\\0)", "@DateTime("},
+        {"@String(/a b)", "/a b"},
     };
     for (const auto& [value, text] : rows)
         EXPECT_THAT(Read("\xEF\xBB\xBF;\r\n[ProgOpts]\r\nInitDir=x\r\nInitDir =" + value + "\r\n"),
@@ -103,7 +104,7 @@ TEST_F(OptionsFileTest, KeepsWhatItDoesNotKnowAndWhatAnotherInstanceSavedMeanwhi
 
 TEST_F(OptionsFileTest, NamesAFileThatItCannotUseAndLeavesItAlone) {
     const std::string group = "[ProgOpts]\nInitDir=x\n";
-    EXPECT_EQ(Read(group + std::string(kSmallFileBytes - group.size(), ' ')), "x");
+    EXPECT_EQ(Read(std::string(kSmallFileBytes - group.size(), '\n') + group), "x");
     for (const std::string& damage :
          {group + "[ProgOpts\n", group + "\x01\xFF no line\n",
           group + std::string(kSmallFileBytes + 1 - group.size(), ' ')}) {

@@ -67,6 +67,7 @@ class FakeI2c : public SystemCalls {
     std::function<int()> fault;  ///< an errno for the next transfer, 0 for none
     std::size_t carried = 0;     ///< bytes of its first message that pass before the fault
     std::uint64_t transfers = 0;
+    std::uint64_t refusals = 0;
     int open = 0;  ///< files
     BusTime now{std::chrono::hours(1)};
 
@@ -118,10 +119,11 @@ class FakeI2c : public SystemCalls {
     int Transfer(const i2c_rdwr_ioctl_data& data) {
         const std::span messages(data.msgs, data.nmsgs);
         for (const i2c_msg& message : messages) {
-            if (messages.size() > 1 && !combines)
-                return -EOPNOTSUPP;
-            if (message.len > longest)
-                return -tooLong;
+            const bool isLong = message.len > longest;
+            if (isLong || (messages.size() > 1 && !combines)) {
+                ++refusals;
+                return isLong ? -tooLong : -EOPNOTSUPP;
+            }
         }
         ++transfers;
         now += cost + std::chrono::microseconds(20);

@@ -84,6 +84,10 @@ TEST_F(KernelBusTest, ReadsAndWritesWhateverTheAdapterCanDo) {
                 std::ranges::equal(page, std::span(Primary().memory).subspan(64, kPageBytes)));
             EXPECT_TRUE(std::ranges::equal(Primary().memory,
                                            std::span(fresh.ReadData()).first(kEepromBytes)));
+            const std::uint64_t refusals = system.refusals;
+            ASSERT_EQ(fresh.WritePage(64, page), Transfer::Done);
+            ASSERT_EQ(fresh.ReadBlock(0, kEepromBytes), Transfer::Done);
+            EXPECT_EQ(system.refusals, refusals) << "once is enough to know";
         }
     }
 }

@@ -1,9 +1,14 @@
-// Windows that come back: onto a screen that exists, elsewhere left where they were; fitted texts.
+// Windows that come back: onto a screen that exists, elsewhere left where the user put them; texts
+// that are fitted into their room.
 #include <gtest/gtest.h>
+
+#include <QPainter>
+#include <QStyleOption>
 
 #include "ui/looks/Colours.h"
 #include "ui/looks/Fitted.h"
 #include "ui/looks/Measures.h"
+#include "ui/looks/ReadableStyle.h"
 
 namespace tarnwell {
 namespace {
@@ -50,19 +55,73 @@ TEST(ScreenPlace, ReadsBackAsSetUnlessTheWindowMoved) {
 }
 
 TEST(FittedLabel, WritesItsTextInTheMiddleOfItsRoomCondensedIfItMust) {
-    for (const int letters : {2, 60}) {
+    for (int kind = 0; kind < 8; ++kind) {
+        const bool isLong = kind % 2 == 1, enabled = kind / 2 % 2 == 1, coloured = kind / 4 == 1;
         FittedLabel label;
-        label.setText(QString(letters, 'I'));
+        label.setText(QString(isLong ? 23 : 2, 'I'));
         label.setAlignment(Qt::AlignCenter);
-        label.setFixedSize(90, 80);
-        label.setColours(colours::kCell, colours::kText);
+        label.setFrameStyle(QFrame::Panel | QFrame::Plain);
+        label.setFixedSize(92, 80);
+        label.setEnabled(enabled);
+        coloured ? label.setColours(colours::kCell, colours::kText) : void();
         const QImage image = label.grab().toImage();
+        const QRgb background = coloured ? colours::kCell.rgb() : image.pixel(2, 2);
+        EXPECT_NE(image.pixel(0, 0), background);
         QRect ink;
-        for (int at = 0; at < 90 * 80; ++at)
-            if (image.pixelColor(at % 90, at / 90) != colours::kCell)
-                ink |= QRect(at % 90, at / 90, 1, 1);
-        EXPECT_TRUE(letters == 2 ? ink.width() <= 40 : ink.width() >= 80) << ink.width();
-        EXPECT_LE((ink.center() - QPoint(45, 40)).manhattanLength(), 6) << letters;
+        int darkest = 255;
+        for (int at = 0; at < 90 * 78; ++at) {
+            const QRect dot(1 + at % 90, 1 + at / 90, 1, 1);
+            const QRgb colour = image.pixel(dot.topLeft());
+            ink |= colour == background ? QRect() : dot;
+            darkest = qMin(darkest, qGray(colour));
+        }
+        EXPECT_TRUE(isLong ? ink.width() >= 80 : ink.width() <= 40) << ink.width();
+        EXPECT_LE((ink.center() - QPoint(46, 40)).manhattanLength(), 6) << kind;
+        EXPECT_EQ(darkest < 100, enabled) << kind;
+    }
+}
+
+TEST(ReadableStyle, DrawsEdgesThatAreSeenOnADarkWindowAndFocusFrames) {
+    using S = QStyle;
+    const ReadableStyle style;
+    const auto paint = [](const S& with, int element, QColor window, QColor text, int focus) {
+        QStyleOptionButton button;
+        QStyleOptionTab tab;
+        QStyleOption& option = element < 0 ? static_cast<QStyleOption&>(tab) : button;
+        option.palette = QPalette(text, window, {}, {}, {}, text, window);
+        option.rect = QRect(0, 0, 40, 40);
+        option.state = S::State_Enabled | S::State_Selected | S::State(focus);
+        QImage image(40, 40, QImage::Format_RGB32);
+        image.fill(window);
+        QPainter painter(&image);
+        element < 0 ? with.drawControl(S::CE_TabBarTabShape, &option, &painter)
+                    : with.drawPrimitive(S::PrimitiveElement(element), &option, &painter);
+        return image;
+    };
+    const std::pair<int, std::string> rows[] = {{S::PE_IndicatorRadioButton, "eeee"},
+                                                {S::PE_IndicatorCheckBox, "eeee"},
+                                                {S::PE_PanelButtonCommand, "-FeF"},
+                                                {S::PE_FrameLineEdit, "--e-"},
+                                                {S::PE_Frame, "--e-"},
+                                                {S::PE_PanelMenu, "--e-"},
+                                                {S::PE_FrameFocusRect, "FFFF"},
+                                                {S::PE_PanelMenuBar, "----"},
+                                                {-1, "-ILI"}};  // a tab
+    for (const auto& [element, expected] : rows) {
+        std::string shown;
+        for (int kind = 0; kind < 4; ++kind) {
+            const QColor window(kind < 2 ? Qt::white : Qt::black),
+                text(kind < 2 ? Qt::black : Qt::white);
+            const int focus = kind % 2 == 1 ? S::State_HasFocus : S::State_None;
+            const QImage image = paint(style, element, window, text, focus);
+            shown += image == paint(*style.baseStyle(), element, window, text, focus) ? '-'
+                     : image.pixelColor(0, 20) == text                                ? 'F'
+                     : image.pixelColor(4, 20) == text                                ? 'I'
+                     : image.pixelColor(20, 1) == text                                ? 'L'
+                     : contrast(image.pixel(0, 20), window) >= 3                      ? 'e'
+                                                                                      : '?';
+        }
+        EXPECT_EQ(shown, expected) << element;
     }
 }
 

@@ -190,6 +190,7 @@ void AddKernelBus(Table& table) {
     constexpr BusTime kCost = std::chrono::milliseconds(1);
     constexpr double kCostSeconds = 1e-3;
     constexpr double kRead = kReadClocks * kClock + kCostSeconds;
+    constexpr int kPages = kEepromBytes / kPageBytes;
     const auto transfer = [](int bytes) {
         return kCostSeconds + (bytes + 1) * kByteClocks * kClock;
     };
@@ -211,8 +212,7 @@ void AddKernelBus(Table& table) {
         program.writeDifferences.WriteDifferencesToEep();
     });
     table.Add("kernel's bus: write of differences, all bytes (best of 3)", pages,
-              2 * kRead + kEepromBytes / kPageBytes *
-                              (transfer(2 + kPageBytes) + kWriteCycleSeconds + transfer(1)),
+              2 * kRead + kPages * (transfer(2 + kPageBytes) + kWriteCycleSeconds + transfer(1)),
               "two reads, and of each page its transfer, write cycle and poll");
     if (!std::ranges::equal(std::span(program.buffer).first(kEepromBytes),
                             adapter.devices.at(0x50).memory))

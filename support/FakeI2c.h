@@ -118,6 +118,8 @@ class FakeI2c : public SystemCalls {
     }
     int Transfer(const i2c_rdwr_ioctl_data& data) {
         const std::span messages(data.msgs, data.nmsgs);
+        if (messages.empty())
+            return -EINVAL;
         for (const i2c_msg& message : messages) {
             const bool isLong = message.len > longest;
             if (isLong || (messages.size() > 1 && !combines)) {
@@ -131,18 +133,16 @@ class FakeI2c : public SystemCalls {
             Carry(messages[0]);
             return error == EPROTO ? static_cast<int>(messages.size()) - 1 : -error;
         }
-        FakeEeprom* device = nullptr;
         for (const i2c_msg& message : messages) {
             now += std::chrono::microseconds(90) * (message.len + 1);
             const auto found = devices.find(message.addr);
             if (found == devices.end() || now < found->second.busyUntil)
                 return -ENXIO;
-            if (device != nullptr && stopsBetween)
-                device->Stop(now);
-            device = &found->second;
-            (message.flags & I2C_M_RD) != 0 ? device->Read(message) : device->Write(message);
+            FakeEeprom& device = found->second;
+            (message.flags & I2C_M_RD) != 0 ? device.Read(message) : device.Write(message);
+            if (stopsBetween || &message == &messages.back())
+                device.Stop(now);
         }
-        device->Stop(now);
         return static_cast<int>(messages.size());
     }
 };

@@ -96,6 +96,11 @@ TEST(Compare, ABufferWithoutAnImageIsNoSide) {
     test.program.wholeDevice.ReadEntireEep();
     test.program.compare.Begin();
     EXPECT_EQ(test.program.compare.Of(Side::Left), Source::Buffer);
+    test.program.state.targetDevice = TargetDevice::Secondary;
+    EXPECT_TRUE(test.program.compare.Choose(Side::Left, Source::Primary));
+    test.television.Memory(Chip::Primary)[2085] ^= 0x80;
+    EXPECT_TRUE(test.program.compare.Choose(Side::Right, Source::Primary));
+    EXPECT_EQ(test.program.compare.Summary(), "1 byte differs: 1 setting") << "of the primary";
 }
 
 TEST(Compare, TakenBitsComeIntoTheBufferAndSettingsWaitToBeWritten) {

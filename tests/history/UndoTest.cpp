@@ -48,7 +48,7 @@ class UndoTest : public testing::Test {
     }
     std::string Cell(int cell) {
         const CellContents& contents = program.cells.Contents(cell);
-        return contents.caption + (contents.mark == Mark::Save ? " waits" : "") +
+        return contents.caption + (contents.mark != Mark::Clean ? " waits" : "") +
                (contents.colour == CellColour::Changed ? " changed" : "");
     }
     /// "address old new" of each entry.
@@ -171,6 +171,12 @@ TEST_F(UndoTest, SettingsThatUndoTakesBackAfterAWriteWaitAgain) {
     EXPECT_EQ(memory[2399], 5);
     Redo();
     EXPECT_EQ(Cell(6), "9 waits changed");
+    for (const int value : {12, 9}) {
+        SetCell(6, value);
+        WriteSettings();
+    }
+    Undo(2);
+    EXPECT_EQ(Cell(6), "9") << "as the device holds it";
     Undo(2);
     EXPECT_EQ(program.state.EepRead, false);
     EXPECT_EQ(Cell(6), "0") << "no value that could be written";
@@ -256,13 +262,18 @@ TEST_F(UndoTest, AWriteBetweenLeavesTheStepsBeforeItWhole) {
 TEST_F(UndoTest, ABufferThatDiffersFromTheSavedOneIsChanged) {
     SetCell(kRyr480p, 9);
     program.settings.MergeSettingsWithBuffer();
+    SetByte(20, 50);
     test.user.files = {test.folder.Path("saved.mot")};
     program.imageArchive.SaveImage();
+    Undo();
+    EXPECT_THAT(Queue(), testing::IsEmpty()) << "held when the image was saved";
     Undo();
     EXPECT_TRUE(program.state.BufferChanged);
     EXPECT_EQ(test.Crc(), mCRC32::BufferCrcText(program.buffer));
     Redo();
     EXPECT_FALSE(program.state.BufferChanged);
+    Redo();
+    EXPECT_THAT(Queue(), ElementsAre("20 6 50"));
 }
 
 TEST_F(UndoTest, AThousandStepsOfTheLargestKindFitAndTheOldestGo) {

@@ -11,6 +11,7 @@ namespace {
 struct Mirror final : TestSurroundings {
     const Program* program = nullptr;
     Snapshot shown{};
+    TargetDevice marked{};
     std::string names;
 
     void Changed(Shown what) override {
@@ -20,6 +21,8 @@ struct Mirror final : TestSurroundings {
             shown.crc = program->statusBar.Text(Panel::Crc);
         if (what == Shown::EepPanel)
             shown.target = program->state.targetDevice;
+        if (what == Shown::Menus)
+            marked = program->state.targetDevice;
         if (what == Shown::EditorCaption)
             shown.GridChanged = program->state.GridChanged;
     }
@@ -139,7 +142,7 @@ struct Walk {
             mirror.shown.cells[cell].mark = now.cells[cell].mark;
             mirror.shown.cells[cell].lastRead = now.cells[cell].lastRead;
         }
-        EXPECT_TRUE(mirror.shown == now) << mirror.names;
+        EXPECT_TRUE(mirror.shown == now && mirror.marked == now.target) << mirror.names;
         std::string all = now.crc + (now.EepRead ? "R" : "") + (now.BufferChanged ? "B" : "") +
                           (now.GridChanged ? "G" : "") + std::string(Word(now.target)) +
                           std::to_string(now.pending.count) + mirror.names;

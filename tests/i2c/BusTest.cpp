@@ -276,6 +276,10 @@ TEST(Bounds, ClockADeviceThatHoldsSdaOffTheBus) {
     test.program.i2c.AbortOperation();
     EXPECT_TRUE(test.television.Scl() && test.television.Sda());
     EXPECT_EQ(test.program.i2c.CheckBus(Quiet::Yes), BusCheck::Ok);
+    test.television.Inject({.kind = FaultKind::SdaStuckLow});
+    const auto before = test.television.Count(Clock);
+    test.program.i2c.AbortOperation();
+    EXPECT_EQ(test.television.Count(Clock) - before, 9U);
 }
 
 TEST(Bounds, MakeUpForAPortThatFailedAtTheNextCommand) {

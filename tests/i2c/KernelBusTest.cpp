@@ -133,6 +133,16 @@ TEST_F(KernelBusTest, AsksBeforeADeviceThatIsNo24C64AndNeverWritesToIt) {
     }
 }
 
+TEST_F(KernelBusTest, AsksAboutADeviceWhoseBytesChange) {
+    system.fault = [&] {
+        std::ranges::for_each(Primary().memory, [](std::uint8_t& byte) { ++byte; });
+        return 0;
+    };
+    t.WillAnswer({Answer::No});
+    EXPECT_EQ(Check(), BusCheck::Declined);
+    EXPECT_THAT(t.user.TakeBoxes(), testing::ElementsAre(testing::HasSubstr("other bytes each")));
+}
+
 TEST_F(KernelBusTest, SendsNoDataOverAnAdapterThatCannotCombineBeforeTheUsersWord) {
     system.combines = false;
     t.WillAnswer({Answer::No});

@@ -10,9 +10,10 @@ using enum PinPosition;
 
 const std::string kConflict = "E R R O R - Port Conflict|";
 
-/// Two bare registers, written only while they are claimed.
-struct TwoRegisters final : Port {
+/// Two bare registers, written only while they are claimed, and what SCL was last sensed as.
+struct TwoRegisters final : Port, BusTrace {
     std::uint8_t data = 0, status = 0;
+    Level scl{};
     bool claimed = false;
     std::string failure;
 
@@ -25,6 +26,7 @@ struct TwoRegisters final : Port {
     void DlPortWritePortUchar(std::uint16_t, std::uint8_t value) override {
         data = claimed ? value : data;
     }
+    void Sensed(Level sensed, Level) override { scl = sensed; }
 };
 
 class PortOptionsTest : public testing::Test {
@@ -38,7 +40,7 @@ class PortOptionsTest : public testing::Test {
     TestProgram t_;
     ProgramState& state_ = t_.program.state;
     TwoRegisters port_;
-    mI2Ccode i2c_{{port_, t_.television}, state_, t_.program.statusBar, t_.user};
+    mI2Ccode i2c_{{port_, t_.television, port_}, state_, t_.program.statusBar, t_.user};
     PortOptions options_{state_, t_.program.statusBar, t_.user, i2c_};
 };
 
@@ -55,7 +57,8 @@ TEST_F(PortOptionsTest, EveryStringDrivesAndSensesAsItsDigitsSayAndOnlyThoseWith
         }
         SCOPED_TRACE(digits);
         Load(digits);
-        const bool conflict = d[0] == d[2] || d[4] == d[6];
+        const bool conflictIn = d[4] == d[6];
+        const bool conflict = d[0] == d[2] || conflictIn;
         ASSERT_EQ(Accept(), !conflict);
         ASSERT_EQ(t_.user.TakeBoxes().size(), conflict ? 1 : 0);
         ASSERT_EQ(state_.pinOptions, digits);
@@ -75,6 +78,8 @@ TEST_F(PortOptionsTest, EveryStringDrivesAndSensesAsItsDigitsSayAndOnlyThoseWith
 
             port_.status = static_cast<std::uint8_t>((8U << d[4]) ^ (level - 1));
             ASSERT_EQ(i2c_.ReadAck() == AckBit::NotAcknowledged, level != d[5]);
+            const bool sclBit = (level == 1) == conflictIn;
+            ASSERT_EQ(port_.scl == Level::High, sclBit != (d[7] != (d[6] == 4)));
             ASSERT_EQ(i2c_.ReadByte(), (level ^ d[5] ^ (d[4] == 4 ? 1 : 0)) * 255);
         }
     }
@@ -102,6 +107,11 @@ TEST_F(PortOptionsTest, ThePinOfTheOtherLineIsRefusedAndMustBeReplacedBeforeAcce
         EXPECT_EQ(options_.Select(clicked, 3), std::nullopt);
         EXPECT_TRUE(Accept());
     }
+}
+
+TEST(PortAddressValue, IsThatOfSixteenBitsOrNone) {
+    for (const auto& [text, value] : {std::pair("65535", 65535), {"65536", 0}, {"0", 0}, {"-1", 0}})
+        EXPECT_EQ(PortAddressValue(text), value);
 }
 
 TEST_F(PortOptionsTest, StoredStringsLoadWithoutABoxAndButtonsReleaseBothLines) {

@@ -1,4 +1,5 @@
 // The window Compare, by keyboard and by mouse.
+#include <QAbstractItemModelTester>
 #include <QAbstractItemView>
 #include <QClipboard>
 #include <QComboBox>
@@ -41,6 +42,8 @@ class CompareTest : public FormMainTest {
 TEST_F(CompareTest, GoesThroughTheDifferencesAndTakesThem) {
     compare([&](QWidget& dialog) {
         auto& table = Child<QTreeView>(dialog, "tblDifferences");
+        const QAbstractItemModelTester tester(
+            table.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         auto& summary = Child<QLabel>(dialog, "lblDifferences");
         auto& take = Child<QPushButton>(dialog, "cmdTake");
         auto& onlySettings = Child<QAbstractButton>(dialog, "chkSettingsOnly");
@@ -107,7 +110,8 @@ TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {
         EXPECT_TRUE(map.accessibleDescription().startsWith("Address 4097: "));
         const QRectF first = map.cellOf(0);
         const QPoint byte = (first.topLeft() + QPointF(59.5, 18.5) * first.width()).toPoint();
-        QTest::mouseClick(&map, Qt::LeftButton, {}, byte);
+        for (const QPoint& clicked : {byte, first.topLeft().toPoint() - QPoint(3, 3)})
+            QTest::mouseClick(&map, Qt::LeftButton, {}, clicked);
         EXPECT_EQ(table.currentIndex().data().toString(), "2363");
         QHelpEvent pointing(QEvent::ToolTip, byte, map.mapToGlobal(byte));
         QCoreApplication::sendEvent(&map, &pointing);

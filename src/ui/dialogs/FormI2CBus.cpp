@@ -103,6 +103,9 @@ void FormI2CBus::fill(const std::optional<I2cBus>& wanted) {
         if (bus == wanted)
             m_table.setCurrentItem(m_table.topLevelItem(m_table.topLevelItemCount() - 1));
     }
+    // Without a row that is the current one, Space would select none.
+    if (m_table.currentItem() == nullptr)
+        m_table.setCurrentItem(m_table.topLevelItem(0), 0, QItemSelectionModel::NoUpdate);
     showSelection();
 }
 

@@ -1,19 +1,27 @@
-#include "core/files/AtomicFile.h"
-
+// Files that are replaced as a whole or not at all, and the folders that the user's files lie in.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cstdlib>
+#include <utility>
+
+#include "core/files/AtomicFile.h"
+#include "core/files/UserFolders.h"
 #include "support/FullDisk.h"
 #include "support/TemporaryFolder.h"
 
 /// The calls on the disk in their order, in the place of the C library's.
 static std::string calls;
+static int refusal = 0;  ///< of the next fsync behind a rename
 extern "C" int fsync(int descriptor) {
+    const int error = calls.ends_with("rename ") ? std::exchange(refusal, 0) : 0;
     calls += "fsync ";
-    return static_cast<int>(syscall(SYS_fsync, descriptor));
+    errno = error;
+    return error != 0 ? -1 : static_cast<int>(syscall(SYS_fsync, descriptor));
 }
 extern "C" int rename(const char* from, const char* to) noexcept {
     calls += "rename ";
@@ -56,6 +64,10 @@ TEST_F(AtomicFileTest, ReplacesContentAndKeepsPermissionsAndLinks) {
     EXPECT_EQ(folder.Read(longest), "second one");
     EXPECT_EQ(fs::status(folder.Path(longest)).permissions(), fs::perms(0640));
     EXPECT_EQ(FilesLeft(), 3);
+    for (const auto& [error, saved] : {std::pair(EINVAL, true), {ENOTSUP, true}, {EIO, false}}) {
+        refusal = error;
+        EXPECT_EQ(Save(folder.Path("file"), "third"), saved) << "the folder's state on the disk";
+    }
 }
 
 TEST_F(AtomicFileTest, FullDiskLeavesTheOldFileAlone) {
@@ -92,6 +104,23 @@ TEST_F(AtomicFileTest, WriteProtectedFilesAreRefusedToWhoeverMayNotWriteThem) {
     EXPECT_FALSE(Save(folder.Path("file"), "new"));
     EXPECT_TRUE(!other || seteuid(self) == 0);
     EXPECT_EQ(folder.Read("file"), "old");
+}
+
+TEST(UserFolders, FollowTheDesktopsRule) {
+    const std::string account = getpwuid(getuid())->pw_dir;
+    for (const char* const home : {"/h", "", static_cast<const char*>(nullptr)}) {
+        for (const std::string given : {"", "relative", "/given"}) {
+            home ? setenv("HOME", home, 1) : unsetenv("HOME");
+            for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+                setenv(variable, given.c_str(), 1);
+            const auto in = [&](const std::string& below) {
+                return given == "/given" ? given : (home && *home ? home : account) + below;
+            };
+            EXPECT_EQ(ConfigFolder(), in("/.config") + "/Halvdorn");
+            EXPECT_EQ(DataFolder(), in("/.local/share") + "/tarnwell");
+            EXPECT_EQ(StateFolder(), in("/.local/state") + "/tarnwell");
+        }
+    }
 }
 
 }  // namespace

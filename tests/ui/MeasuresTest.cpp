@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QPainter>
+#include <QPushButton>
 #include <QScreen>
 #include <QStyleOption>
 
@@ -24,6 +25,7 @@ TEST(BroughtBack, LeavesAWindowWhoseTitleShowsAndBringsOthersToTheNearestScreen)
         QPoint to;
     };
     const QSize size(500, 300);
+    const int half = 30 - scaled(300) + scaled(300) / 2;  // of the title shows below the top edge
     for (const Row& row :
          {Row{{10, 40}, {laptop}, {10, 40}},
           Row{{1000, 700}, {laptop}, {1000, 700}},  // half of it shows
@@ -33,7 +35,7 @@ TEST(BroughtBack, LeavesAWindowWhoseTitleShowsAndBringsOthersToTheNearestScreen)
           Row{{2000, 500}, {laptop, beside}, {2000, 500}},
           Row{{2000, 500}, {laptop}, {866, 468}},  // its screen is gone
           Row{{-900, 200}, {onTheLeft}, {-900, 200}}, Row{{10, 10}, {onTheLeft}, {-500, 10}},
-          Row{{200, -25}, {laptop}, {200, 30}},  // above the top edge
+          Row{{200, half}, {laptop}, {200, half}}, Row{{200, half - 1}, {laptop}, {200, 30}},
           Row{{200, 5000}, {laptop, beside}, {200, 468}},
           Row{{9, 9}, {QRect(100, 100, 400, 200)}, {100, 100}}, Row{{9, 9}, {}, {9, 9}}})
         EXPECT_EQ(broughtBack({row.from, size}, row.screens), row.to)
@@ -81,6 +83,17 @@ TEST(FittedLabel, WritesItsTextInTheMiddleOfItsRoomCondensedIfItMust) {
         EXPECT_TRUE(isLong ? ink.width() >= 80 : ink.width() <= 40) << ink.width();
         EXPECT_LE((ink.center() - QPoint(46, 40)).manhattanLength(), 6) << kind;
         EXPECT_EQ(darkest < 100, enabled) << kind;
+    }
+}
+
+TEST(FitCaption, MakesTheFontAsSmallAsTheCaptionNeedsWithoutItsAmpersand) {
+    QPushButton button("&Fit");
+    const int pixels = QFontInfo(button.font()).pixelSize();
+    const int needed = button.fontMetrics().horizontalAdvance("Fit") + scaled(150);
+    for (const int missing : {0, 1}) {
+        button.setFixedWidth(needed - missing);
+        fitCaption(button, 150);
+        EXPECT_EQ(QFontInfo(button.font()).pixelSize(), pixels - missing);
     }
 }
 

@@ -169,6 +169,17 @@ TEST_F(CompareTest, TheListOfBackupsLeadsBackToOne) {
     });
     script.then([](QWidget& dialog) {
         EXPECT_EQ(Child<QComboBox>(dialog, "cboRight").currentText(), "Backup...");
+        auto& left = Child<QComboBox>(dialog, "cboLeft");
+        for (const auto& [button, shown] :
+             {std::pair("cmdClose", "Memory Buffer"), {"cmdCompare", "Backup..."}}) {
+            QTimer::singleShot(200, [button = button] {
+                Child<QPushButton>(*QApplication::activeModalWidget(), button).click();
+            });
+            left.setCurrentIndex(left.findText("Backup..."));
+            Q_EMIT left.activated(left.currentIndex());
+            EXPECT_EQ(left.currentText(), shown);
+        }
+        EXPECT_EQ(Child<QLabel>(dialog, "lblDifferences").text(), "No differences");
         QTest::keyClick(&dialog, Qt::Key_Escape);
     });
     choose("mnuFileBackups");

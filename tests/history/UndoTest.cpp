@@ -136,6 +136,10 @@ TEST_F(UndoTest, NothingComesOfWhatChangedNothingAndANewStepEndsRedo) {
     SetByte(20, 300);
     EXPECT_EQ(program.history.Count(Direction::Undo), 0);
     SetCell(kRyr480p, 12);
+    const std::size_t bytes = program.history.Bytes();
+    Undo();
+    SetCell(kRyr480p, 12);
+    EXPECT_EQ(program.history.Bytes(), bytes);
     program.editorPage.ToggleEditor();
     program.numberModeMenu.Select(NumberMode::Hex);
     EXPECT_EQ(program.history.NextName(Direction::Undo), "480p R-YR 0 to C");

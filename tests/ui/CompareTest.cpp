@@ -11,7 +11,7 @@
 #include <QToolTip>
 #include <QTreeView>
 
-#include "ui/MainWindow.h"
+#include "support/MainWindow.h"
 #include "ui/widgets/DifferenceMap.h"
 
 namespace tarnwell {
@@ -89,6 +89,32 @@ TEST_F(CompareTest, AnEntryInTheGridIsSettledBefore) {
                   "1 byte differs: 1 byte in 1 place")
             << "the buffer is what the grid was";
     });
+}
+
+TEST_F(CompareTest, ThePictureMarksEachKindOfByte) {
+    MemoryBuffer left{}, right{};
+    left[0] = left[2363] = 1;
+    left[900] = right[900] = 0xFF;
+    DifferenceMap map;
+    map.setFixedSize(1300, 700);
+    std::string marks;  // from the corner, the side and the middle of their cells
+    for (const auto device : {TargetDevice::Primary, TargetDevice::Secondary}) {
+        map.show(left, right, device, NumberMode::Decimal);
+        const QImage shown = map.grab().toImage();
+        for (const int address : {0, 2363, 2364, 900, 2}) {
+            const QRectF cell = map.cellOf(address);
+            for (const QPointF& at : {QPointF(0.2, 0.2), {0.2, 0.5}, {0.5, 0.5}}) {
+                const QColor colour =
+                    shown.pixelColor((cell.topLeft() + at * cell.width()).toPoint());
+                marks += colour == QColor(192, 0, 0)                     ? 'd'
+                         : colour == map.palette().color(QPalette::Base) ? '-'
+                         : colour == map.palette().color(QPalette::Text) ? 't'
+                                                                         : 'h';
+            }
+            marks += ' ';
+        }
+    }
+    EXPECT_EQ(marks, "ddd dd- -hh --t --- ddd ddd --- --t --- ");
 }
 
 TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {

@@ -6,7 +6,7 @@
 #include <QScrollBar>
 #include <QTabBar>
 
-#include "ui/MainWindow.h"
+#include "support/MainWindow.h"
 
 namespace tarnwell {
 namespace {

@@ -11,7 +11,7 @@
 #include <QTextBrowser>
 #include <regex>
 
-#include "ui/MainWindow.h"
+#include "support/MainWindow.h"
 #include "ui/dialogs/FormEdit.h"
 #include "ui/dialogs/FormWarning.h"
 #include "ui/looks/Colours.h"

@@ -2,7 +2,7 @@
 #include <QTreeWidget>
 #include <random>
 
-#include "ui/MainWindow.h"
+#include "support/MainWindow.h"
 
 namespace tarnwell {
 namespace {

@@ -326,7 +326,8 @@ TEST_F(FormMainTest, FiltersCommitsAndAbandonsEntries) {
     type("23");
     clickByte(2, 3);
     EXPECT_EQ(program.grid.Text({1, 3}), "23");
-    EXPECT_EQ(child<QTabWidget>("SSTab1").tabText(5), "Editor !");
+    auto& tabs = child<QTabWidget>("SSTab1");
+    EXPECT_EQ(tabs.tabText(5) + tabs.tabToolTip(5), "Editor !1 value waits to be written");
     EXPECT_EQ(text("lblAddy_0") + text("lblOldData_0") + text("lblNewData_0"), "181823");
 
     type("77");
@@ -358,7 +359,7 @@ TEST_F(FormMainTest, FiltersCommitsAndAbandonsEntries) {
     EXPECT_EQ(status(), "EEP Verified OK; New Data Written to EEProm");
     EXPECT_EQ(television.Memory(Chip::Primary)[18], 23);
     EXPECT_EQ(text("lblAddy_0") + text("lblOldData_0") + text("lblNewData_0"), "");
-    EXPECT_EQ(child<QTabWidget>("SSTab1").tabText(5), "Editor");
+    EXPECT_EQ(tabs.tabText(5) + tabs.tabToolTip(5), "Editor");
     EXPECT_THAT(script.takeTitles(), ElementsAre("W A R N I N G", "V E R I F Y"));
 }
 

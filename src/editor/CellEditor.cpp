@@ -33,7 +33,7 @@ std::string WithoutLastCharacter(std::string text) {
 }
 
 std::string TypedText(std::string_view character, NumberMode mode) {
-    if (mode == NumberMode::Hex && character.size() == 1) {
+    if (character.size() == 1) {
         if (const auto capital = FilterKey(character.front(), mode))
             return {*capital};
     }

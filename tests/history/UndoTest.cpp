@@ -83,6 +83,7 @@ TEST_F(UndoTest, EachCommandIsOneStepWithItsName) {
         {"Merge of Settings", [&] { program.settings.MergeSettingsWithBuffer(); }},
         {"Byte 20 6 to 77", [&] { SetByte(20, 77); }},
         {"Byte 20 77 to 78", [&] { SetByte(20, 78); }},
+        {"Paste of 2 Bytes", [&] { program.cellEditor.Paste("8 9"); }},
         {"Discard of Grid Changes",
          [&] {
              test.WillAnswer({No, Yes});

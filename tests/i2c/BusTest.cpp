@@ -229,6 +229,18 @@ BusTime SampledBeforeFall(const std::vector<WireSample>& samples) {
     return longest;
 }
 
+/// The shortest time from SCL's fall to a change of SDA, those left out that a device makes at once.
+BusTime ShortestDataHold(const std::vector<WireSample>& samples) {
+    BusTime shortest = BusTime::max(), fall{};
+    for (const WireSample& sample : samples) {
+        if (sample.cause == WireSample::Cause::Scl && !sample.scl)
+            fall = sample.time;
+        else if (sample.cause == WireSample::Cause::Sda && !sample.scl && sample.time > fall)
+            shortest = std::min(shortest, sample.time - fall);
+    }
+    return shortest;
+}
+
 TEST(BusTiming, HoldsEveryTimeOfTheStandardMode) {
     using namespace std::chrono_literals;
     for (const BusTime accessCost : {0ns, 100ns, 1000ns, 1200ns, 5000ns}) {
@@ -241,6 +253,7 @@ TEST(BusTiming, HoldsEveryTimeOfTheStandardMode) {
             ASSERT_EQ(test.program.i2c.ReadBlock(70, 20), Transfer::Done);
         }
         EXPECT_EQ(SampledBeforeFall(test.television.Samples()), 2 * accessCost);
+        EXPECT_GE(ShortestDataHold(test.television.Samples()), 300ns);
         auto times = ShortestTimes(OnWire(test.television.Samples()));
         for (const auto& [edges, least] : {std::pair{"cC", 4700},
                                            {"Cc", 4000},

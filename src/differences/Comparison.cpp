@@ -20,8 +20,8 @@ int FieldMask(std::optional<int> cell) {
     return cell ? (0xFF << Cell(*cell).setting->shift) & 0xFF : 0;
 }
 
-bool ContinuesPlace(const std::vector<DifferenceRow>& rows, std::size_t place, int address) {
-    return place < rows.size() && rows[place].bytes.back().address + 1 == address;
+bool Continues(const DifferenceRow& place, int address) {
+    return place.bytes.back().address + 1 == address;
 }
 
 std::string Text(int number, NumberMode mode) {
@@ -63,8 +63,7 @@ DifferenceTexts HeadOf(NumberMode mode) {
 std::vector<DifferenceRow> DifferenceRows(TargetDevice device, const MemoryBuffer& left,
                                           const MemoryBuffer& right) {
     std::vector<DifferenceRow> rows;
-    std::size_t place = 0;
-    bool hasPlace = false;
+    std::optional<std::size_t> place;
     for (const Mismatch& byte : Differences(left, right)) {
         const auto cell = CellOn(device, byte.address);
         const int bits = byte.expected ^ byte.found;
@@ -73,12 +72,11 @@ std::vector<DifferenceRow> DifferenceRows(TargetDevice device, const MemoryBuffe
             rows.push_back({cell, {byte}});
         if ((bits & ~field) == 0)
             continue;
-        if (hasPlace && ContinuesPlace(rows, place, byte.address)) {
-            rows[place].bytes.push_back(byte);
+        if (place && Continues(rows[*place], byte.address)) {
+            rows[*place].bytes.push_back(byte);
             continue;
         }
         place = rows.size();
-        hasPlace = true;
         rows.push_back({std::nullopt, {byte}});
     }
     return rows;

@@ -229,7 +229,8 @@ BusTime SampledBeforeFall(const std::vector<WireSample>& samples) {
     return longest;
 }
 
-/// The shortest time from SCL's fall to a change of SDA, those left out that a device makes at once.
+/// The shortest time from SCL's fall to a change of SDA, those left out that a device makes at
+/// once.
 BusTime ShortestDataHold(const std::vector<WireSample>& samples) {
     BusTime shortest = BusTime::max(), fall{};
     for (const WireSample& sample : samples) {

@@ -57,13 +57,13 @@ TEST(HelpKey, OpensTheTopicOfEveryPageDialogAndMenu) {
         opened += name + ">" + viewer.source().fileName().chopped(5).toStdString() + " ";
         QTest::keyClick(window.windowHandle(), Qt::Key_F1, Qt::ShiftModifier);
         EXPECT_TRUE(other.source().isEmpty()) << name;
+        QDesktopServices::unsetUrlHandler("file");
         if (QString::fromStdString(name).contains(skipped))
             return;
         now << name << ": " << told(window) << '\n';
         std::getline(kept, line);
         EXPECT_EQ(inLines(name + ": " + told(window)), inLines(line));
     });
-    QDesktopServices::unsetUrlHandler("file");
     EXPECT_EQ(opened,
               "value-editor>value-editor chroma>chroma edges>edges global>global iris>iris "
               "picture>picture save-image>archives load-image>archives "

@@ -1,8 +1,17 @@
-// Runs the window tests within one application.
+// Runs the window tests within one application. A warning of Qt's is a failure.
 #include <gmock/gmock.h>
 
 #include <QApplication>
 #include <QFont>
+
+namespace {
+
+void fail(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    if (type != QtDebugMsg && !text.startsWith("This plugin does not support"))
+        ADD_FAILURE() << text.toStdString();
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
@@ -13,6 +22,7 @@ int main(int argc, char** argv) {
     QFont font(QStringLiteral("DejaVu Sans"), 9);
     font.setHintingPreference(QFont::PreferNoHinting);
     QApplication::setFont(font);
+    qInstallMessageHandler(fail);
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }

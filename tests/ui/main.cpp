@@ -18,9 +18,10 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    // Without hinting its texts are as wide on every machine.
+    // So its texts are as wide and look the same on every machine.
     QFont font(QStringLiteral("DejaVu Sans"), 9);
     font.setHintingPreference(QFont::PreferNoHinting);
+    font.setStyleStrategy(QFont::PreferAntialias);
     QApplication::setFont(font);
     qInstallMessageHandler(fail);
     testing::InitGoogleMock(&argc, argv);

@@ -1,8 +1,9 @@
-// F1, pressed in every page, dialog and menu of the program, and what a screen reader is told and
-// where that is seen, in the order of the Tab key: a line of transcript.txt each; transcript.now is
-// that of now.
+// Every page, dialog and menu of the program: F1 pressed in it, what a screen reader is told and
+// where that is seen, in the order of the Tab key (a line of transcript.txt each), and how it looks
+// from afar (windows.png). Those of now are transcript.now and windows.now.png.
 #include <QAccessible>
 #include <QDesktopServices>
+#include <QPainter>
 #include <QTest>
 #include <QTextBrowser>
 #include <QWindow>
@@ -44,11 +45,35 @@ std::string inLines(const std::string& told) {
     return fromQt(toQt(told).replace(" | ", "\n"));
 }
 
-TEST(HelpKey, OpensTheTopicOfEveryPageDialogAndMenu) {
+/// The window from afar, so that how the edges of letters are drawn makes no difference.
+QImage fromAfar(QWidget& window) {
+    const QImage seen = window.grab().toImage();
+    return seen.scaled(seen.size() / 8, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .convertToFormat(QImage::Format_RGB32);
+}
+
+/// How much the pictures differ at most, of 255.
+int difference(const QImage& one, const QImage& other) {
+    int greatest = 0;
+    for (int at = 0; at < one.width() * one.height(); ++at) {
+        const QRgb a = one.pixel(at % one.width(), at / one.width());
+        const QRgb b = other.pixel(at % one.width(), at / one.width());
+        greatest = std::max({greatest, std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                             std::abs(qBlue(a) - qBlue(b))});
+    }
+    return greatest;
+}
+
+TEST(Gallery, IsAsItIsKeptAndHasATopicForEachWindow) {
     std::string opened, line;
     std::ifstream kept(QT_TESTCASE_SOURCEDIR "/ui/transcript.txt");
     std::ofstream now("transcript.now");
-    const QRegularExpression skipped("menu|image|driver");
+    const QRegularExpression skipped("image|driver");
+    const QImage pictures(QT_TESTCASE_SOURCEDIR "/ui/windows.png");
+    QImage drawn(600, 320, QImage::Format_RGB32);
+    drawn.fill(0);
+    QPainter painter(&drawn);
+    QPoint place;
     WalkGallery([&](const std::string& name, QWidget& window) {
         QTextBrowser viewer, other;
         QDesktopServices::setUrlHandler("file", &viewer, "setSource");
@@ -63,7 +88,15 @@ TEST(HelpKey, OpensTheTopicOfEveryPageDialogAndMenu) {
         now << name << ": " << told(window) << '\n';
         std::getline(kept, line);
         EXPECT_EQ(inLines(name + ": " + told(window)), inLines(line));
+        const QImage seen = fromAfar(window);
+        if (place.x() + seen.width() > drawn.width())
+            place = {0, place.y() + 80};
+        painter.drawImage(place, seen);
+        EXPECT_LE(difference(seen, pictures.copy({place, seen.size()})), 60) << name;
+        place.rx() += seen.width();
     });
+    painter.end();
+    drawn.save("windows.now.png");
     EXPECT_EQ(opened,
               "value-editor>value-editor chroma>chroma edges>edges global>global iris>iris "
               "picture>picture save-image>archives load-image>archives "

@@ -4,6 +4,7 @@
     command_line_test.py PROGRAM PROGRAM-WITH-FAULTS
 """
 
+import contextlib
 import functools
 import json
 import os
@@ -424,6 +425,14 @@ class CommandLine(unittest.TestCase):
     def test_draws_a_bar_and_can_be_quiet(self):
         self.assertRegex(self.run_cli("--progress=always", "read", "b.bin")[1], r"50 %, \d+ s left")
         self.assertEqual(self.run_cli("--quiet", "read", "c.bin"), (b"", ""))
+        terminal, stderr = pty.openpty()
+        self.start("read", "d.bin", stderr=stderr)
+        os.close(stderr)
+        shown = b""
+        with contextlib.suppress(OSError):  # the end
+            while part := os.read(terminal, 4096):
+                shown += part
+        self.assertIn(b" 50 %", shown)
         self.assertRegex("".join(map(str, self.run_cli("read", "f.bin"))), r"\Ab'EEProm Image Saved to Disk: f.bin\\nDevice: Primary EEProm, "
                          r"simulated\\nRead: 8192 bytes\\nCRC-32: [0-9A-F]+\\n'\Z")
 

@@ -184,7 +184,10 @@ TEST(WriteDifferences, ListsWhatDoesNotVerifyAfterTheSecondTry) {
 
 TEST(DeviceReader, AsksBeforeADoubtfulReadingIsUsed) {
     Session run;
-    run.program.ToggleReadTwice();
+    for (const char* times : {"Twice", "Once", "Twice"}) {
+        run.program.ToggleReadTwice();
+        EXPECT_EQ(run.Status(), std::string("Whole EEProms Are Read ") + times);
+    }
     const MemoryBuffer buffer = run.program.buffer;
     const auto read = [&](std::initializer_list<Answer> answers) {
         run.user.answers = answers;

@@ -68,12 +68,15 @@ TEST_P(RealPortTest, ReachesTheTwoRegistersOfAClaimedPortOnly) {
     }
 }
 
+constexpr const char* kInUse =
+    " is in use by another program (pemvora, process 77). Close it and try again.";
+
 /// Calls that fail, and the line that tells it, behind the device.
 const std::tuple<std::string, int, const char*> kObstacles[] = {
-    {"parport0 claim", ENXIO, " is in use by another program. Close it and try again."},
-    {"parport0 claim", EBUSY, " is in use by another program"},
-    {"parport0 claim", EINTR, " is in use by another program"},
-    {"port lock", EWOULDBLOCK, " is in use by another program"},
+    {"parport0 claim", ENXIO, kInUse},
+    {"parport0 claim", EBUSY, kInUse},
+    {"parport0 claim", EINTR, kInUse},
+    {"port lock", EWOULDBLOCK, kInUse},
     {"parport0 claim", ENODEV, ": No such device. Check the port and try again."},
     {"parport0 open", EACCES, ": Permission denied. Add your account to the group lp"},
     {"parport0 open", ENOENT, " is missing. Load the kernel module ppdev with \"sudo"},
@@ -86,6 +89,10 @@ const std::tuple<std::string, int, const char*> kObstacles[] = {
 
 TEST_P(RealPortTest, TellsWhatIsInTheWayAndStaysFailedUntilTheNextClaim) {
     List();
+    system_.folder.Write("proc/77/comm", "pemvora\n");
+    system_.folder.Write("proc/77/fd/4", "");
+    std::filesystem::create_symlink(system_.folder.Path("dev/" + device_),
+                                    system_.folder.Path("proc/77/fd/3"));
     for (const auto& [call, error, line] : kObstacles) {
         if (!call.starts_with(device_ + " "))
             continue;

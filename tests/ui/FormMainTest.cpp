@@ -118,6 +118,12 @@ TEST_F(FormMainTest, EachMenuItemOpensItsWindowOrTellsWhatItDid) {
         EXPECT_EQ(child<QAction>(item).isChecked(), name != QLatin1String("mnuEEPRead")) << item;
     }
     EXPECT_EQ(text("statusPanel_3"), toQt(mCRC32::BufferCrcText(program.buffer)));
+    for (const auto& [button, told] :
+         {std::pair("cmdReadSettings", "Settings Values Read from EEPROM"),
+          {"cmdCopySettingsToBuffer", "Settings Values Merged Into Memory Buffer"}}) {
+        child<QPushButton>(button).click();
+        EXPECT_EQ(status(), told);
+    }
 }
 
 TEST_F(FormMainTest, ShowsAtTheStartWhatTheOptionsSay) {

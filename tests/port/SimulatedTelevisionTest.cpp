@@ -135,15 +135,5 @@ TEST(FactoryImage, HoldsEverySettingInItsRange) {
     EXPECT_NE(image, FactoryImage(Chip::Secondary));
 }
 
-TEST(SimulatedTelevisionPace, RealAccessesAndWaitsLast) {
-    SimulatedTelevision tv({.accessCost = 100us, .pace = Pace::Real});
-    tv.Claim(kBase);
-    const auto begin = std::chrono::steady_clock::now();
-    for (int access = 0; access < 50; ++access)
-        tv.DlPortReadPortUchar(kBase);
-    tv.WaitUntil(tv.Now() + 5ms);
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, 10ms);
-}
-
 }  // namespace
 }  // namespace tarnwell

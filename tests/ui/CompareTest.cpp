@@ -179,6 +179,7 @@ TEST_F(CompareTest, ASideThatCannotBeReadIsEmptyAndTheListIsSaved) {
         QTest::keyClick(left.view(), Qt::Key_Return);
         EXPECT_EQ(left.currentIndex(), -1);
         EXPECT_EQ(Child<QLabel>(dialog, "lblDifferences").text(), "Choose both sides");
+        EXPECT_FALSE(Child<QPushButton>(dialog, "cmdSaveList").isEnabled());
     });
 }
 

@@ -95,6 +95,7 @@ TEST_F(KernelBusTest, ReadsAndWritesWhateverTheAdapterCanDo) {
 
 TEST_F(KernelBusTest, AsksBeforeADeviceThatIsNo24C64AndNeverWritesToIt) {
     const std::vector<std::uint8_t> edid{0, 255, 255, 255, 255, 255, 255, 0, 1, 2, 3};
+    const std::vector<std::uint8_t> zeros(99);
     const struct {
         std::size_t bytes, addressBytes;
         std::vector<std::uint8_t> header;
@@ -113,6 +114,7 @@ TEST_F(KernelBusTest, AsksBeforeADeviceThatIsNo24C64AndNeverWritesToIt) {
         {256, 1, {0x94, 0, 11}, -1, "have one byte"}, {256, 1, {0x90, 0, 11}, -1, "have one byte"},
         {256, 1, {0x33, 0, 12}, -1, "have one byte"}, {256, 1, {0x31, 0, 18}, -1, "have one byte"},
         {256, 1, {0x51, 0x19}, -1, "have one byte"},  {256, 1, {0x52, 0x18}, -1, "have one byte"},
+        {256, 1, zeros, -1, "have one byte"},
     };
     for (const auto& [bytes, addressBytes, header, fill, finding] : kDevices) {
         SCOPED_TRACE(finding);

@@ -402,6 +402,9 @@ TEST_F(FormMainTest, BrowsesTheGridWithTheEditorOff) {
     EXPECT_FALSE(box().isVisible());
     const auto* model = child<QTableView>("DataGrid").model();
     EXPECT_EQ(model->index(1, 3).data(Qt::AccessibleTextRole), "Address 18: 18");
+    EXPECT_EQ(model->headerData(1, Qt::Vertical).toString() +
+                  model->headerData(1, Qt::Horizontal).toString(),
+              "160");
     EXPECT_EQ(model->data(model->index(147, 12), Qt::ToolTipRole), " 480i CR02 White Balance ");
 }
 

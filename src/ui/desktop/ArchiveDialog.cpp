@@ -58,7 +58,7 @@ std::optional<std::string> ArchiveDialog::ask(const FileRequest& request) {
     setWindowTitle(toQt(request.title));
     setAcceptMode(save ? AcceptSave : AcceptOpen);
     setFileMode(request.kind == FileRequest::Kind::Open ? ExistingFile : AnyFile);
-    setDefaultSuffix(toQt(kArchiveExtension.substr(1)));
+    setDefaultSuffix(toQt(kArchiveExtension));
     setDirectory(startFolder(request.folder));
     propose(request);
     resize(size().boundedTo(screen()->availableGeometry().size() * kShareOfScreen));
@@ -82,7 +82,7 @@ void ArchiveDialog::accept() {
         setDefaultSuffix({});
         const QStringList named = selectedFiles();
         if (named.size() != 1 || !QFileInfo::exists(named.constFirst()))
-            setDefaultSuffix(toQt(kArchiveExtension.substr(1)));
+            setDefaultSuffix(toQt(kArchiveExtension));
     }
     QFileDialog::accept();
 }

@@ -179,7 +179,9 @@ TEST_F(KernelBusTest, SaysWhatFailed) {
     EXPECT_EQ(transfers, 17) << "a look is short";
     const std::array lost{EAGAIN, ENXIO, EBUSY, EIO, 0};
     system.fault = [=, at = 0U]() mutable { return lost.at(at++); };
+    const BusTime begin = system.now;
     EXPECT_EQ(Check(), BusCheck::Ok) << "sent until the other master is done";
+    EXPECT_GE(system.now - begin, std::chrono::milliseconds(4)) << "after a pause each time";
     system.fault = {};
     for (const auto& [line, errors] : kFaults) {
         for (const int error : errors) {

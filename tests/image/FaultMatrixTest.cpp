@@ -1,6 +1,5 @@
 // Each command that touches the bus, under each fault of the television, from each moment on.
 #include <algorithm>
-#include <cctype>
 #include <span>
 
 #include "support/BusCommands.h"

@@ -1,6 +1,5 @@
 // Each command that touches the bus, over the kernel's, under each fault of a transfer.
 #include <cerrno>
-#include <numeric>
 #include <random>
 
 #include "support/BusCommands.h"

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "core/files/SmallFile.h"
 #include "port/simulated/FactoryImage.h"
 #include "port/system/LinuxSystemCalls.h"

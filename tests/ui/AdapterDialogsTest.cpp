@@ -1,6 +1,5 @@
 // The three dialogs about the adapter, operated as a user would.
 #include <QApplication>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
 

@@ -4,7 +4,6 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QFile>
-#include <QFileDialog>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QTimer>

@@ -7,7 +7,6 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTextBrowser>
 #include <regex>

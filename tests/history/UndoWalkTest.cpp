@@ -143,6 +143,7 @@ struct Walk {
             mirror.shown.cells[cell].lastRead = now.cells[cell].lastRead;
         }
         EXPECT_TRUE(mirror.shown == now && mirror.marked == now.target) << mirror.names;
+        EXPECT_TRUE(now.crc.empty() || now.crc == mCRC32::BufferCrcText(now.buffer));
         std::string all = now.crc + (now.EepRead ? "R" : "") + (now.BufferChanged ? "B" : "") +
                           (now.GridChanged ? "G" : "") + std::string(Word(now.target)) +
                           std::to_string(now.pending.count) + mirror.names;

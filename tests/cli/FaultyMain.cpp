@@ -22,10 +22,11 @@ const std::map<std::string, FaultKind> kKinds{
     {"LinesJoined", FaultKind::LinesJoined},       {"AdapterGone", FaultKind::AdapterGone},
     {"PortFails", FaultKind::PortFails},           {"DeviceSilent", FaultKind::DeviceSilent},
     {"LostWrite", FaultKind::LostWrite},           {"WrongWrite", FaultKind::WrongWrite},
-    {"InputsInverted", FaultKind::InputsInverted},
+    {"InputsInverted", FaultKind::InputsInverted}, {"FlippedBit", FaultKind::FlippedBit},
 };
 const std::map<std::string, WireEvent> kEvents{{"Access", WireEvent::Access},
-                                               {"WriteCycle", WireEvent::WriteCycle}};
+                                               {"WriteCycle", WireEvent::WriteCycle},
+                                               {"Read", WireEvent::Read}};
 
 /// What is odd about the bus, and how often.
 class KernelSystem final : public FakeI2c {

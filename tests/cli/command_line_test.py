@@ -350,6 +350,7 @@ class CommandLine(unittest.TestCase):
                 ("DeviceSilent WriteCycle 2", ("--yes", "write", "a.bin"), 3, " 1 byte was written and"),
                 ("DeviceSilent WriteCycle 1", ("--yes", "write", "--differences", "a.bin"), 3, "it writes the rest"),
                 ("LostWrite WriteCycle 2", ("--yes", "write", "--differences", "a.bin"), 5, "not programmed correctly"),
+                ("FlippedBit Read 2", ("--passes=2", "read", "x.mot"), 6, "1 byte did not read the same twice"),
                 ("LostWrite WriteCycle 0", ("--yes", "set", "TINT=9"), 5, "settings values failed")):
             (self.folder / "a.bin").write_bytes(self.before)
             self.environment["TARNWELL_FAULT"] = fault
@@ -363,7 +364,8 @@ class CommandLine(unittest.TestCase):
                 self.assertIn(b"(TINT): expected 3, found", self.run_cli(*arguments, status=5, program=FAULTY)[0])
 
         self.environment["TARNWELL_FAULT"] = "DeviceSilent Access 0"
-        self.assertEqual(self.report("check", status=3, program=FAULTY)["devices"], {"primary": False, "secondary": True})
+        for arguments, status in (("check",), 3), (("--device=secondary", "check"), 0):
+            self.assertEqual(self.report(*arguments, status=status, program=FAULTY)["devices"], {"primary": False, "secondary": True})
 
     def test_takes_wiring_and_port_from_the_options_and_leaves_them(self):
         options = self.folder / "config/Halvdorn/Tarnwell.ini"

@@ -9,6 +9,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBrowser>
+#include <QTimer>
 #include <regex>
 
 #include "support/MainWindow.h"
@@ -437,6 +438,7 @@ TEST_F(FormMainTest, AsksBeforeEditsInTheGridAreLost) {
 TEST_F(FormMainTest, ShowsProgressAndDropsInputDuringAWholeDeviceOperation) {
     const std::string caption = " Tarnwell 2 - Simulated Television";
     std::vector<std::string> seen;
+    bool paints = false;
     QObject::connect(&window, &QWidget::windowTitleChanged, [&](const QString& title) {
         seen.push_back(title.toStdString());
         if (seen.size() > 1)
@@ -452,6 +454,7 @@ TEST_F(FormMainTest, ShowsProgressAndDropsInputDuringAWholeDeviceOperation) {
         QLineEdit other;
         QTest::keyClick(&other, Qt::Key_A);
         EXPECT_EQ(other.text(), "");
+        QTimer::singleShot(0, [&] { paints = status().startsWith("Please Wait,"); });
     });
     program.statusBar.ShowProgress({50, 17});
     const QImage bar = child("statusPanel_4").grab().toImage();
@@ -468,6 +471,7 @@ TEST_F(FormMainTest, ShowsProgressAndDropsInputDuringAWholeDeviceOperation) {
     EXPECT_EQ(status(), "EEP Verified OK; EEProm Write Successful");
     EXPECT_THAT(seen,
                 testing::Contains(testing::MatchesRegex(caption + " - [0-9]+%, [0-9]+ s left")));
+    EXPECT_TRUE(paints);
     EXPECT_LE(seen.size(), 6 + elapsed.elapsed() / 100) << "painted more often than it is seen";
     EXPECT_EQ(window.windowTitle().toStdString(), caption);
     EXPECT_EQ(text("statusPanel_4"), "Pri");

@@ -48,7 +48,9 @@ std::string inLines(const std::string& told) {
 /// The window from afar, so that how the edges of letters are drawn makes no difference.
 QImage fromAfar(QWidget& window) {
     const QImage seen = window.grab().toImage();
-    return seen.scaled(seen.size() / 8, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+    return seen
+        .scaled(seen.size() / (seen.width() < 100 ? 5 : 8), Qt::IgnoreAspectRatio,
+                Qt::SmoothTransformation)
         .convertToFormat(QImage::Format_RGB32);
 }
 

@@ -75,7 +75,7 @@ TEST_F(EditorTest, TypedCharactersAndNumberModes) {
             editor.KeyPressed(Backspace);
             EXPECT_EQ(program.grid.EditText(), left);
         }
-        editor.CharacterTyped("\r");
+        editor.CharacterTyped(" ");
         EXPECT_EQ(program.grid.EditText(), "0");
     }
 }

@@ -138,6 +138,7 @@ TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {
         for (const QPoint& clicked : {byte, first.topLeft().toPoint() - QPoint(3, 3)})
             QTest::mouseClick(&map, Qt::LeftButton, {}, clicked);
         EXPECT_EQ(table.currentIndex().data().toString(), "2363");
+        EXPECT_TRUE(map.accessibleDescription().startsWith("Address 2363 "));
         QHelpEvent pointing(QEvent::ToolTip, byte, map.mapToGlobal(byte));
         QCoreApplication::sendEvent(&map, &pointing);
         EXPECT_TRUE(QToolTip::text().startsWith("Address 2363 (480i CR02): 121 left, 104 right"));

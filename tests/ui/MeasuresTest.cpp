@@ -139,6 +139,7 @@ TEST(ReadableStyle, DrawsEdgesThatAreSeenOnADarkWindowAndFocusFrames) {
         }
         EXPECT_EQ(shown, expected) << element;
     }
+    EXPECT_NEAR(contrast(Qt::white, Qt::blue) * contrast(Qt::green, Qt::red), 8.59 * 2.91, 0.1);
 }
 
 }  // namespace

@@ -51,17 +51,6 @@ TEST_F(AdapterDialogsTest, PortOptionsFollowEachKeyAndRefuseAConflict) {
     EXPECT_TRUE(t_.program.state.pinOptions == "11212010" && !dialog.isVisible());
 }
 
-TEST_F(AdapterDialogsTest, TheConnectorIsDrawnAsSeenFromOutside) {
-    FormPortOpts dialog(options_, nullptr);
-    auto& connector = child<PortConnector>(dialog, "PortConnector");
-    const auto centre = [&](int pin) { return connector.pinCentre(pin); };
-    const QPointF step = centre(2) - centre(1);
-    EXPECT_TRUE(step.x() < 0 && step.y() == 0 && centre(1).x() > centre(14).x());
-    EXPECT_EQ(centre(13), centre(1) + 12 * step);
-    EXPECT_EQ(centre(14), centre(1) + QPointF(step.x() / 2, -step.x()));
-    EXPECT_EQ(centre(25), centre(14) + 11 * step);
-}
-
 TEST_F(AdapterDialogsTest, PortOptionsCloseOnlyByTheirButtonsAndEscape) {
     const std::string kept = "21012010Port Configuration Not Changed";
     for (const std::string button : {"CancelButton", "Escape", "DefaultButton"}) {

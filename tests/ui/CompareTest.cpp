@@ -49,8 +49,7 @@ TEST_F(CompareTest, GoesThroughTheDifferencesAndTakesThem) {
         EXPECT_EQ(Child<QComboBox>(dialog, "cboLeft").currentText(), "Memory Buffer");
         EXPECT_EQ(Child<QComboBox>(dialog, "cboRight").currentText(), "Primary EEProm");
         EXPECT_EQ(summary.text(), "3 bytes differ: 1 setting, 2 other bytes in 1 place");
-        EXPECT_FALSE(take.isEnabled() ||
-                     Child<QPushButton>(dialog, "cmdShowInEditor").isEnabled());
+        EXPECT_FALSE(take.isEnabled() || Child<QPushButton>(dialog, "cmdShowInEditor").isEnabled());
         const auto at = [&] { return table.currentIndex().data().toString(); };
         for (const auto& [modifier, address] : {std::pair(Qt::NoModifier, "2363"),
                                                 {Qt::NoModifier, "4096 - 4097"},

@@ -300,6 +300,7 @@ TEST(BusChooser, LooksByReadingAloneAndNeverOnAMainboardsBus) {
     };
     EXPECT_EQ(chooser.Look(bus), both("a device answers.", "nothing answers."));
     EXPECT_EQ(system.transfers, 2U);
+    EXPECT_EQ(system.open, 0);
     EXPECT_EQ(system.devices.at(0x50).pointer, 1U) << "an address was sent";
     system.fault = [] { return ETIMEDOUT; };
     EXPECT_THAT(chooser.Look(bus), testing::HasSubstr("0x51 (secondary EEPROM): The bus is stuck"));

@@ -80,6 +80,7 @@ TEST_F(UndoTest, EachCommandIsOneStepWithItsName) {
         {"480p R-YR 0 to 8", [&] { SetCell(kRyr480p, 8); }},
         {"Revert of 480p R-YR", [&] { program.cellCommands.Revert(kRyr480p); }},
         {"480p R-YR 0 to 9", [&] { SetCell(kRyr480p, 9); }},
+        {"R-YR in All Formats to 9", [&] { program.cellCommands.CopyToAllFormats(kRyr480p); }},
         {"Merge of Settings", [&] { program.settings.MergeSettingsWithBuffer(); }},
         {"Byte 20 6 to 77", [&] { SetByte(20, 77); }},
         {"Byte 20 77 to 78", [&] { SetByte(20, 78); }},

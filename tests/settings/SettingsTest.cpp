@@ -332,8 +332,10 @@ TEST_F(SettingsTest, RevertsToWhatWasReadAndCopiesToAllFormats) {
     EXPECT_FALSE(commands.CanRevert(8));
     commands.CopyToAllFormats(8);
     EXPECT_EQ(cells.Caption(2) + cells.Caption(20) + Looks({2, 8}), "66ScCn");
-    EXPECT_TRUE(commands.CanCopy(8) && commands.CanCopy(69));
-    EXPECT_FALSE(commands.CanCopy(32)) << "TINT has no formats";
+    EXPECT_TRUE(commands.CanCopy(8) && commands.CanCopy(69) && !commands.CanCopy(32));
+    cells.SetMark(8, Mark::Save);
+    cells.ShowValue(9, 77);
+    EXPECT_TRUE(commands.CanRevert(8) && commands.CanRevert(9));
     program.state.targetDevice = TargetDevice::Secondary;
     EXPECT_FALSE(commands.CanCopy(8) || commands.CanRevert(2));
 }

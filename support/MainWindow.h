@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
@@ -80,6 +81,17 @@ class FormMainTest : public ::testing::Test {
     }
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::keyClick(focus(), static_cast<Qt::Key>(key), modifiers);
+    }
+    /// Drops it from where it would rather be moved away: whether it was taken as a copy.
+    static bool drop(QWidget& on, const QMimeData& data) {
+        constexpr auto actions = Qt::CopyAction | Qt::MoveAction;
+        QDragEnterEvent enter({}, actions, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&on, &enter);
+        QDropEvent event({}, actions, &data, Qt::LeftButton, {});
+        event.setDropAction(Qt::MoveAction);
+        QCoreApplication::sendEvent(&on, &event);
+        QCoreApplication::processEvents();
+        return event.isAccepted() && event.dropAction() == Qt::CopyAction;
     }
     void type(const char* keys) { QTest::keyClicks(focus(), QLatin1String(keys)); }
     GridCell current() { return program.grid.Current(); }

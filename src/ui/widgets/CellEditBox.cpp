@@ -219,10 +219,19 @@ void CellEditBox::contextMenuEvent(QContextMenuEvent* event) {
     menu->popup(event->globalPos());
 }
 
+// Over a line edit a text that is dragged moves the caret, and the marked text is no longer marked.
+void CellEditBox::dragEnterEvent(QDragEnterEvent* event) {
+    const QString text = event->mimeData()->text();
+    if (enters(text) || isSeveral(text))
+        QLineEdit::dragEnterEvent(event);
+    else
+        event->ignore();
+}
+
 void CellEditBox::dropEvent(QDropEvent* event) {
     if (pasteSeveral(event->mimeData()->text()))
         event->acceptProposedAction();
-    else if (enters(event->mimeData()->text()))
+    else
         QLineEdit::dropEvent(event);
 }
 

@@ -26,12 +26,13 @@ std::string told(QWidget& window) {
         const QAccessible::State is = told.state();
         const QPoint at = part->mapTo(&window, QPoint());
         const auto* actions = told.actionInterface();
+        const QString description = told.text(QAccessible::Description);
         if (part->isVisibleTo(&window) && !told.text(QAccessible::Name).isEmpty())
             all += QStringLiteral(" | ") + (is.focusable ? "." : "") + (is.disabled ? "~" : "") +
                    (is.checked ? "*" : "") + (is.defaultButton ? ">" : "") +
                    (actions && actions->actionNames().contains("Press") ? "!" : "") +
                    told.text(QAccessible::Name) + " (" + told.text(QAccessible::Value) +
-                   told.text(QAccessible::Description) +
+                   description + (part->toolTip() == description ? "" : part->toolTip()) +
                    QString::asprintf(") [%d %d %dx%d %d%s]", at.x(), at.y(), part->width(),
                                      part->height(), QFontInfo(part->font()).pixelSize(),
                                      part->font().bold() ? "b" : "");

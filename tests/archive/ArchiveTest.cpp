@@ -140,6 +140,7 @@ TEST_F(ArchiveTest, NoImageIsLostBeforeTheHeaderIsAccepted) {
     folder.Write("stops", kImage);
     test.WillAnswer({Answer::Yes, Answer::Yes});
     Run(&ImageArchive::LoadImage, "stops");
+    EXPECT_EQ(program.state.archiveFolder + "/", folder.Path());
     EXPECT_TRUE(!program.state.EepRead && program.state.BufferChanged);
     EXPECT_FALSE(program.state.GridChanged);
 }

@@ -140,6 +140,10 @@ TEST(Compare, TakenBitsComeIntoTheBufferAndSettingsWaitToBeWritten) {
 TEST(Compare, ABackupIsASideAndIsLoadedWithItsQuestions) {
     Session session;
     Program& program = session.program;
+    ASSERT_TRUE(program.backups.Keep(TargetDevice::Primary, With({{2363, 0x41}})));
+    EXPECT_TRUE(session.compare.ChooseBackup(Side::Right, program.backups.All().front()));
+    EXPECT_EQ(session.compare.Summary(),
+              "8192 bytes differ: 72 settings, 8120 other bytes in 14 places");
     ASSERT_TRUE(program.backups.Keep(TargetDevice::Secondary, With({{2363, 0x40}})));
     const KeptImage kept = program.backups.All().front();
     const std::string folder = program.state.archiveFolder;

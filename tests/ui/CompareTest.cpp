@@ -180,6 +180,7 @@ TEST_F(CompareTest, ASideThatCannotBeReadIsEmptyAndTheListIsSaved) {
         EXPECT_EQ(left.currentIndex(), -1);
         EXPECT_EQ(Child<QLabel>(dialog, "lblDifferences").text(), "Choose both sides");
         EXPECT_FALSE(Child<QPushButton>(dialog, "cmdSaveList").isEnabled());
+        EXPECT_EQ(Child<QWidget>(dialog, "mapDifferences").accessibleDescription(), "");
     });
 }
 

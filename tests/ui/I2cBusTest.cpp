@@ -78,6 +78,7 @@ TEST_F(I2cBusTest, IsChosenByKeyboardUsedAndLeftForAParallelPort) {
         static_cast<QDialog&>(dialog).reject();
     });
     choose("mnuPortI2C");
+    program.state.i2cBusOfRun = program.state.i2cBus;
     choose("mnuPortSel_1");
     EXPECT_EQ(shown(), " Tarnwell 2 - Simulated Television||-x-ee");
     EXPECT_EQ(program.state.i2cBus, "");

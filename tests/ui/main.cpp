@@ -23,6 +23,7 @@ int main(int argc, char** argv) {
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(QFont::PreferAntialias);
     QApplication::setFont(font);
+    QApplication::setCursorFlashTime(0);
     qInstallMessageHandler(fail);
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();

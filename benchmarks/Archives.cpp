@@ -3,7 +3,7 @@
 #include <random>
 
 #include "Rows.h"
-#include "differences/DifferenceCount.h"
+#include "differences/DifferenceTexts.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestProgram.h"
 
@@ -37,8 +37,9 @@ void AddArchives(Table& table) {
     for (std::size_t address = 0; address < kEepromBytes; address += 3)
         other[address] ^= 1;
     add("comparison of two images", [&] {
-        DifferencesText(CountDifferences(TargetDevice::Primary, program.buffer, other));
-        Differences(program.buffer, other);
+        DifferencesText(
+            CountDifferences(DifferenceRows(TargetDevice::Primary, program.buffer, other)));
+        Mismatches(program.buffer, other);
     });
     add("grid: fill", [&] { program.grid.FillGrid(); });
     add("grid: transfer to the buffer", [&] { program.grid.TransferGrid(); });

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Rows.h"
-#include "i2c/mI2Ccode.h"
+#include "i2c/parallel/mI2Ccode.h"
 #include "support/TemporaryFolder.h"
 
 namespace tarnwell::bench {

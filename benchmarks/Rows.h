@@ -16,6 +16,9 @@ void AddWire(Table& table, Length length);
 /// The buffer's checksum and grid, image files, and undo.
 void AddArchives(Table& table);
 
+/// The records of sets.
+void AddSets(Table& table);
+
 /// The window; needs the QApplication.
 void AddWindow(Table& table);
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "i2c/BusTiming.h"
+#include "i2c/parallel/BusTiming.h"
 
 namespace tarnwell::bench {
 

@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
     AddCommandLine(table);
     AddWindow(table);
     AddArchives(table);
+    AddSets(table);
     AddWire(table, quick ? Length::Quick : Length::Whole);
     table.Print();
 }

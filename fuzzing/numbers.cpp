@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "Fuzzing.h"
-#include "core/NumberModeMenu.h"
+#include "core/user/NumberModeMenu.h"
 #include "image/WholeDevice.h"
 
 namespace tarnwell::fuzzing {

@@ -2,9 +2,9 @@
 #include <tuple>
 
 #include "Fuzzing.h"
-#include "core/Options.h"
-#include "core/OptionsFile.h"
-#include "i2c/PinMapping.h"
+#include "core/options/Options.h"
+#include "core/options/OptionsFile.h"
+#include "i2c/parallel/PinMapping.h"
 
 namespace tarnwell::fuzzing {
 
@@ -36,7 +36,6 @@ void Run(std::string_view input) {
     OptionsFile store(file.Path());
     Options first(store);
     DecodePinOptions(first.state.pinOptions);
-    PortAddressValue(first.state.portAddress);
     SaveOptions(store, first.state, first.window);
 
     const InputFile copy([&] {

@@ -6,7 +6,7 @@
 #include <initializer_list>
 
 #include "core/Pages.h"
-#include "i2c/PinGroups.h"
+#include "i2c/parallel/PinGroups.h"
 #include "settings/Catalog.h"
 
 namespace tarnwell::manual {
@@ -72,9 +72,9 @@ std::string FormatsOf(const Setting& setting) {
     });
 }
 
-/// A value fills its byte from its lowest bit upward.
-std::string BitsOf(const Setting& setting) {
-    return setting.shift == 0 ? "all" : std::to_string(setting.shift) + " to 7";
+std::string BitsCell(const Setting& setting) {
+    const auto [lowest, highest] = BitsOf(setting);
+    return std::to_string(lowest) + (lowest == highest ? "" : " to " + std::to_string(highest));
 }
 
 const PinOption& DefaultOf(const PinGroup& group) {
@@ -169,7 +169,7 @@ std::string SettingsTable(std::string_view caption) {
                                    return std::to_string(place.address) + " (" +
                                           Hex(place.address, 4) + ")";
                                })},
-                     {BitsOf(setting)},
+                     {BitsCell(setting)},
                      {PerPlace(setting, [](int, const CellPlace& place) {
                          return std::to_string(place.cell);
                      })}});

@@ -1,4 +1,4 @@
-# Completion of tarnwell-cli for bash.
+# Completion of tarnwell-cli for bash. What there is to complete it reads in the program's help.
 
 # The kernel's I2C buses by node and by name, as they are typed.
 _tarnwell_cli_buses() {
@@ -8,14 +8,23 @@ _tarnwell_cli_buses() {
     done
 }
 
+# Sets options, those with a value with a sign behind them, and commands, both between blanks, and
+# for the option whose value is completed its form and what is said of it.
+_tarnwell_cli_read_help() {
+    local line
+    while IFS= read -r line; do
+        if [[ $line =~ ^\ \ (-.,)?(--[a-z-]+)(\ ([^ ]+))?(\ \ +(.*))?$ ]]; then
+            options+="${BASH_REMATCH[2]}${BASH_REMATCH[4]:+=} "
+            [[ ${BASH_REMATCH[2]} == "$1" ]] && form=${BASH_REMATCH[4]} text=${BASH_REMATCH[6]}
+        elif [[ $line =~ ^\ \ ([a-z][a-z-]*)\ \ + ]]; then
+            commands+="${BASH_REMATCH[1]} "
+        fi
+    done < <("${COMP_WORDS[0]}" --help 2>/dev/null)
+}
+
 _tarnwell_cli() {
-    local commands='check read write verify info get set peek poke compare backups restore'
-    local options='--device= --port= --address= --pins= --wait= --trace= --real-time --no-television
-        --image= --output= --raw --force --differences --passes= --yes --trust-device --dry-run --json --quiet --progress= --help --version'
-    local by_format='R-YR R-YB G-YR G-YB CR02 CB02 SHRP SSH1 SHF1 PROV LT1 DCOL CTIL DPIC DTC'
-    local settings='TINT SHPM OT1 IT2 CN0 CN1 CN2 BR0 BR1 BR2 CLP CLP.480i CLP.1080i'
+    local options=' ' commands=' ' form='' text='' command='' files='' words='' word
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local word words='' command=''
     [[ $current == '=' ]] && current=
     [[ $previous == '=' ]] && previous=${COMP_WORDS[COMP_CWORD - 2]}
     # The shell ends a word before and behind each colon.
@@ -26,46 +35,34 @@ _tarnwell_cli() {
         done)
         return
     fi
+    _tarnwell_cli_read_help "$previous"
     for word in "${COMP_WORDS[@]:1:COMP_CWORD - 1}"; do
-        [[ -z $command && " $commands " == *" $word "* ]] && command=$word
+        [[ -z $command && $commands == *" $word "* ]] && command=$word
     done
-    COMPREPLY=()
-    case $previous in
-        --device) words='primary secondary' ;;
-        --port)
-            words='auto ppdev devport simulated i2c:'
+    case $form in
+        FILE*) files=yes ;;
+        *'|'*) words=${form//|/ } ;;
+        KIND) # "auto, ppdev or i2c:BUS"
+            words=${text//,/}
+            words=${words/ or / }
+            words=${words/BUS/}
             [[ -n $current && i2c: == "$current"* ]] && compopt -o nospace
             ;;
-        --address) words='378 278 3BC' ;;
-        --progress) words='auto always never' ;;
-        --pins | --wait | --passes) return ;;
-        --trace | --image | --output)
-            compopt -o filenames
-            mapfile -t COMPREPLY < <(compgen -f -- "$current")
-            return
+        '')
+            if [[ $current == -* ]]; then
+                words=$options
+                compopt -o nospace
+            elif [[ -z $command ]]; then
+                words=$commands
+            else
+                text=$("${COMP_WORDS[0]}" "$command" --help 2>/dev/null)
+                [[ $text == *FILE* ]] && files=yes
+                [[ $text == *Names:* ]] && words=${text#*Names:} words=${words%%$'\n\n'*}
+                [[ $text == *=VALUE* ]] && compopt -o nospace
+            fi
             ;;
     esac
-    if [[ -z $words && $current == -* ]]; then
-        words=$options
-        compopt -o nospace
-    elif [[ -z $words && -z $command ]]; then
-        words=$commands
-    elif [[ -z $words ]]; then
-        case $command in
-            read | write | verify | info | compare | restore)
-                compopt -o filenames
-                mapfile -t COMPREPLY < <(compgen -f -- "$current")
-                return
-                ;;
-            get | set)
-                [[ $command == get ]] || compopt -o nospace
-                words=$settings
-                for word in $by_format; do
-                    words+=" $word $word.480i $word.480p $word.1080i $word.VGA"
-                done
-                ;;
-        esac
-    fi
-    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
+    [[ -n $files ]] && compopt -o filenames
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current"; [[ -z $files ]] || compgen -f -- "$current")
 }
 complete -F _tarnwell_cli tarnwell-cli

@@ -28,7 +28,8 @@ build() {
     local preset=$1
     shift
     say "Building (preset $preset)"
-    cmake --build --preset "$preset" "$@"
+    local TIMEFORMAT='==> Built in %R s, in which the processors worked %U s + %S s'
+    time cmake --build --preset "$preset" "$@"
 }
 
 # The C++ files of the repository, whether already committed or not, one a line.

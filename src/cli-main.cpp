@@ -16,7 +16,7 @@ class SystemPorts final : public cli::PortSource {
         if (auto* const refusal = std::get_if<PortRefusal>(&opened))
             return std::move(*refusal);
         port_ = std::get<OpenedPort>(std::move(opened));
-        return cli::JoinedPort{port_.TheWire(stop), port_.port->IsSimulated(), port_.i2cBus};
+        return cli::JoinedPort{port_.TheWire(stop), port_.port->IsSimulated(), port_.bus};
     }
 
   private:

@@ -6,10 +6,10 @@
 #include <cstring>
 #include <optional>
 
-#include "core/Options.h"
-#include "core/OptionsFile.h"
-#include "core/StopRequest.h"
 #include "core/files/UserFolders.h"
+#include "core/options/Options.h"
+#include "core/options/OptionsFile.h"
+#include "core/run/StopRequest.h"
 #include "port/OpenedPort.h"
 #include "port/system/LinuxSystemCalls.h"
 #include "ui/desktop/CommandLine.h"
@@ -30,7 +30,7 @@ void nameApplication() {
 }
 
 OpenedPort openPort(PortRequest request, mRegistry& options, SystemCalls& system) {
-    request.chosenI2cBus = ChosenI2cBus(options);
+    request.chosen = BusOfOptions(options);
     auto opened = OpenPort(request, system, DataFolder());
     if (const auto* const refusal = std::get_if<PortRefusal>(&opened))
         refusal->wrongArgument ? refuseArgument(refusal->reason) : refuse(refusal->reason);
@@ -69,7 +69,7 @@ int main(int argc, char** argv) {
     }
     LinuxPlatform platform;
     FormMain window({opened.TheWire(stop), store, platform, opened.port->IsSimulated(),
-                     StateFolder() + "/backups", opened.i2cBus});
+                     StateFolder() + "/backups", opened.bus});
     window.startUp();
     shown = &window.program();
     std::atexit(endWithoutDisplay);

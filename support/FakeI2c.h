@@ -19,6 +19,7 @@ struct FakeEeprom {
     std::vector<std::uint8_t> memory = std::vector<std::uint8_t>(8192);
     std::size_t addressBytes = 2;
     BusTime writeCycle = std::chrono::milliseconds(5);
+    std::size_t pageSize = 32;
     std::size_t pointer = 0;
     std::vector<std::uint8_t> latched{};
     BusTime busyUntil{};
@@ -44,7 +45,8 @@ struct FakeEeprom {
     }
     void Stop(BusTime now) {
         for (std::size_t index = 0; index < latched.size(); ++index)
-            memory[(pointer / 32 * 32 + (pointer + index) % 32) % memory.size()] = latched[index];
+            memory[(pointer / pageSize * pageSize + (pointer + index) % pageSize) % memory.size()] =
+                latched[index];
         stores += latched.size();
         cycles += latched.empty() ? 0 : 1;
         busyUntil = latched.empty() ? busyUntil : now + writeCycle;
@@ -61,8 +63,9 @@ class FakeI2c : public SystemCalls {
     bool stopsBetween = false;  ///< though it says that it combines
     std::size_t longest = 8192;
     int tooLong = EOPNOTSUPP;
-    BusTime cost{};   ///< of a transfer, besides its 9 clocks a byte of 10 us
-    int opening = 0;  ///< errno values
+    bool sdaLow = false;  ///< everything is acknowledged, and zeros are read
+    BusTime cost{};       ///< of a transfer, besides its 9 clocks a byte of 10 us
+    int opening = 0;      ///< errno values
     int locking = 0;
     std::function<int()> fault;  ///< an errno for the next transfer, 0 for none
     std::size_t carried = 0;     ///< bytes of its first message that pass before the fault
@@ -72,13 +75,11 @@ class FakeI2c : public SystemCalls {
     BusTime now{std::chrono::hours(1)};
 
     FakeI2c() { Name(7, "Test adapter"); }
-    /// At the same node.
-    void PlugInAgain() const {
-        Name(8, "Test adapter");
-        std::filesystem::rename(folder.Path("sys/bus/i2c/devices/i2c-7"),
-                                folder.Path("sys/bus/i2c/devices/gone"));
-        std::filesystem::rename(folder.Path("sys/bus/i2c/devices/i2c-8"),
-                                folder.Path("sys/bus/i2c/devices/i2c-7"));
+    /// A driver of the kernel's uses the device, "7-0050".
+    void Bind(const std::string& device, const std::string& driver) const {
+        const std::string place = "sys/bus/i2c/devices/" + device;
+        folder.Write(place + "/uevent", "");
+        std::filesystem::create_symlink("../../drivers/" + driver, folder.Path(place + "/driver"));
     }
     void Name(int bus, const std::string& name) const {
         folder.Write("sys/bus/i2c/devices/i2c-" + std::to_string(bus) + "/name", name + '\n');
@@ -135,6 +136,10 @@ class FakeI2c : public SystemCalls {
         }
         for (const i2c_msg& message : messages) {
             now += std::chrono::microseconds(90) * (message.len + 1);
+            if (sdaLow) {
+                std::fill_n(message.buf, (message.flags & I2C_M_RD) != 0 ? message.len : 0, 0);
+                continue;
+            }
             const auto found = devices.find(message.addr);
             if (found == devices.end() || now < found->second.busyUntil)
                 return -ENXIO;

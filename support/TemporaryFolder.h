@@ -1,6 +1,9 @@
-// A folder of a test's own, gone with the test.
+// A folder of a test's own, gone with the test, and a disk without room.
 #pragma once
 
+#include <sys/resource.h>
+
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -36,6 +39,23 @@ class TemporaryFolder {
 
   private:
     std::string path_;
+};
+
+/// Files of this process cannot grow beyond a size.
+class FullDisk {
+  public:
+    explicit FullDisk(rlim_t bytes = 100) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit full{bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &full);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+  private:
+    rlimit before_{};
 };
 
 }  // namespace tarnwell

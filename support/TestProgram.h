@@ -12,10 +12,19 @@
 #include <vector>
 
 #include "port/simulated/SimulatedTelevision.h"
+#include "program/NoWindow.h"
 #include "program/Program.h"
 #include "support/TemporaryFolder.h"
 
 namespace tarnwell {
+
+using testing::AllOf, testing::AnyOf, testing::Contains, testing::ContainsRegex, testing::Each,
+    testing::ElementsAre, testing::EndsWith, testing::FieldsAre, testing::Gt, testing::HasSubstr,
+    testing::IsEmpty, testing::IsSupersetOf, testing::Le, testing::MatchesRegex, testing::Not,
+    testing::Optional, testing::Pointee, testing::Pointwise, testing::SizeIs, testing::StartsWith;
+
+/// How the question ends that names what does not fit a write.
+inline constexpr std::string_view kAllTheSame = "Write to the EEProm all the same?";
 
 /// Answers from a queue and keeps what was shown. A question without an answer fails the test.
 class ScriptedUser final : public User {
@@ -26,21 +35,21 @@ class ScriptedUser final : public User {
     std::deque<std::optional<std::string>> texts;
     std::deque<std::optional<std::string>> files;
     std::function<void(const Box&)> onBox;
+    std::function<void()> onPainting;
+    bool ignoresDoubts = false;  ///< says Yes to what does not fit, which is not kept
     int beeps = 0;
     int paintings = 0;
+    int stopsAt = 0;  ///< at this painting the user wants to stop
 
     Answer ShowBox(const Box& box) override {
+        if (ignoresDoubts && box.text.ends_with(kAllTheSame))
+            return Answer::Yes;
         boxes.push_back(box);
         if (onBox)
             onBox(box);
-        switch (box.style) {
-            case BoxStyle::Critical:
-            case BoxStyle::Exclamation:
-            case BoxStyle::Information:
-                return Answer::Ok;
-            default:
-                return Next(answers, Answer::No, box.text);
-        }
+        const bool tells = box.style == BoxStyle::Critical || box.style == BoxStyle::Exclamation ||
+                           box.style == BoxStyle::Information;
+        return tells ? Answer::Ok : Next(answers, Answer::No, box.text);
     }
     std::optional<std::string> AskText(const TextRequest& request) override {
         return Next(texts, std::optional<std::string>{}, std::string(request.prompt));
@@ -50,7 +59,12 @@ class ScriptedUser final : public User {
         return Next(files, std::optional<std::string>{}, std::string(request.title));
     }
     void Beep() override { ++beeps; }
-    void KeepPainting() override { ++paintings; }
+    bool KeepPainting() override {
+        ++paintings;
+        if (onPainting)
+            onPainting();
+        return paintings != stopsAt;
+    }
 
     /// "title|text" of each box since the last call.
     std::vector<std::string> TakeBoxes() {
@@ -75,7 +89,7 @@ class ScriptedUser final : public User {
 };
 
 /// Agrees to everything and picks one file.
-class YesUser final : public User {
+class YesUser : public User {
   public:
     std::string file;
     std::string lastBox;
@@ -91,7 +105,7 @@ class YesUser final : public User {
     }
     std::optional<std::string> AskFile(const FileRequest& /*request*/) override { return file; }
     void Beep() override {}
-    void KeepPainting() override {}
+    bool KeepPainting() override { return true; }
 };
 
 class MemoryRegistry final : public mRegistry {
@@ -110,10 +124,7 @@ class MemoryRegistry final : public mRegistry {
     }
     std::string QueryRegValue(std::string_view keyPath, std::string_view name) override {
         const auto key = keys.find(keyPath);
-        if (key == keys.end())
-            return {};
-        const auto value = key->second.find(std::string(name));
-        return value == key->second.end() ? std::string() : value->second;
+        return key == keys.end() ? "" : std::map(key->second)[std::string(name)];
     }
     void Flush() override { ++flushes; }
 };
@@ -126,18 +137,14 @@ class ManualTimer final : public Timer {
 };
 
 /// Everything outside the program that a window and a desktop would be.
-class TestSurroundings : public Screen,
-                         public EditorView,
-                         public SettingsView,
-                         public PlacedWindow,
+class TestSurroundings : public NoWindow,
+                         public Screen,
                          public Platform,
-                         public Programs,
                          public Calendar,
-                         public StartUpSteps {
+                         public WindowSetUp {
   public:
     std::vector<Shown> changes;
     std::vector<std::string> steps;
-    WindowPlace place{0, 0};
     OsVersionInfo version{148, 5, 2};
     bool versionKnown = true;
     std::string systemFolder = "/lib/modules/test";
@@ -151,29 +158,17 @@ class TestSurroundings : public Screen,
 
     void Changed(Shown what) override { changes.push_back(what); }
 
-    void GridRefilled() override {}
-    void GridCellChanged(GridCell) override {}
-    void CurrentCellMoved() override {}
-    void EditBoxOpened(EditSelection) override {}
-    void EditBoxTextChanged() override {}
-    void EditBoxClosed() override {}
-    void PendingWritesChanged() override {}
-    void FocusGrid() override {}
     void TurnToEditor() override { steps.emplace_back("editor page"); }
     bool ShowWarningAgain() override {
         steps.emplace_back("warning dialog");
         return warnAgain;
     }
 
-    void SettingCellChanged(int) override {}
     void ShowCell(int cell) override { steps.push_back("cell " + std::to_string(cell)); }
     void ShowFormEdit() override {
         if (onFormEdit)
             onFormEdit();
     }
-
-    void Place(WindowPlace newPlace) override { place = newPlace; }
-    WindowPlace Place() const override { return place; }
 
     bool GetVersionExA(OsVersionInfo& info) override {
         info = version;
@@ -188,16 +183,23 @@ class TestSurroundings : public Screen,
     bool Exists(const std::string& path) const override {
         return std::ranges::find(existing, path) != existing.end();
     }
-    bool OpenInViewer(const std::string& path) override { return Start(path); }
+    void OpenInViewer(const std::string& path, std::function<void()> failed) override {
+        if (!Start(path))
+            failed();
+    }
     bool Start(const std::string& path) override {
         started.push_back(path);
         return startsSucceed;
+    }
+    bool MoveToTrash(const std::string& path) override {
+        return std::filesystem::remove_all(path) > 0;
     }
     std::string KernelModulePath(const std::string&) const override { return modulePath; }
 
     std::string ShortDate() const override { return "11/17/2026"; }
     std::string TimeWithSeconds() const override { return "9:21:01 PM"; }
     std::string Timestamp() const override { return timestamp; }
+    std::string ZonedTime() const override { return "2026-11-17T21:21:01+01:00"; }
 
     void SetUpFileDialog() override { steps.emplace_back("file dialog"); }
     void SyncMenuChecks() override { steps.emplace_back("menu checks"); }
@@ -210,9 +212,9 @@ class TestSurroundings : public Screen,
 };
 
 /// The program with its options loaded and no window.
-template <typename TheUser>
+template <typename TheUser, typename Outside = TestSurroundings>
 struct StartedProgram {
-    TestSurroundings outside;
+    Outside outside;
     ManualTimer timer;
     TheUser user;
     MemoryRegistry registry;
@@ -260,6 +262,20 @@ struct TestProgram : OwnTelevision, StartedProgram<ScriptedUser> {
     std::string Crc() const { return std::string(program.statusBar.Text(Panel::Crc)); }
     std::string Eep() const { return std::string(program.statusBar.Text(Panel::Eep)); }
 
+    /// Changes a value, and a byte of the grid, in their editors.
+    void EditCell(int cell, int value) {
+        outside.onFormEdit = [this, value] {
+            program.valueEditor.StepTo(value);
+            program.valueEditor.Accept();
+        };
+        program.valueEditor.CellClicked(cell);
+    }
+    void EditByte(int address, const std::string& text, EditKey key = EditKey::Next) {
+        program.cellEditor.MoveTo(GridCell::At(address));
+        program.cellEditor.Click();
+        program.cellEditor.TextEdited(text);
+        program.cellEditor.KeyPressed(key);
+    }
     /// Presses Yes or OK at the next questions, as many as are given.
     void WillAnswer(std::initializer_list<Answer> next) {
         user.answers.insert(user.answers.end(), next);

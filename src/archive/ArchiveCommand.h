@@ -3,7 +3,7 @@
 #pragma once
 
 #include "archive/ArchiveFile.h"
-#include "image/Command.h"
+#include "command/Command.h"
 
 namespace tarnwell {
 
@@ -12,6 +12,7 @@ class ArchiveCommand : protected Command {
     /// What a load says, by the kind of archive that it is of.
     struct Texts {
         std::string_view loadTitle;
+        std::string_view filter;
         Message noSRecords;
         Message otherKind;
         Message corrupt;
@@ -19,9 +20,9 @@ class ArchiveCommand : protected Command {
         std::string_view failed;
     };
 
-    /// `texts` outlive the command.
-    ArchiveCommand(const CommandContext& context, const Texts& texts)
-        : Command(context), texts_(texts) {}
+    /// `texts` outlive the command; `recent` are the files of its kind.
+    ArchiveCommand(const CommandContext& context, const Texts& texts, RecentFiles& recent)
+        : Command(context), texts_(texts), recent_(recent) {}
 
     static constexpr Message kLineTooLong{"A line of the file is too long.",
                                           "E R R O R - File Mismatch", BoxStyle::Exclamation};
@@ -38,8 +39,8 @@ class ArchiveCommand : protected Command {
     /// The next dialog opens in the folder of the file `path`, a full path.
     void SetArchiveFolder(const std::string& path);
 
-    /// Saves the lines as the file `path`, a full path.
-    [[nodiscard]] bool SaveLines(const std::string& path, const std::vector<std::string>& lines);
+    /// Saves the text as the file `path`, a full path.
+    [[nodiscard]] bool SaveText(const std::string& path, std::string_view text);
 
     /// Says why a file of this kind is not loaded.
     void RefuseKind(ArchiveKind kind);
@@ -47,6 +48,12 @@ class ArchiveCommand : protected Command {
 
     /// Asks for a file that is only to be looked at.
     std::optional<std::string> AskToLook();
+
+    /// A file of the kind was loaded, looked at or saved as a whole.
+    void Used(const std::string& path);
+
+    /// Whether a file that was used is still there; if not, it is used no more, and a box says so.
+    bool IsThere(const std::string& path);
 
     /// Whether a file that is only to be looked at can be read; if not, says so in a box, where a
     /// load would leave it at a line.
@@ -67,6 +74,7 @@ class ArchiveCommand : protected Command {
     void RefusePart(LoadEnd end);
 
     const Texts& texts_;
+    RecentFiles& recent_;
 };
 
 }  // namespace tarnwell

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "archive/ImageFormat.h"
 #include "archive/SRecord.h"
 #include "core/files/AtomicFile.h"
 
@@ -29,10 +30,24 @@ ArchiveKind KindOf(FileFault fault) {
 
 }  // namespace
 
-ArchiveFile::ArchiveFile(const std::string& path) : ArchiveFile(ReadSmallFile(path)) {}
+ArchiveFile::ArchiveFile(const std::string& path)
+    : ArchiveFile(ReadSmallFile(path), FormatOf(path)) {}
 
-ArchiveFile::ArchiveFile(SmallFile file) : content_(std::move(file.content)), rest_(content_) {
-    kind_ = file.fault == FileFault::None ? KindOfHeader() : KindOf(file.fault);
+ArchiveFile::ArchiveFile(SmallFile file, ImageFormat format)
+    : content_(std::move(file.content)), rest_(content_), format_(format) {
+    kind_ = file.fault == FileFault::None ? KindOfContent() : KindOf(file.fault);
+}
+
+ArchiveKind ArchiveFile::KindOfContent() {
+    if (content_.starts_with(kImageHeader) || content_.starts_with(kSettingsHeader))
+        format_ = ImageFormat::SRecords;
+    if (format_ == ImageFormat::SRecords)
+        return KindOfHeader();
+    if (content_.empty())
+        return ArchiveKind::Empty;
+    if (format_ == ImageFormat::IntelHex)
+        return content_.starts_with(':') ? ArchiveKind::Foreign : ArchiveKind::NoIntelHex;
+    return content_.size() > kEepromBytes ? ArchiveKind::TooLarge : ArchiveKind::Foreign;
 }
 
 ArchiveKind ArchiveFile::KindOfHeader() {
@@ -69,9 +84,9 @@ std::string ArchiveText(const std::vector<std::string>& lines) {
     return content;
 }
 
-bool WriteArchive(const std::string& path, const std::vector<std::string>& lines) {
+bool WriteArchive(const std::string& path, std::string_view text) {
     AtomicFile file(path);
-    file.Write(ArchiveText(lines));
+    file.Write(text);
     return file.Commit();
 }
 

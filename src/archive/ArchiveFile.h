@@ -16,13 +16,17 @@ inline constexpr std::string_view kImageHeader =
 inline constexpr std::string_view kSettingsHeader =
     "S021000048616C7620446F726E205461726E77656C6C2032020253657474696E677390";
 
+/// In what form a file keeps an image.
+enum class ImageFormat : std::uint8_t { SRecords, Plain, IntelHex };
+
 /// What a file is, as far as its size and its first line tell.
 enum class ArchiveKind : std::uint8_t {
     Image,
     Settings,
     OtherValues,  ///< values that another program keeps, by its header no image
-    Foreign,      ///< S-records of any other program
+    Foreign,      ///< data that do not name their program
     NoSRecords,
+    NoIntelHex,  ///< by its name it would be
     Empty,
     LineTooLong,  ///< the first one
     TooLarge,
@@ -46,12 +50,17 @@ class ArchiveFile {
   public:
     explicit ArchiveFile(const std::string& path);
 
-    /// Of what was read already, maybe from a stream.
-    explicit ArchiveFile(SmallFile file);
+    /// Of what was read already, maybe from a stream. An archive of this program is of S-records
+    /// whatever the format.
+    ArchiveFile(SmallFile file, ImageFormat format);
     ArchiveFile(const ArchiveFile&) = delete;
     ArchiveFile& operator=(const ArchiveFile&) = delete;
 
     ArchiveKind Kind() const { return kind_; }
+    ImageFormat Format() const { return format_; }
+
+    /// All of it, whatever was read of it.
+    const std::string& Content() const { return content_; }
 
     /// The next line behind the header without its line break, CR LF or LF; nothing where the file
     /// ends and where the line is longer than any record could be.
@@ -61,18 +70,20 @@ class ArchiveFile {
     LoadEnd EndOfLines() const;
 
   private:
+    ArchiveKind KindOfContent();
     ArchiveKind KindOfHeader();
 
     std::string content_;
     std::string_view rest_;
+    ImageFormat format_;
     ArchiveKind kind_;
 };
 
 /// The lines, each ended by CR LF.
 std::string ArchiveText(const std::vector<std::string>& lines);
 
-/// Writes the lines, each ended by CR LF, as the file `path`; false if it could not be completed,
-/// which leaves a former file of that name as it was.
-[[nodiscard]] bool WriteArchive(const std::string& path, const std::vector<std::string>& lines);
+/// Writes the file `path`; false if it could not be completed, which leaves a former file of that
+/// name as it was.
+[[nodiscard]] bool WriteArchive(const std::string& path, std::string_view text);
 
 }  // namespace tarnwell

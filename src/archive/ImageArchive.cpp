@@ -1,17 +1,20 @@
 // Saving the memory buffer as an image archive and loading it back.
 #include "archive/ImageArchive.h"
 
+#include "archive/ImageFormat.h"
 #include "archive/ImageRecords.h"
-#include "image/WriteTexts.h"
+#include "command/WriteTexts.h"
 #include "settings/Catalog.h"
 
 namespace tarnwell {
 
 namespace {
 
-constexpr std::string_view kSaveCancelled = "EEProm Image Save Cancelled";
+constexpr std::string_view kImageSaveCancelled = "EEProm Image Save Cancelled";
 constexpr std::string_view kDiscardRefused = "EEProm Image Load Canceled";
-constexpr std::string_view kLoadCancelled = "EEProm Image Load Cancelled";
+constexpr std::string_view kImageLoadCancelled = "EEProm Image Load Cancelled";
+constexpr std::string_view kImageLoaded = "Record Checksums OK; EEP Image Loaded into Buffer";
+constexpr std::string_view kBackupLoaded = "Loaded; Write Differences brings it to the EEProm";
 
 constexpr Message kAskDiscard{"Discard Present EEProm Image?", "D I S K   L O A D",
                               BoxStyle::YesNoQuestion};
@@ -56,17 +59,21 @@ Box AskOtherDevice(const KeptImage& kept) {
 
 constexpr ArchiveCommand::Texts ImageArchive::kTexts{
     .loadTitle = "Load EEProm Image",
+    .filter = kImageFilter,
     .noSRecords = {"The archive is not an S-Record file;\r\nAn EEProm image was not loaded.",
                    "E R R O R - File Mismatch", BoxStyle::Exclamation},
     .otherKind = {"The archive is not a valid EEP image file;\r\nAn EEProm image was not loaded.",
                   "E R R O R - File Mismatch", BoxStyle::Exclamation},
     .corrupt = kCorrupt,
-    .cancelled = kLoadCancelled,
+    .cancelled = kImageLoadCancelled,
     .failed = "EEProm Image Load Failed"};
 
 ImageArchive::ImageArchive(const CommandContext& context, const Calendar& calendar,
                            MemoryBuffer& buffer, BufferDisplays& displays)
-    : ArchiveCommand(context, kTexts), calendar_(calendar), buffer_(buffer), displays_(displays) {}
+    : ArchiveCommand(context, kTexts, context.state.recentImages),
+      calendar_(calendar),
+      buffer_(buffer),
+      displays_(displays) {}
 
 void ImageArchive::SaveImage() {
     const CommandScope scope(statusBar_);
@@ -76,8 +83,8 @@ void ImageArchive::SaveImage() {
     }
     const auto path =
         AskArchive(FileRequest::Kind::Save, "Save EEPROM Image As...", ProposedName());
-    if (!path || !SaveLines(*path, ImageRecords(buffer_)))
-        return Post(kSaveCancelled);
+    if (!path || !SaveText(*path, ImageText(buffer_, FormatOf(*path))))
+        return Post(kImageSaveCancelled);
     const Aside aside(steps_);
     state_.BufferChanged = false;
     state_.EepRead = false;
@@ -95,8 +102,14 @@ void ImageArchive::LoadImage() {
         return;
     const auto path = AskArchive(FileRequest::Kind::Open, kTexts.loadTitle, "");
     if (!path)
-        return Post(kLoadCancelled);
+        return Post(kImageLoadCancelled);
     LoadFrom(*path);
+}
+
+void ImageArchive::LoadRecentImage(const std::string& path) {
+    const CommandScope scope(statusBar_);
+    if (IsThere(path))
+        LoadImageFile(path);
 }
 
 void ImageArchive::LoadImageFile(const std::string& path) {
@@ -105,25 +118,28 @@ void ImageArchive::LoadImageFile(const std::string& path) {
         LoadFrom(path);
 }
 
-void ImageArchive::LoadKeptImage(const KeptImage& kept) {
+bool ImageArchive::LoadKeptImage(const KeptImage& kept, Discard present) {
     const CommandScope scope(statusBar_);
     if (!displays_.MayRefillGrid())
-        return;
-    if (kept.device != state_.targetDevice && user_.ShowBox(AskOtherDevice(kept)) != Answer::Yes)
-        return Post(kLoadCancelled);
-    if (!MayDiscardImage())
-        return;
+        return false;
+    if (kept.device != state_.targetDevice && user_.ShowBox(AskOtherDevice(kept)) != Answer::Yes) {
+        Post(kImageLoadCancelled);
+        return false;
+    }
+    if (!MayDiscardImage(present))
+        return false;
     ArchiveFile file(kept.path);
-    if (MayLoad(file))
-        LoadRecords(file, kept.path);
+    return MayLoad(file) && LoadRecords(file, kept.path, kBackupLoaded);
 }
 
 bool ImageArchive::MayReplaceBuffer() {
     return displays_.MayRefillGrid() && MayDiscardImage();
 }
 
-bool ImageArchive::MayDiscardImage() {
-    if (!state_.EepRead || user_.ShowBox(kAskDiscard) == Answer::Yes)
+bool ImageArchive::MayDiscardImage(Discard present) {
+    const bool isKept =
+        present == Discard::AskedIfChanged && writeGuard_.LastRead(state_.targetDevice) == buffer_;
+    if (!state_.EepRead || isKept || user_.ShowBox(kAskDiscard) == Answer::Yes)
         return true;
     Post(kDiscardRefused);
     return false;
@@ -132,14 +148,16 @@ bool ImageArchive::MayDiscardImage() {
 void ImageArchive::LoadFrom(const std::string& path) {
     SetArchiveFolder(path);
     ArchiveFile file(path);
-    if (MayLoad(file))
-        LoadRecords(file, path);
+    if (MayLoad(file) && LoadRecords(file, path, kImageLoaded))
+        Used(path);
 }
 
-std::optional<MemoryBuffer> ImageArchive::AskImage() {
+std::optional<MemoryBuffer> ImageArchive::LookAt(const std::string& path) {
     const CommandScope scope(statusBar_);
-    const auto path = AskToLook();
-    return path ? ReadImageFile(*path) : std::nullopt;
+    auto image = IsThere(path) ? ReadImageFile(path) : std::nullopt;
+    if (image)
+        Used(path);
+    return image;
 }
 
 std::optional<MemoryBuffer> ImageArchive::ReadImageFile(const std::string& path) {
@@ -158,7 +176,7 @@ bool ImageArchive::MayLoad(const ArchiveFile& file) {
         case ArchiveKind::Foreign:
             if (WantsForeign(file.Kind()))
                 return true;
-            Post(kLoadCancelled);
+            Post(kImageLoadCancelled);
             return false;
         default:
             RefuseKind(file.Kind());
@@ -173,18 +191,24 @@ bool ImageArchive::WantsForeign(ArchiveKind kind) {
     return user_.ShowBox(question) == Answer::Yes;
 }
 
-void ImageArchive::LoadRecords(ArchiveFile& file, const std::string& path) {
+bool ImageArchive::LoadRecords(ArchiveFile& file, const std::string& path,
+                               std::string_view loaded) {
     const Step step(steps_, LoadOf(path), Extent::Everything);
     state_.EepRead = false;
     state_.BufferChanged = true;
-    const LoadEnd end = LoadImageRecords(file, buffer_);
+    int endOfData = 0;
+    const LoadEnd end = LoadImageRecords(file, buffer_, endOfData);
+    // S-records and Intel HEX leave out what is erased.
+    const bool isWhole = end == LoadEnd::Complete && file.Format() != ImageFormat::Plain;
+    origin_ = OriginOf(path, buffer_, isWhole ? kEepromBytes : endOfData);
     if (end == LoadEnd::TooManyAddresses)
         EndProgram(user_, kTooManyAddresses);
     if (end == LoadEnd::Complete)
-        Post("Record Checksums OK; EEP Image Loaded into Buffer");
+        Post(loaded);
     ShowBuffer();
     if (end != LoadEnd::Complete)
         TellThatItStopped(end);
+    return end == LoadEnd::Complete;
 }
 
 void ImageArchive::TellThatItStopped(LoadEnd end) {
@@ -195,7 +219,7 @@ void ImageArchive::TellThatItStopped(LoadEnd end) {
             return Refuse(Box(kLineTooLong).WithLine(kOnlyPart));
         default:
             user_.ShowBox(kStopped);
-            return Post(kLoadCancelled);
+            return Post(kImageLoadCancelled);
     }
 }
 

@@ -20,27 +20,37 @@ class ImageArchive final : private ArchiveCommand {
     /// The same with the file `path`, a full path, which nobody is asked for.
     void LoadImageFile(const std::string& path);
 
-    /// The image of a file that the user picks; the buffer stays as it is. Nothing if the file is
-    /// not taken as a whole, which a box has told.
-    std::optional<MemoryBuffer> AskImage();
+    /// The same with one that was used before.
+    void LoadRecentImage(const std::string& path);
 
-    /// The same of the file `path`.
+    using ArchiveCommand::AskToLook;
+
+    /// The image of a file that the user picked, now or before; the buffer stays as it is. Nothing
+    /// if the file is not taken as a whole, which a box has told.
+    std::optional<MemoryBuffer> LookAt(const std::string& path);
+
+    /// The same of a file that nobody picked.
     std::optional<MemoryBuffer> ReadImageFile(const std::string& path);
 
+    enum class Discard : std::uint8_t {
+        Asked,
+        AskedIfChanged,  ///< since the target device was read
+    };
+
     /// Loads an image that the program kept, as the menu does a file that is picked; one of the
-    /// other device is asked about.
-    void LoadKeptImage(const KeptImage& kept);
+    /// other device is asked about. Whether the buffer holds the whole of it now.
+    bool LoadKeptImage(const KeptImage& kept, Discard present = Discard::Asked);
 
   private:
     static const Texts kTexts;
 
     std::string ProposedName() const;
     bool MayReplaceBuffer();
-    bool MayDiscardImage();
+    bool MayDiscardImage(Discard present = Discard::Asked);
     void LoadFrom(const std::string& path);
     bool MayLoad(const ArchiveFile& file);
     bool WantsForeign(ArchiveKind kind);
-    void LoadRecords(ArchiveFile& file, const std::string& path);
+    bool LoadRecords(ArchiveFile& file, const std::string& path, std::string_view loaded);
     void TellThatItStopped(LoadEnd end);
     void ShowBuffer();
 

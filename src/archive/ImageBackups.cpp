@@ -1,8 +1,8 @@
 #include "archive/ImageBackups.h"
 
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
-#include <regex>
 #include <tuple>
 #include <utility>
 
@@ -17,16 +17,24 @@ namespace {
 
 constexpr std::size_t kMostBackups = 20;
 
-/// What the name of a file says, if it is one of ours.
-std::optional<KeptImage> FromPath(const fs::path& path) {
-    static const std::regex pattern(R"(Tarnwell-(\d{8}-\d{6})-(Pri|Sec)(?:-(\d{1,6}))?\.mot)");
-    const std::string name = path.filename();
-    std::smatch part;
-    if (!std::regex_match(name, part, pattern))
+constexpr std::size_t kTimestampLength = std::string_view("20260102-030405").size();
+
+bool Take(std::string_view& text, std::string_view start) {
+    if (!text.starts_with(start))
+        return false;
+    text.remove_prefix(start.size());
+    return true;
+}
+
+/// Takes the digits in front, if they are at least `fewest` and at most `most`.
+std::optional<int> TakeDigits(std::string_view& text, std::size_t fewest, std::size_t most) {
+    const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
+    int value = 0;
+    if (count < fewest || count > most)
         return std::nullopt;
-    const auto device = part.str(2) == Word(TargetDevice::Primary) ? TargetDevice::Primary
-                                                                   : TargetDevice::Secondary;
-    return KeptImage{path, device, part[1], part[3].matched ? std::stoi(part[3]) : 1};
+    std::from_chars(text.data(), text.data() + count, value);
+    text.remove_prefix(count);
+    return value;
 }
 
 bool IsNewer(const KeptImage& one, const KeptImage& other) {
@@ -35,27 +43,68 @@ bool IsNewer(const KeptImage& one, const KeptImage& other) {
 
 }  // namespace
 
+std::optional<KeptImage> KeptImageAt(const std::string& path) {
+    const std::string name = fs::path(path).filename();
+    std::string_view rest = name;
+    if (!Take(rest, "Tarnwell-"))
+        return std::nullopt;
+    const std::string timestamp(rest.substr(0, kTimestampLength));
+    if (!TakeDigits(rest, 8, 8) || !Take(rest, "-") || !TakeDigits(rest, 6, 6) || !Take(rest, "-"))
+        return std::nullopt;
+    const bool primary = Take(rest, Word(TargetDevice::Primary));
+    if (!primary && !Take(rest, Word(TargetDevice::Secondary)))
+        return std::nullopt;
+    const std::optional<int> number = Take(rest, "-") ? TakeDigits(rest, 1, 6) : 1;
+    if (!number || rest != ".mot")
+        return std::nullopt;
+    return KeptImage{path, primary ? TargetDevice::Primary : TargetDevice::Secondary, timestamp,
+                     *number};
+}
+
+BufferOrigin OriginOf(const std::string& path, const MemoryBuffer& image, int end) {
+    const auto kept = KeptImageAt(path);
+    BufferOrigin origin{.source = BufferOrigin::Source::File,
+                        .device = kept ? std::optional(kept->device) : std::nullopt,
+                        .place = path,
+                        .time = {},
+                        .end = end};
+    origin.image.Edit() = image;
+    return origin;
+}
+
 ImageBackups::ImageBackups(std::string folder, const Calendar& calendar)
     : folder_(std::move(folder)), calendar_(calendar) {}
 
-bool ImageBackups::Keep(TargetDevice device, const MemoryBuffer& image) {
+std::string ImageBackups::Keep(TargetDevice device, const MemoryBuffer& image) {
     std::error_code failed;
     fs::create_directories(folder_, failed);
     const std::string name = FreeName(device);
-    const std::string path = folder_ + "/" + name;
-    if (!WriteArchive(path, ImageRecords(image)))
-        return false;
+    std::string path = folder_ + "/" + name;
+    if (!Replace(path, image))
+        return {};
     lastKept_ = path;
     RemoveOld(path);
-    return true;
+    return path;
 }
 
-std::vector<KeptImage> ImageBackups::All() const {
+bool ImageBackups::Replace(const std::string& path, const MemoryBuffer& image) {
+    return WriteArchive(path, ArchiveText(ImageRecords(image)));
+}
+
+std::optional<MemoryBuffer> ImageBackups::Newest(TargetDevice device) const {
+    for (const KeptImage& kept : All()) {
+        if (kept.device == device)
+            return LoadOwnImage(kept.path);
+    }
+    return std::nullopt;
+}
+
+std::vector<KeptImage> KeptImagesIn(const std::string& folder) {
     std::vector<KeptImage> images;
     std::error_code failed;
-    for (fs::directory_iterator entry(folder_, failed), end; !failed && entry != end;
+    for (fs::directory_iterator entry(folder, failed), end; !failed && entry != end;
          entry.increment(failed)) {
-        if (auto image = FromPath(entry->path()))
+        if (auto image = KeptImageAt(entry->path()))
             images.push_back(*std::move(image));
     }
     std::ranges::sort(images, IsNewer);

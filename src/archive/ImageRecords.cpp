@@ -1,7 +1,9 @@
 #include "archive/ImageRecords.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "archive/ImageFormat.h"
 #include "archive/SRecord.h"
 
 namespace tarnwell {
@@ -27,13 +29,27 @@ std::vector<std::string> ImageRecords(const MemoryBuffer& image) {
 }
 
 LoadEnd LoadImageRecords(ArchiveFile& file, MemoryBuffer& image) {
+    int end = 0;
+    return LoadImageRecords(file, image, end);
+}
+
+LoadEnd LoadImageRecords(ArchiveFile& file, MemoryBuffer& image, int& end) {
     image.fill(0xFF);
+    end = 0;
+    if (file.Format() == ImageFormat::IntelHex)
+        return LoadIntelHex(file, image, end);
+    if (file.Format() == ImageFormat::Plain) {
+        std::ranges::copy(file.Content(), image.begin());
+        end = static_cast<int>(file.Content().size());
+        return LoadEnd::Complete;
+    }
     while (const auto record = file.NextLine()) {
         if (record->starts_with(kTerminatorType))
             return LoadEnd::Complete;
         const auto stored = StoreRecord(*record, image);
-        if (const auto* const end = std::get_if<LoadEnd>(&stored))
-            return *end;
+        if (const auto* const bad = std::get_if<LoadEnd>(&stored))
+            return *bad;
+        end = std::max(end, EndOfData(*record));
         if (!record->ends_with(std::get<std::string>(stored)))
             return LoadEnd::WrongChecksum;
     }

@@ -56,23 +56,46 @@ std::string MakeS1Record(const SettingCells& cells, const SettingGroup& group) {
     return S1Record(group.baseAddress, values);
 }
 
-std::variant<std::string, LoadEnd> StoreRecord(std::string_view record, MemoryBuffer& buffer) {
+namespace {
+
+/// Where a record's data go to, and where they stand in it.
+struct DataPlace {
+    std::uint32_t address;
+    std::uint32_t bytes;
+    std::size_t position;
+};
+
+std::optional<DataPlace> PlaceOf(std::string_view record) {
     const auto* const type =
         std::ranges::find(kDataTypes, record.substr(0, kCountPosition), &DataType::name);
     if (type == kDataTypes.end())
-        return LoadEnd::BadRecord;
+        return std::nullopt;
     const int afterAddress = ByteAt(record, kCountPosition) - type->addressBytes;
     if (afterAddress < 1)
-        return LoadEnd::BadRecord;
+        return std::nullopt;
+    DataPlace place{0, static_cast<std::uint32_t>(afterAddress - 1), kAddressPosition};
+    for (int byte = 0; byte < type->addressBytes; ++byte, place.position += kDigitsPerByte)
+        place.address = place.address * 256 + ByteAt(record, place.position);
+    return place;
+}
 
-    std::size_t position = kAddressPosition;
-    std::uint32_t address = 0;
-    for (int byte = 0; byte < type->addressBytes; ++byte, position += kDigitsPerByte)
-        address = address * 256 + ByteAt(record, position);
+}  // namespace
+
+int EndOfData(std::string_view record) {
+    const auto place = PlaceOf(record);
+    return place ? static_cast<int>(std::min<std::uint64_t>(
+                       std::uint64_t{place->address} + place->bytes, kEepromBytes))
+                 : 0;
+}
+
+std::variant<std::string, LoadEnd> StoreRecord(std::string_view record, MemoryBuffer& buffer) {
+    const auto place = PlaceOf(record);
+    if (!place)
+        return LoadEnd::BadRecord;
+    auto [address, dataBytes, position] = *place;
     if (address > kLastStartAddress)
         return LoadEnd::TooManyAddresses;
 
-    const auto dataBytes = static_cast<std::uint32_t>(afterAddress - 1);
     for (const std::uint32_t end = address + dataBytes; address < end; ++address) {
         if (address >= buffer.size())
             return LoadEnd::BadRecord;

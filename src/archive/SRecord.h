@@ -35,6 +35,9 @@ std::string MakeS1Record(const MemoryBuffer& buffer, std::int16_t start, std::in
 /// The record of the values that a group's cells show.
 std::string MakeS1Record(const SettingCells& cells, const SettingGroup& group);
 
+/// The address behind the last byte of a record of data, at most kEepromBytes; 0 of another one.
+int EndOfData(std::string_view record);
+
 /// Stores the data of an S1, S2 or S3 record and returns the checksum that it should have, for the
 /// caller to compare. BadRecord if the record is of another type, if its count leaves no room for
 /// its address, or if it runs past the spare slot, up to which it is stored. TooManyAddresses if it

@@ -12,12 +12,16 @@ namespace {
 constexpr std::string_view kProposedName = "Tarnwell-Settings";
 constexpr std::string_view kHiddenMenuName = "Quillmer.mot";
 
-constexpr std::string_view kSaveCancelled = "Settings Save Cancelled";
+constexpr std::string_view kSettingsSaveCancelled = "Settings Save Cancelled";
 constexpr std::string_view kLoadCanceled = "Load Settings Canceled";
 
 constexpr Message kEmptyCells{
     "There are empty settings values;\r\nread or load the settings first.", "E R R O R",
     BoxStyle::Exclamation};
+constexpr Message kMisfit{
+    "A value in the Settings file does not fit;\r\n"
+    "Its record and those behind it were not loaded.",
+    "E R R O R - File Mismatch", BoxStyle::Exclamation};
 constexpr Message kNotAllValues{
     "The file does not have all settings;\r\nThose that it does not have count as equal.",
     "I N F O", BoxStyle::Information};
@@ -26,6 +30,7 @@ constexpr Message kNotAllValues{
 
 constexpr ArchiveCommand::Texts SettingsArchive::kTexts{
     .loadTitle = "Load Settings",
+    .filter = kArchiveFilter,
     .noSRecords = {"The file is not an S-Record File;\r\nThe settings values were not loaded.",
                    "A B O R T - File Load", BoxStyle::Exclamation},
     .otherKind = {"File is not a Tarnwell Settings file;\r\nThe Settings were not loaded.",
@@ -37,7 +42,9 @@ constexpr ArchiveCommand::Texts SettingsArchive::kTexts{
 
 SettingsArchive::SettingsArchive(const CommandContext& context, SettingCells& cells,
                                  SettingsEngine& settings)
-    : ArchiveCommand(context, kTexts), cells_(cells), settings_(settings) {}
+    : ArchiveCommand(context, kTexts, context.state.recentSettings),
+      cells_(cells),
+      settings_(settings) {}
 
 void SettingsArchive::SaveSettings() {
     const CommandScope scope(statusBar_);
@@ -45,12 +52,12 @@ void SettingsArchive::SaveSettings() {
         return;
     if (cells_.AnyIsEmpty()) {
         user_.ShowBox(kEmptyCells);
-        return Post(kSaveCancelled);
+        return Post(kSettingsSaveCancelled);
     }
     const auto path =
         AskArchive(FileRequest::Kind::Save, "Save Settings As...", std::string(kProposedName));
-    if (!path || !SaveLines(*path, SettingsRecords(cells_)))
-        return Post(kSaveCancelled);
+    if (!path || !SaveText(*path, ArchiveText(SettingsRecords(cells_))))
+        return Post(kSettingsSaveCancelled);
     const Aside aside(steps_);
     for (int cell = 0; cell < kCellCount; ++cell)
         cells_.SetColour(cell, CellColour::Normal);
@@ -77,24 +84,29 @@ void SettingsArchive::LoadSettingsFile(const std::string& path) {
         LoadFrom(path);
 }
 
+void SettingsArchive::LoadRecentSettings(const std::string& path) {
+    const CommandScope scope(statusBar_);
+    if (IsThere(path))
+        LoadSettingsFile(path);
+}
+
 void SettingsArchive::LoadFrom(const std::string& path) {
     SetArchiveFolder(path);
     ArchiveFile file(path);
-    if (MayLoad(file))
-        LoadRecords(file, path);
+    if (MayLoad(file) && LoadRecords(file, path))
+        Used(path);
 }
 
-std::optional<SettingDigits> SettingsArchive::AskValues() {
+std::optional<SettingDigits> SettingsArchive::LookAt(const std::string& path) {
     const CommandScope scope(statusBar_);
-    const auto path = AskToLook();
-    if (!path)
-        return std::nullopt;
-    ArchiveFile file(*path);
-    if (!CanBeRead(file) || !MayLoad(file))
+    ArchiveFile file(path);
+    if (!IsThere(path) || !CanBeRead(file) || !MayLoad(file))
         return std::nullopt;
     auto values = Whole(file, LoadSettingsRecords);
     if (values && std::ranges::count(*values, "") > 0)
         user_.ShowBox(kNotAllValues);
+    if (values)
+        Used(path);
     return values;
 }
 
@@ -105,23 +117,31 @@ bool SettingsArchive::MayLoad(const ArchiveFile& file) {
     return false;
 }
 
-void SettingsArchive::LoadRecords(ArchiveFile& file, const std::string& path) {
+bool SettingsArchive::LoadRecords(ArchiveFile& file, const std::string& path) {
     const Step step(steps_, LoadOf(path));
     SettingDigits digits;
     const LoadEnd end = LoadSettingsRecords(file, digits);
     ShowValues(digits);
     switch (end) {
         case LoadEnd::Complete:
-            return Post("Settings Loaded from Archive Disk File");
+            Post("Settings Loaded from Archive Disk File");
+            return true;
         case LoadEnd::WrongChecksum:
-            return Refuse(kTexts.corrupt);
+            Refuse(kTexts.corrupt);
+            return false;
         case LoadEnd::LineTooLong:
-            return Refuse(kLineTooLong);
-        case LoadEnd::NoTerminator:
+            Refuse(kLineTooLong);
+            return false;
         case LoadEnd::BadRecord:
+            if (!digits.misfit.empty())
+                user_.ShowBox(Box(kMisfit).WithLine(digits.misfit));
+            [[fallthrough]];
+        case LoadEnd::NoTerminator:
         case LoadEnd::TooManyAddresses:
-            return Post(kLoadCanceled);
+            break;
     }
+    Post(kLoadCanceled);
+    return false;
 }
 
 void SettingsArchive::ShowValues(const SettingDigits& digits) {
@@ -130,7 +150,7 @@ void SettingsArchive::ShowValues(const SettingDigits& digits) {
         if (given.empty())
             continue;
         if (state_.numberMode == NumberMode::Hex)
-            cells_.SetCaption(cell, given);
+            cells_.Show(cell, ShownByteFrom(given, NumberMode::Hex));
         else
             cells_.ShowValue(cell, ByteAt(given, 0));
         cells_.SetMark(cell, Mark::Save);

@@ -19,16 +19,21 @@ class SettingsArchive final : private ArchiveCommand {
     /// The same with the file `path`, a full path, which nobody is asked for, whatever its name.
     void LoadSettingsFile(const std::string& path);
 
-    /// The values of a file that the user picks; the cells stay as they are. Nothing if the file is
-    /// not taken as a whole, which a box has told.
-    std::optional<SettingDigits> AskValues();
+    /// The same with one that was used before.
+    void LoadRecentSettings(const std::string& path);
+
+    using ArchiveCommand::AskToLook;
+
+    /// The values of a file that the user picked, now or before; the cells stay as they are.
+    /// Nothing if the file is not taken as a whole, which a box has told.
+    std::optional<SettingDigits> LookAt(const std::string& path);
 
   private:
     static const Texts kTexts;
 
     void LoadFrom(const std::string& path);
     bool MayLoad(const ArchiveFile& file);
-    void LoadRecords(ArchiveFile& file, const std::string& path);
+    bool LoadRecords(ArchiveFile& file, const std::string& path);
     void ShowValues(const SettingDigits& digits);
 
     SettingCells& cells_;

@@ -30,8 +30,14 @@ bool LoadRecord(std::string_view record, SettingDigits& digits) {
     const int count = ByteAt(record, kCountPosition) - kS1Overhead;
     const int fitting = std::min(count, kCellCount - first);
     for (int value = 0; value < fitting; ++value) {
-        if (!FitsField(DigitsOf(record, value), first + value))
-            return false;
+        const std::string_view given = DigitsOf(record, value);
+        const int cell = first + value;
+        if (FitsField(given, cell))
+            continue;
+        digits.misfit = "address " + std::to_string(Cell(cell).address) + ": \"" +
+                        std::string(given) + "\" does not fit into " + SettingName(cell) + ", " +
+                        BitsText(cell) + ".";
+        return false;
     }
     for (int value = 0; value < fitting; ++value) {
         const int cell = first + value;
@@ -59,8 +65,11 @@ LoadEnd LoadSettingsRecords(ArchiveFile& file, SettingDigits& digits) {
             return LoadEnd::Complete;
         if (!record->ends_with(RecordChecksum(*record)))
             return LoadEnd::WrongChecksum;
-        if (!LoadRecord(*record, digits))
-            return LoadEnd::BadRecord;
+        if (LoadRecord(*record, digits))
+            continue;
+        if (!digits.misfit.empty())
+            digits.misfit = "Record " + std::to_string(count + 1) + ", " + digits.misfit;
+        return LoadEnd::BadRecord;
     }
     return LoadEnd::Complete;
 }

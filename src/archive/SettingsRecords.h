@@ -11,7 +11,9 @@
 namespace tarnwell {
 
 /// By cell, the two digits of its value as they stand in a file; empty where the file has none.
-using SettingDigits = std::array<std::string, kCellCount>;
+struct SettingDigits : std::array<std::string, kCellCount> {
+    std::string misfit{};  ///< which value of which record ended the load since it does not fit
+};
 
 /// Header, a record for each setting group, terminator.
 std::vector<std::string> SettingsRecords(const SettingCells& cells);

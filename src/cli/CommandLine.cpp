@@ -8,18 +8,15 @@
 
 #include "cli/commands/Commands.h"
 #include "cli/tools/Interruption.h"
-#include "core/Options.h"
-#include "core/OptionsFile.h"
+#include "cli/tools/Records.h"
+#include "core/options/Options.h"
+#include "core/options/OptionsFile.h"
 
 namespace tarnwell::cli {
 
 namespace {
 
 constexpr std::string_view kHint = " Try 'tarnwell-cli --help'.";
-
-using OnDevice = void (*)(const Arguments&, Device&, Report&);
-constexpr std::array<OnDevice, kCommands.size()> kOnDevice{
-    Check, Read, Write, Verify, nullptr, Get, Set, Peek, Poke, CompareWithDevice, nullptr, Restore};
 
 /// A file that is opened later must not become standard output.
 void OpenStandardStreams() {
@@ -44,14 +41,14 @@ void PrintError(std::string message) {
 void RunOnDevice(const Arguments& arguments, PortSource& ports, Report& report) {
     OptionsFile options(OptionsPath(), OptionsFile::Access::Read);
     PortRequest request = arguments.port;
-    request.chosenI2cBus = ChosenI2cBus(options);
+    request.chosen = BusOfOptions(options);
     const auto opened = ports.Open(request, ProcessStop());
     if (const auto* const refusal = std::get_if<PortRefusal>(&opened))
         return report.End(refusal->noSuchBus ? Status::Bus : Status::WrongUse,
                           refusal->reason + std::string(refusal->wrongArgument ? kHint : ""));
     Device device(arguments, std::get<JoinedPort>(opened), options, report);
     try {
-        kOnDevice.at(static_cast<std::size_t>(arguments.command))(arguments, device, report);
+        arguments.command->onDevice(arguments, device, report);
     } catch (const Interrupted&) {
         device.EndInterrupted();
     }
@@ -59,15 +56,7 @@ void RunOnDevice(const Arguments& arguments, PortSource& ports, Report& report) 
 
 void RunOnFiles(const Arguments& arguments, Report& report) {
     try {
-        if (arguments.command == Command::Info)
-            Info(arguments, report);
-        else if (arguments.command == Command::Backups)
-            Backups(arguments, report);
-        else if (arguments.command == Command::Compare)
-            CompareFiles(arguments, report);
-        else
-            arguments.command == Command::Get ? GetFromFile(arguments, report)
-                                              : SetInFile(arguments, report);
+        arguments.command->onFiles(arguments, report);
     } catch (const Interrupted&) {
         report.Interrupt(ProcessStop().Signal(), "");
     }
@@ -93,23 +82,24 @@ int Tell(const Report& report, const Arguments& arguments) {
 int RunCommandLine(int argc, const char* const* argv, PortSource& ports) {
     OpenStandardStreams();
     ProcessStop();
-    const auto read = ReadArguments(argc, argv);
+    const auto read = ReadArguments({argv, static_cast<std::size_t>(argc)}, kCommands);
     if (const auto* const text = std::get_if<Text>(&read))
         return static_cast<int>(Print(text->text, stdout) ? Status::Done : Status::File);
     Report report;
     Arguments arguments;
     if (const auto* const wrong = std::get_if<WrongUse>(&read)) {
-        report.command = wrong->command;
+        arguments.command = wrong->command;
         arguments.json = wrong->json;
         report.End(Status::WrongUse, wrong->reason + std::string(kHint));
     } else {
         arguments = std::get<Arguments>(read);
-        report.command = arguments.command;
-        if (WorksOnFiles(arguments))
-            RunOnFiles(arguments, report);
-        else
-            RunOnDevice(arguments, ports, report);
+        report.settingsOf = arguments.device;
+        if (FindSet(arguments, report))
+            WorksOnFiles(arguments) ? RunOnFiles(arguments, report)
+                                    : RunOnDevice(arguments, ports, report);
     }
+    if (arguments.command != nullptr)
+        report.command = arguments.command->name;
     return Tell(report, arguments);
 }
 

@@ -37,6 +37,7 @@ enum class Topic : std::uint8_t {
     Archives,
     FileFormat,
     Backups,
+    Sets,
     CommandLine,
     WithoutWindow,
     Messages,
@@ -81,6 +82,7 @@ inline constexpr std::array kTopics{
     TopicInfo{Topic::Archives, "archives", "Archives", ""},
     TopicInfo{Topic::FileFormat, "file-format", "File format", ""},
     TopicInfo{Topic::Backups, "backups", "Backups", ""},
+    TopicInfo{Topic::Sets, "sets", "Sets and their history", ""},
     TopicInfo{Topic::CommandLine, "command-line", "Command line, options, files", ""},
     TopicInfo{Topic::WithoutWindow, "tarnwell-cli", "Without a window: tarnwell-cli", ""},
     TopicInfo{Topic::Messages, "messages", "Messages", "If something is wrong"},
@@ -88,7 +90,7 @@ inline constexpr std::array kTopics{
     TopicInfo{Topic::About, "about", "About Tarnwell 2", ""},
 };
 
-constexpr const TopicInfo& Info(Topic topic) {
+constexpr const TopicInfo& HelpPage(Topic topic) {
     return kTopics[static_cast<std::size_t>(topic)];
 }
 

@@ -6,6 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "core/ChosenBus.h"
+#include "core/RecentFiles.h"
+
 namespace tarnwell {
 
 enum class NumberMode : std::uint8_t { Decimal, Hex };
@@ -25,16 +28,22 @@ struct ProgramState {
     SizeMode sizeMode = SizeMode::Small;
     Page page = Page::Chroma;
 
-    std::string portAddress;  ///< base address in decimal: "888", "632" or "956"
-    std::string pinOptions;   ///< eight digits, decoded by DecodePinOptions
-    std::string i2cBus;       ///< of the kernel, "NAME|NODE"; empty for a parallel port
-    std::optional<std::string> i2cBusOfRun;  ///< from the command line, until another is chosen
-    std::string editorWarning;               ///< "ShowWarn" or "NoWarn"
-    std::string editTop;                     ///< the value editor's place, twips
+    std::uint16_t portAddress = 0;  ///< the parallel port's base address: 888, 632 or 956
+    std::string pinOptions;         ///< eight digits, decoded by DecodePinOptions
+    ChosenBus bus;
+    std::optional<ChosenBus> busOfRun;  ///< from the command line, until another is chosen
+    std::string editorWarning;          ///< "ShowWarn" or "NoWarn"
+    std::string editTop;                ///< the value editor's place, twips
     std::string editLeft;
     std::string comparePlace;   ///< "LEFT TOP WIDTH HEIGHT" in pixels, or empty
+    std::string historySize;    ///< "WIDTH HEIGHT" in pixels, or empty
     std::string archiveFolder;  ///< where the file dialogs open
-    int readPasses = 1;         ///< how often a whole device is read before the reading counts
+    RecentFiles recentImages;
+    RecentFiles recentSettings;
+    std::string set;     ///< the name of the one whose record is kept; empty for none
+    int readPasses = 1;  ///< how often a whole device is read before the reading counts
+
+    bool simulated = false;  ///< the parallel port is that of a simulated television
 
     bool BufferChanged = false;
     bool EepRead = false;
@@ -43,7 +52,7 @@ struct ProgramState {
     bool fillItemVisible = false;
     bool driverLoaderItemVisible = false;
 
-    const std::string& I2cBusInUse() const { return i2cBusOfRun ? *i2cBusOfRun : i2cBus; }
+    const ChosenBus& BusInUse() const { return busOfRun ? *busOfRun : bus; }
 };
 
 inline constexpr std::string_view kShowWarning = "ShowWarn";

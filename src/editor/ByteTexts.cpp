@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/Number.h"
+#include "core/user/Number.h"
 
 namespace tarnwell {
 

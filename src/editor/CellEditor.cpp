@@ -1,7 +1,9 @@
 #include "editor/CellEditor.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "core/Words.h"
 #include "editor/ByteTexts.h"
 
 namespace tarnwell {
@@ -53,6 +55,13 @@ void CellEditor::Click() {
 void CellEditor::CharacterTyped(std::string_view character) {
     if (EditorIsOn())
         BeginCellEdit(character);
+    else
+        TellSwitch();
+}
+
+void CellEditor::TellSwitch() {
+    if (!std::exchange(toldSwitch_, true))
+        Post("Data Editor Is Off; Click OFF Above the Grid to Change Bytes");
 }
 
 void CellEditor::Scrolled() {
@@ -67,9 +76,12 @@ void CellEditor::BeginCellEdit(std::string_view character) {
     else
         grid_.OpenEntry(grid_.Text(grid_.Current()), EditSelection::WholeText);
     statusBar_.StopTimer();
-    record_.EditAddress =
-        NumberText(static_cast<std::uint32_t>(grid_.Current().Address()), state_.numberMode);
-    statusBar_.PutInBackground("Editing EEPROM Address: " + record_.EditAddress);
+    statusBar_.PutInBackground(Description());
+}
+
+std::string CellEditor::Description() const {
+    return "Editing EEPROM Address: " +
+           NumberText(static_cast<std::uint32_t>(grid_.Current().Address()), state_.numberMode);
 }
 
 bool CellEditor::CheckEditValue() {
@@ -85,16 +97,14 @@ void CellEditor::TellOutOfRange() {
 }
 
 CellEditor::Commit CellEditor::CommitCellEdit() {
-    const std::string before = grid_.Text(grid_.Current());
-    if (!grid_.EntryIsOpen() || grid_.EditText() == before)
+    const int address = grid_.Current().Address();
+    const ShownByte before = grid_.Shown(grid_.Current());
+    if (!grid_.EntryIsOpen() || grid_.EditText() == before.Text(state_.numberMode))
         return Commit::Settled;
-    record_.EditOldValue = before;
-    record_.EditNewValue = grid_.EditText();
+    const ShownByte after = ShownByteFrom(grid_.EditText(), state_.numberMode);
 
-    Step step(steps_, {.what = "Byte",
-                       .address = grid_.Current().Address(),
-                       .from = ByteFromText(before, state_.numberMode),
-                       .to = ByteFromText(record_.EditNewValue, state_.numberMode)});
+    Step step(steps_,
+              {.what = "Byte", .address = address, .from = before.Byte(), .to = after.value});
     const bool gridWasChanged = state_.GridChanged;
     grid_.SetGridChanged(true);
     if (!CheckEditValue()) {
@@ -102,14 +112,14 @@ CellEditor::Commit CellEditor::CommitCellEdit() {
         return Commit::Settled;
     }
     if (pending_.IsFull() && !pending_.MakeRoom()) {
-        grid_.SetEditText(before);
+        grid_.SetEditText(before.Text(state_.numberMode));
         grid_.SetGridChanged(gridWasChanged);
         statusBar_.ShowStatus("Pending EEP Writes Are Full; Change Discarded", kResultSeconds);
         return Commit::Refused;
     }
-    grid_.SetCurrentText(record_.EditNewValue);
+    grid_.EnterCurrent(after);
     grid_.SetGridChanged(true);
-    pending_.AddPendingWrite(record_);
+    pending_.AddPendingWrite({address, before, after});
     return Commit::Settled;
 }
 
@@ -141,14 +151,13 @@ void CellEditor::SelectTo(GridCell cell) {
 
 void CellEditor::Paste(std::string_view text) {
     if (!EditorIsOn())
-        return;
+        return TellSwitch();
     const CommandScope scope(statusBar_);
     const auto bytes = BytesFromText(text, state_.numberMode);
     const int first = grid_.Current().Address();
     if (!bytes || first + static_cast<int>(bytes->size()) > kEepromBytes)
         return TellOutOfRange();
-    const Step step(steps_, {"Paste of " + std::to_string(bytes->size()) +
-                             (bytes->size() == 1 ? " Byte" : " Bytes")});
+    const Step step(steps_, {"Paste of " + Counted(bytes->size(), "Byte")});
     for (const std::uint8_t byte : *bytes) {
         BeginCellEdit({});
         grid_.SetEditText(NumberText(byte, state_.numberMode));
@@ -157,6 +166,21 @@ void CellEditor::Paste(std::string_view text) {
         if (grid_.Current().Address() < kEepromBytes - 1)
             MoveTo(Stepped(grid_.Current(), 1));
     }
+}
+
+bool CellEditor::PasteIntoEntry(std::string_view text) {
+    const auto parts = SplitBytes(text);
+    if (parts.size() > 1) {
+        Paste(text);
+        return true;
+    }
+    if (parts.empty() || !HasHexPrefix(parts.front()))
+        return false;
+    if (const auto bytes = BytesFromText(text, state_.numberMode))
+        grid_.SetEditText(NumberText(bytes->front(), state_.numberMode));
+    else
+        TellOutOfRange();
+    return true;
 }
 
 void CellEditor::SettleEntry() {

@@ -37,7 +37,12 @@ class CellEditor final : private Command {
     /// no byte, or has no place in the grid, the box of an entry out of range refuses them all.
     void Paste(std::string_view text);
 
-    /// A character typed while the grid itself has the focus.
+    /// A paste into the open entry: several bytes are entered as by Paste, and one behind 0x is
+    /// the entry's new text. False for any other text, which goes where the caret is.
+    bool PasteIntoEntry(std::string_view text);
+
+    /// A character typed while the grid itself has the focus. With the editor off it enters
+    /// nothing; the first time the status line says how to switch it on.
     void CharacterTyped(std::string_view character);
 
     /// The user scrolled the grid: an open entry is abandoned.
@@ -51,6 +56,9 @@ class CellEditor final : private Command {
     /// Commits an open entry as on leaving its cell, wherever the user goes.
     void SettleEntry();
 
+    /// Says which byte is being edited.
+    std::string Description() const;
+
   private:
     enum class Commit : std::uint8_t { Settled, Refused };
 
@@ -60,11 +68,12 @@ class CellEditor final : private Command {
     Commit CommitCellEdit();
     Commit LeaveCell();
     void CommitAndMove(GridCell target);
+    void TellSwitch();
     bool EditorIsOn() const { return state_.editor == EditorSwitch::On; }
 
     DataGrid& grid_;
     PendingWrites& pending_;
-    EditRecord record_;
+    bool toldSwitch_ = false;
 };
 
 }  // namespace tarnwell

@@ -5,6 +5,35 @@
 
 namespace tarnwell {
 
+ShownByte GridContents::At(int address) const {
+    const auto index = static_cast<std::size_t>(address);
+    if (empty[index])
+        return {0, ""};
+    const auto text = texts.find(address);
+    return {(*bytes)[index], text == texts.end() ? std::nullopt : std::optional(text->second)};
+}
+
+void GridContents::Put(int address, const ShownByte& shown) {
+    const auto index = static_cast<std::size_t>(address);
+    bytes.Edit()[index] = shown.value;
+    empty[index] = !shown.Byte();
+    texts.erase(address);
+    if (shown.text && shown.Byte())
+        texts.emplace(address, *shown.text);
+}
+
+bool GridContents::ShowsSame(const GridContents& other, int address) const {
+    const auto index = static_cast<std::size_t>(address);
+    const bool ownForms = texts.empty() && other.texts.empty();
+    return (*bytes)[index] == (*other.bytes)[index] && empty[index] == other.empty[index] &&
+           (ownForms || At(address) == other.At(address));
+}
+
+void GridContents::ForgetTexts() {
+    empty.reset();
+    texts.clear();
+}
+
 DataGrid::DataGrid(ProgramState& state, StatusBar& statusBar, Screen& screen, MemoryBuffer& buffer,
                    EditorView& view)
     : state_(state), statusBar_(statusBar), screen_(screen), buffer_(buffer), view_(view) {}
@@ -15,9 +44,8 @@ void DataGrid::SetupGrid() {
 
 void DataGrid::FillGrid() {
     CloseEntry();
-    auto& texts = contents_.texts.Edit();
-    for (std::size_t address = 0; address < texts.size(); ++address)
-        texts[address] = NumberText(buffer_[address], state_.numberMode);
+    std::copy_n(buffer_.begin(), kEepromBytes, contents_.bytes.Edit().begin());
+    contents_.ForgetTexts();
     contents_.changed.reset();
     view_.GridRefilled();
 }
@@ -33,27 +61,14 @@ void DataGrid::TransferGrid() {
 }
 
 void DataGrid::ConvertNumbers(NumberMode mode) {
-    for (std::string& text : contents_.texts.Edit())
-        text = ConvertedNumber(text, mode);
+    contents_.ForgetTexts();
     view_.GridRefilled();
     SetEditText(ConvertedNumber(editText_, mode));
-}
-
-const std::string& DataGrid::Text(GridCell cell) const {
-    return (*contents_.texts)[Index(cell)];
 }
 
 void DataGrid::SetContents(GridContents contents) {
     contents_ = std::move(contents);
     view_.GridRefilled();
-}
-
-std::array<std::uint8_t, kEepromBytes> DataGrid::Bytes() const {
-    std::array<std::uint8_t, kEepromBytes> bytes{};
-    std::ranges::transform(*contents_.texts, bytes.begin(), [this](const std::string& text) {
-        return static_cast<std::uint8_t>(ParseNumber(text, state_.numberMode));
-    });
-    return bytes;
 }
 
 std::string DataGrid::RowAddressText(int row) const {
@@ -97,18 +112,17 @@ std::string DataGrid::SelectionText() const {
     return text;
 }
 
-void DataGrid::SetCurrentText(const std::string& text) {
-    contents_.texts.Edit()[Index(current_)] = text;
+void DataGrid::EnterCurrent(const ShownByte& entered) {
+    contents_.Put(current_.Address(), entered);
     contents_.changed.set(Index(current_));
     view_.GridCellChanged(current_);
 }
 
-void DataGrid::TakeBackText(int address, const std::string& text) {
-    const GridCell cell = GridCell::At(address);
-    contents_.texts.Edit()[Index(cell)] = text;
-    contents_.changed.set(Index(cell), ParseNumber(text, state_.numberMode) !=
-                                           buffer_[static_cast<std::size_t>(address)]);
-    view_.GridCellChanged(cell);
+void DataGrid::TakeBack(int address, const ShownByte& before) {
+    const auto index = static_cast<std::size_t>(address);
+    contents_.Put(address, before);
+    contents_.changed.set(index, before.value != buffer_[index]);
+    view_.GridCellChanged(GridCell::At(address));
     SetGridChanged(contents_.changed.any());
 }
 

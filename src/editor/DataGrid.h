@@ -3,11 +3,12 @@
 
 #include <array>
 #include <bitset>
+#include <map>
 #include <optional>
 #include <string>
 
-#include "core/NumberModeMenu.h"
 #include "core/Shared.h"
+#include "core/user/NumberModeMenu.h"
 #include "image/MemoryBuffer.h"
 
 namespace tarnwell {
@@ -29,16 +30,25 @@ struct GridCell {
 struct GridRange {
     int first;  ///< address
     int last;   ///< address, not before the first
-
-    bool Contains(int address) const { return first <= address && address <= last; }
 };
 
 /// What the grid holds of each byte.
 struct GridContents {
-    Shared<std::array<std::string, kEepromBytes>> texts;
-    std::bitset<kEepromBytes> changed;  ///< and neither transferred nor discarded yet
+    using Bytes = std::array<std::uint8_t, kEepromBytes>;
+    using Marks = std::bitset<kEepromBytes>;
+
+    Shared<Bytes> bytes;               ///< 0 where a cell is empty
+    Marks empty = ~Marks();            ///< until the grid is filled
+    std::map<int, std::string> texts;  ///< by address, where one is not its byte's own
+    Marks changed;                     ///< and neither transferred nor discarded yet
 
     bool operator==(const GridContents&) const = default;
+    ShownByte At(int address) const;
+    void Put(int address, const ShownByte& shown);
+    bool ShowsSame(const GridContents& other, int address) const;
+
+    /// Each cell shows its byte in its own form.
+    void ForgetTexts();
 };
 
 enum class EditSelection : std::uint8_t { WholeText, CaretAtEnd };
@@ -79,10 +89,9 @@ class DataGrid final : public NumberDisplay {
 
     void ConvertNumbers(NumberMode mode) override;
 
-    const std::string& Text(GridCell cell) const;
-
-    /// The bytes that the texts write.
-    std::array<std::uint8_t, kEepromBytes> Bytes() const;
+    std::string Text(GridCell cell) const { return Shown(cell).Text(state_.numberMode); }
+    ShownByte Shown(GridCell cell) const { return contents_.At(cell.Address()); }
+    const GridContents::Bytes& Bytes() const { return *contents_.bytes; }
     std::string RowAddressText(int row) const;
     std::string HeadingText(int offset) const;
 
@@ -105,11 +114,11 @@ class DataGrid final : public NumberDisplay {
     /// The selection's texts, with blanks between them.
     std::string SelectionText() const;
 
-    /// Gives the current cell its edited text.
-    void SetCurrentText(const std::string& text);
+    /// Gives the current cell its edited byte.
+    void EnterCurrent(const ShownByte& entered);
 
-    /// Gives a byte the text that it had before an edit.
-    void TakeBackText(int address, const std::string& text);
+    /// Gives a byte what it was before an edit.
+    void TakeBack(int address, const ShownByte& before);
 
     /// Sets or clears the mark that the grid holds edits that the buffer does not.
     void SetGridChanged(bool changed);

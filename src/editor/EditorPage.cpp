@@ -77,6 +77,25 @@ void EditorPage::ShowWarning() {
     state_.editorWarning = view_.ShowWarningAgain() ? kShowWarning : kNoWarning;
 }
 
+void EditorPage::WritePending() {
+    const CommandScope scope(statusBar_);
+    const int attempts = pending_.Attempts();
+    cellEditor_.SettleEntry();
+    const bool madeRoom = pending_.Count() > 0 && !pending_.IsFull();
+    if (pending_.Attempts() == attempts || madeRoom)
+        pending_.WritePending();
+}
+
+void EditorPage::TakeBackPending(int row) {
+    const CommandScope scope(statusBar_);
+    if (row >= pending_.Count())
+        return;
+    const PendingEntry meant = pending_.Entry(row);
+    cellEditor_.SettleEntry();
+    if (row < pending_.Count() && pending_.Entry(row) == meant)
+        pending_.TakeBack(row);
+}
+
 bool EditorPage::SettleGridEdits() {
     const CommandScope scope(statusBar_);
     cellEditor_.SettleEntry();
@@ -103,6 +122,7 @@ bool EditorPage::AskAndSettle(const Message& question) {
     if (user_.ShowBox(question) != Answer::Yes)
         return AskAndDiscard();
     const Step step(steps_, {"Transfer of Data Grid"});
+    origin_.Note(BufferChange::BytesTransferred);
     grid_.TransferGrid();
     return true;
 }

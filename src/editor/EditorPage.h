@@ -23,6 +23,12 @@ class EditorPage final : private Command {
     /// Commits an open entry.
     void SettleEntry() { cellEditor_.SettleEntry(); }
 
+    /// The queue's button. What an open entry asks as the tenth is not asked again.
+    void WritePending();
+
+    /// Takes an entry of the queue back, if it is still there once an open entry was settled.
+    void TakeBackPending(int row);
+
     /// Opening a menu whose commands work on the buffer: asks what becomes of the grid's edits.
     /// False if they stay only in the grid.
     bool SettleGridEdits();

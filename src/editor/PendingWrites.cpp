@@ -1,8 +1,9 @@
 #include "editor/PendingWrites.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "image/WriteTexts.h"
+#include "command/WriteTexts.h"
 
 namespace tarnwell {
 
@@ -17,26 +18,29 @@ constexpr Message kAskWriteNow{
 
 }  // namespace
 
-void PendingRows::Remove(int row) {
-    std::rotate(rows.begin() + row, rows.begin() + row + 1, rows.begin() + count);
-    rows[static_cast<std::size_t>(--count)] = {};
+void PendingRows::Append(PendingEntry entry) {
+    zeros.reset(entries.size());
+    entries.push_back(std::move(entry));
 }
 
-void PendingRows::Convert(NumberMode mode) {
-    for (EditRecord& row : rows) {
-        row.EditAddress = ConvertedNumber(row.EditAddress, mode);
-        row.EditOldValue = ConvertedNumber(row.EditOldValue, mode);
-        row.EditNewValue = ConvertedNumber(row.EditNewValue, mode);
+void PendingRows::Remove(int row) {
+    entries.erase(entries.begin() + row);
+}
+
+void PendingRows::ForgetTexts() {
+    for (PendingEntry& entry : entries) {
+        entry.before.text.reset();
+        entry.after.text.reset();
     }
+    for (std::size_t row = entries.size(); row < kPendingRows; ++row)
+        zeros.set(row);
 }
 
 PendingWrites::PendingWrites(const CommandContext& context, DataGrid& grid, EditorView& view)
     : Command(context), grid_(grid), view_(view) {}
 
-void PendingWrites::AddPendingWrite(const EditRecord& record) {
-    if (record.EditAddress.empty())
-        return;
-    queue_.Append(record);
+void PendingWrites::AddPendingWrite(PendingEntry entry) {
+    queue_.Append(std::move(entry));
     view_.PendingWritesChanged();
     if (IsFull())
         AskToWriteNow();
@@ -48,7 +52,7 @@ bool PendingWrites::MakeRoom() {
 }
 
 void PendingWrites::AskToWriteNow() {
-    if (user_.ShowBox(kAskWriteNow) == Answer::Yes)
+    if (user_.ShowBox(writeGuard_.Described(WriteKind::Pending, kAskWriteNow)) == Answer::Yes)
         WritePending();
     else
         ClearPendingWrites();
@@ -63,83 +67,77 @@ void PendingWrites::SetContents(const PendingRows& queue) {
     view_.PendingWritesChanged();
 }
 
-int PendingWrites::Address(int row) const {
-    return ParseNumber(Row(row).EditAddress, state_.numberMode);
+EditRecord PendingWrites::Row(int row) const {
+    if (row < Count()) {
+        const auto& [address, before, after] = Entry(row);
+        const NumberMode mode = state_.numberMode;
+        return {NumberText(static_cast<std::uint32_t>(address), mode), before.Text(mode),
+                after.Text(mode)};
+    }
+    return queue_.zeros[static_cast<std::size_t>(row)] ? EditRecord{"0", "0", "0"} : EditRecord{};
 }
 
 void PendingWrites::TakeBack(int row) {
     const CommandScope scope(statusBar_);
-    const EditRecord taken = Row(row);
-    const Step step(steps_, {.what = "Taking Back of Byte", .address = Address(row)});
+    const PendingEntry taken = Entry(row);
+    const Step step(steps_, {.what = "Taking Back of Byte", .address = taken.address});
     queue_.Remove(row);
-    const auto end = queue_.rows.begin() + queue_.count;
-    const auto later = std::find_if(queue_.rows.begin() + row, end, [&](const EditRecord& record) {
-        return record.EditAddress == taken.EditAddress;
-    });
-    if (later != end)
-        later->EditOldValue = taken.EditOldValue;
-    else
-        grid_.TakeBackText(ParseNumber(taken.EditAddress, state_.numberMode), taken.EditOldValue);
+    auto& entries = queue_.entries;
+    const auto later = std::ranges::find(entries.begin() + row, entries.end(), taken.address,
+                                         &PendingEntry::address);
+    if (later != entries.end())
+        later->before = taken.before;
+    else if (grid_.Shown(GridCell::At(taken.address)).Byte() == taken.after.value)
+        grid_.TakeBack(taken.address, taken.before);
     view_.PendingWritesChanged();
     Post("Pending EEP Write Taken Back");
 }
 
 void PendingWrites::WritePending() {
     const CommandScope scope(statusBar_);
-    if (queue_.count == 0) {
+    ++attempts_;
+    if (Count() == 0) {
         Post("There Are No Pending EEP Writes");
         return;
     }
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    if (user_.ShowBox(AskWriteBytes(queue_.count)) != Answer::Yes) {
-        Post(kWriteCancelled);
+    if (!writeGuard_.Wants(WriteKind::Pending, AskWriteBytes(Count())) || !writeGuard_.MayWrite())
         return;
-    }
-    if (!writeGuard_.MayWrite())
-        return;
-    switch (WriteEntries()) {
-        case Outcome::Aborted:
-            i2c_.AbortOperation();
-            return;
-        case Outcome::Mismatch:
-            statusBar_.ShowStatus("ERROR: EEProm and New Data Do Not Match!", kMismatchSeconds);
-            user_.Beep();
-            user_.ShowBox(kBytesNotVerified);
-            statusBar_.PutStatus("");
-            return;
-        case Outcome::Verified:
-            TakeGridAsWritten();
-            statusBar_.ShowStatus(kBytesWritten, kResultSeconds);
-            return;
-    }
+    std::vector<Mismatch> mismatches;
+    if (WriteEntries(mismatches) == Transfer::Aborted)
+        return i2c_.AbortOperation();
+    if (!mismatches.empty())
+        return TellNotVerified("ERROR: EEProm and New Data Do Not Match!", kBytesNotVerified,
+                               mismatches);
+    i2c_.EndWrite();
+    TakeGridAsWritten();
+    Post(kBytesWritten);
 }
 
 void PendingWrites::TakeGridAsWritten() {
     const Aside aside(steps_);
     ClearPendingWrites();
+    origin_.Note(BufferChange::BytesTransferred);
     grid_.TransferGrid();
 }
 
-PendingWrites::Outcome PendingWrites::WriteEntries() {
-    Outcome outcome = Outcome::Verified;
-    for (const EditRecord& entry : queue_.Entries()) {
-        const auto address =
-            static_cast<std::int16_t>(ParseNumber(entry.EditAddress, state_.numberMode));
-        const auto value =
-            static_cast<std::uint8_t>(ParseNumber(entry.EditNewValue, state_.numberMode));
+Transfer PendingWrites::WriteEntries(std::vector<Mismatch>& mismatches) {
+    for (const PendingEntry& entry : queue_.entries) {
+        const auto address = static_cast<std::int16_t>(entry.address);
+        const std::uint8_t value = entry.after.value;
         if (i2c_.WriteByte(address, value) == Transfer::Aborted ||
             i2c_.ReadBlock(address, 1) == Transfer::Aborted)
-            return Outcome::Aborted;
-        if (i2c_.ReadData()[0] != value)
-            outcome = Outcome::Mismatch;
+            return Transfer::Aborted;
+        if (const std::uint8_t found = i2c_.ReadData()[0]; found != value)
+            mismatches.push_back({address, value, found});
     }
-    return outcome;
+    return Transfer::Done;
 }
 
-void PendingWrites::ConvertNumbers(NumberMode mode) {
-    queue_.Convert(mode);
+void PendingWrites::ConvertNumbers(NumberMode /*mode*/) {
+    queue_.ForgetTexts();
     view_.PendingWritesChanged();
 }
 

@@ -1,7 +1,5 @@
 #include "history/Change.h"
 
-#include <algorithm>
-
 namespace tarnwell {
 
 namespace {
@@ -17,14 +15,6 @@ void Set(Value& value, const std::optional<Value>& to) {
         value = *to;
 }
 
-std::size_t TextBytes(const std::string& text) {
-    return text.capacity() < sizeof(std::string) / 2 ? 0 : text.capacity() + 1;
-}
-
-std::size_t TextBytes(const EditRecord& row) {
-    return TextBytes(row.EditAddress) + TextBytes(row.EditOldValue) + TextBytes(row.EditNewValue);
-}
-
 template <typename Element>
 std::size_t OwnBytes(const std::vector<Element>& elements) {
     return elements.capacity() * sizeof(Element);
@@ -34,167 +24,121 @@ std::size_t OwnBytes(const std::vector<Element>& elements) {
 
 Change::Change(const Snapshot& from, const Snapshot& to, Extent extent, NumberMode mode)
     : mode_(mode),
+      extent_(extent),
       eepRead_(IfOther(from.EepRead, to.EepRead)),
       bufferChanged_(IfOther(from.BufferChanged, to.BufferChanged)),
       gridChanged_(IfOther(from.GridChanged, to.GridChanged)),
       target_(IfOther(from.target, to.target)),
-      crc_(IfOther(from.crc, to.crc)) {
-    KeepBuffer(from, to, extent);
-    KeepGrid(from, to, extent);
+      crc_(IfOther(from.crc, to.crc)),
+      origin_(IfOther(from.origin, to.origin)) {
+    const bool everything = extent == Extent::Everything;
+    if (everything || from.buffer != to.buffer)
+        buffer_.Keep(to.buffer, [&](int address) {
+            const auto index = static_cast<std::size_t>(address);
+            return everything || from.buffer[index] != to.buffer[index];
+        });
+    if (everything && origin_ && *origin_->image == to.buffer) {
+        static const Shared<EepromArray> kLeftOut;
+        origin_->image = kLeftOut;
+        bufferIsOrigins_ = true;
+    }
+    if (everything || from.grid != to.grid)
+        KeepGrid(from.grid, to.grid);
     KeepCells(from, to);
     if (from.pending != to.pending)
-        queues_ = std::make_unique<const std::pair<Queue, Queue>>(Packed(from.pending),
-                                                                  Packed(to.pending));
+        queues_ =
+            std::make_unique<const std::pair<PendingRows, PendingRows>>(from.pending, to.pending);
 }
 
-void Change::KeepBuffer(const Snapshot& from, const Snapshot& to, Extent extent) {
-    if (extent == Extent::Everything) {
-        image_ = std::make_unique<const MemoryBuffer>(to.buffer);
-        return;
+void Change::KeepGrid(const GridContents& from, const GridContents& to) {
+    const bool everything = extent_ == Extent::Everything;
+    GridContents::Marks empty;
+    grid_.Keep(*to.bytes, [&](int address) {
+        const bool kept = everything || !from.ShowsSame(to, address);
+        const auto index = static_cast<std::size_t>(address);
+        empty[index] = kept && to.empty[index];
+        return kept;
+    });
+    if (empty.any())
+        empty_ = std::make_unique<const GridContents::Marks>(empty);
+    for (const auto& [address, text] : to.texts) {
+        if (everything || !from.ShowsSame(to, address))
+            texts_.emplace_back(address, text);
     }
-    for (std::size_t address = 0; address < to.buffer.size(); ++address) {
-        if (from.buffer[address] != to.buffer[address])
-            bytes_.push_back({static_cast<std::uint16_t>(address), to.buffer[address]});
-    }
-    bytes_.shrink_to_fit();
-}
-
-Change::Form Change::FormOf(const std::string& text) const {
-    if (text.empty())
-        return Form::Nothing;
-    const auto value = ByteFromText(text, mode_);
-    return value && text == NumberText(*value, mode_) ? Form::Number : Form::Odd;
-}
-
-void Change::KeepGrid(const Snapshot& from, const Snapshot& to, Extent extent) {
-    const bool everything = extent == Extent::Everything;
-    if (!everything && from.grid == to.grid)
-        return;
     for (std::size_t address = 0; address < kEepromBytes; ++address) {
-        const std::string& text = (*to.grid.texts)[address];
-        const bool changed = to.grid.changed[address];
-        const bool sameText = text == (everything ? NumberText(to.buffer[address], mode_)
-                                                  : (*from.grid.texts)[address]);
-        const bool sameMark = changed == (!everything && from.grid.changed[address]);
-        if (sameText && sameMark)
-            continue;
-        const Form form = sameText ? Form::Same : FormOf(text);
-        grid_.push_back({static_cast<std::uint16_t>(address), ByteFromText(text, mode_).value_or(0),
-                         form, sameMark ? std::nullopt : std::optional(changed)});
-        if (form == Form::Odd)
-            oddTexts_.push_back(text);
+        if (to.changed[address] != (!everything && from.changed[address]))
+            marks_.push_back({static_cast<std::uint16_t>(address), to.changed[address]});
     }
-    grid_.shrink_to_fit();
+    marks_.shrink_to_fit();
 }
 
 void Change::KeepCells(const Snapshot& from, const Snapshot& to) {
     for (std::size_t cell = 0; cell < to.cells.size(); ++cell) {
         if (from.cells[cell] != to.cells[cell])
-            cells_.push_back({static_cast<int>(cell), to.cells[cell]});
+            cells_.emplace_back(cell, to.cells[cell]);
     }
     cells_.shrink_to_fit();
 }
 
-bool Change::ChangesNothing() const {
-    return !image_ && bytes_.empty() && grid_.empty() && cells_.empty() && !queues_ && !eepRead_ &&
-           !bufferChanged_ && !gridChanged_ && !target_ && !crc_;
-}
-
 Snapshot Change::AppliedTo(const Snapshot& now, NumberMode mode) const {
     Snapshot to = now;
-    if (image_)
-        to.buffer = *image_;
-    for (const BufferByte& byte : bytes_)
-        to.buffer[byte.address] = byte.value;
-    if (image_ || !grid_.empty())
-        ApplyGrid(to.grid, to.buffer, mode);
-    for (const Cell& cell : cells_) {
-        CellContents& contents = to.cells[static_cast<std::size_t>(cell.cell)];
-        contents = cell.contents;
+    buffer_.ForEach([&](int address, std::uint8_t value) {
+        to.buffer[static_cast<std::size_t>(address)] = value;
+    });
+    ApplyGrid(to.grid, mode);
+    for (const auto& [cell, contents] : cells_) {
+        to.cells[cell] = contents;
         if (mode != mode_)
-            contents.caption = ConvertedNumber(contents.caption, mode);
+            to.cells[cell].shown.text.reset();
     }
     if (queues_)
-        to.pending = Unpacked(queues_->second, mode);
+        to.pending = ChangedQueues(mode)->second;
     Set(to.EepRead, eepRead_);
     Set(to.BufferChanged, bufferChanged_);
     Set(to.GridChanged, gridChanged_);
     Set(to.target, target_);
     Set(to.crc, crc_);
+    Set(to.origin, origin_);
+    if (bufferIsOrigins_)
+        to.origin.image.Edit() = to.buffer;
     return to;
 }
 
-void Change::ApplyGrid(GridContents& grid, const MemoryBuffer& buffer, NumberMode mode) const {
-    auto& texts = grid.texts.Edit();
-    if (image_) {
-        for (std::size_t address = 0; address < texts.size(); ++address)
-            texts[address] = NumberText(buffer[address], mode);
+void Change::ApplyGrid(GridContents& grid, NumberMode mode) const {
+    grid_.ForEach([&](int address, std::uint8_t value) {
+        const bool empty = empty_ && (*empty_)[static_cast<std::size_t>(address)];
+        grid.Put(address,
+                 {value, empty && mode == mode_ ? std::optional<std::string>("") : std::nullopt});
+    });
+    for (const auto& [address, text] : texts_) {
+        if (mode == mode_)
+            grid.Put(address, {(*grid.bytes)[static_cast<std::size_t>(address)], text});
+    }
+    if (extent_ == Extent::Everything)
         grid.changed.reset();
-    }
-    auto odd = oddTexts_.begin();
-    for (const GridByte& byte : grid_) {
-        std::string& text = texts[byte.address];
-        switch (byte.form) {
-            case Form::Same:
-                break;
-            case Form::Number:
-                text = NumberText(byte.value, mode);
-                break;
-            case Form::Nothing:
-                text = mode == mode_ ? std::string() : ConvertedNumber({}, mode);
-                break;
-            case Form::Odd:
-                text = mode == mode_ ? *odd : ConvertedNumber(*odd, mode);
-                ++odd;
-                break;
-        }
-        if (byte.changed)
-            grid.changed[byte.address] = *byte.changed;
-    }
+    for (const auto& [address, changed] : marks_)
+        grid.changed[address] = changed;
 }
 
-Change::Queue Change::Packed(const PendingRows& pending) {
-    auto last = pending.rows.end();
-    while (last != pending.rows.begin() && *(last - 1) == EditRecord())
-        --last;
-    return {{pending.rows.begin(), last}, pending.count};
-}
-
-PendingRows Change::Unpacked(const Queue& queue, NumberMode mode) const {
-    PendingRows pending{.rows = {}, .count = queue.count};
-    std::ranges::copy(queue.rows, pending.rows.begin());
-    if (mode != mode_)
-        pending.Convert(mode);
-    return pending;
-}
-
-std::optional<Change::Queues> Change::ChangedQueues(NumberMode mode) const {
+std::optional<std::pair<PendingRows, PendingRows>> Change::ChangedQueues(NumberMode mode) const {
     if (!queues_)
         return std::nullopt;
-    const auto entries = [&](const Queue& queue) {
-        const PendingRows pending = Unpacked(queue, mode);
-        const auto rows = pending.Entries();
-        return std::vector<EditRecord>(rows.begin(), rows.end());
-    };
-    return Queues{entries(queues_->first), entries(queues_->second)};
+    auto queues = *queues_;
+    if (mode != mode_) {
+        queues.first.ForgetTexts();
+        queues.second.ForgetTexts();
+    }
+    return queues;
 }
 
 std::size_t Change::Bytes() const {
-    std::size_t bytes = sizeof *this + OwnBytes(bytes_) + OwnBytes(grid_) + OwnBytes(oddTexts_) +
-                        OwnBytes(cells_) + (image_ ? sizeof *image_ : 0);
-    for (const std::string& text : oddTexts_)
-        bytes += TextBytes(text);
-    for (const Cell& cell : cells_)
-        bytes += TextBytes(cell.contents.caption);
-    if (crc_)
-        bytes += TextBytes(*crc_);
-    if (queues_) {
-        for (const Queue* queue : {&queues_->first, &queues_->second}) {
-            bytes += sizeof *queue + OwnBytes(queue->rows);
-            for (const EditRecord& row : queue->rows)
-                bytes += TextBytes(row);
-        }
-    }
+    std::size_t bytes = sizeof *this + buffer_.Bytes() + grid_.Bytes() +
+                        (empty_ ? sizeof *empty_ : 0) + OwnBytes(texts_) + OwnBytes(marks_) +
+                        OwnBytes(cells_) + (origin_ ? origin_->place.capacity() : 0) +
+                        (origin_ && !bufferIsOrigins_ ? sizeof(EepromArray) : 0);
+    if (queues_)
+        bytes +=
+            sizeof *queues_ + OwnBytes(queues_->first.entries) + OwnBytes(queues_->second.entries);
     return bytes;
 }
 

@@ -3,74 +3,55 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
+#include "command/Steps.h"
+#include "history/ByteRuns.h"
 #include "history/Snapshot.h"
-#include "image/Steps.h"
 
 namespace tarnwell {
 
 class Change {
   public:
-    /// What leads from `from` to `to`; their texts are in `mode`.
+    /// What leads from `from` to `to`; texts that are not their byte's own are in `mode`.
     Change(const Snapshot& from, const Snapshot& to, Extent extent, NumberMode mode);
 
-    bool ChangesNothing() const;
-    Extent HowFar() const { return image_ ? Extent::Everything : Extent::WhatDiffers; }
+    Extent HowFar() const { return extent_; }
 
-    /// `now` with what differed as it was in `to`, the rest as it is; texts are in `mode`.
+    /// `now` with what differed as it was in `to`, the rest as it is; shown in `mode`.
     Snapshot AppliedTo(const Snapshot& now, NumberMode mode) const;
 
-    /// The entries of the queue on both sides, if they differ, in `mode`.
-    struct Queues {
-        std::vector<EditRecord> from;
-        std::vector<EditRecord> to;
-    };
-    std::optional<Queues> ChangedQueues(NumberMode mode) const;
+    /// The queue on both sides, `from` first, if they differ.
+    std::optional<std::pair<PendingRows, PendingRows>> ChangedQueues(NumberMode mode) const;
 
     /// What it takes in memory, itself included.
     std::size_t Bytes() const;
 
   private:
-    struct BufferByte {
+    struct Mark {
         std::uint16_t address;
-        std::uint8_t value;
-    };
-    enum class Form : std::uint8_t { Same, Number, Nothing, Odd };
-    struct GridByte {
-        std::uint16_t address;
-        std::uint8_t value;
-        Form form;  ///< Odd: not as the program writes a number, the next of oddTexts_
-        std::optional<bool> changed;
-    };
-    struct Cell {
-        int cell;
-        CellContents contents;
-    };
-    /// Without the empty rows at its end.
-    struct Queue {
-        std::vector<EditRecord> rows;
-        int count = 0;
+        bool changed;
     };
 
-    void KeepBuffer(const Snapshot& from, const Snapshot& to, Extent extent);
-    void KeepGrid(const Snapshot& from, const Snapshot& to, Extent extent);
+    void KeepGrid(const GridContents& from, const GridContents& to);
     void KeepCells(const Snapshot& from, const Snapshot& to);
-    void ApplyGrid(GridContents& grid, const MemoryBuffer& buffer, NumberMode mode) const;
-    Form FormOf(const std::string& text) const;
-    static Queue Packed(const PendingRows& pending);
-    PendingRows Unpacked(const Queue& queue, NumberMode mode) const;
+    void ApplyGrid(GridContents& grid, NumberMode mode) const;
 
     NumberMode mode_;
-    std::unique_ptr<const MemoryBuffer> image_;  ///< with Extent::Everything
-    std::vector<BufferByte> bytes_;
-    std::vector<GridByte> grid_;  ///< with an image: where the grid is not as it shows that
-    std::vector<std::string> oddTexts_;
-    std::vector<Cell> cells_;
-    std::unique_ptr<const std::pair<Queue, Queue>> queues_;  ///< from, to
+    Extent extent_;
+    ByteRuns buffer_;
+    ByteRuns grid_;
+    std::unique_ptr<const GridContents::Marks> empty_;  ///< which of those cells are, if any
+    std::vector<std::pair<int, std::string>> texts_;    ///< of those that are not their byte's own
+    std::vector<Mark> marks_;
+    std::vector<std::pair<std::size_t, CellContents>> cells_;
+    std::unique_ptr<const std::pair<PendingRows, PendingRows>> queues_;
     std::optional<bool> eepRead_, bufferChanged_, gridChanged_;
     std::optional<TargetDevice> target_;
     std::optional<std::string> crc_;
+    std::optional<BufferOrigin> origin_;
+    bool bufferIsOrigins_ = false;  ///< the image of origin_ is left out: it is the buffer's
 };
 
 }  // namespace tarnwell

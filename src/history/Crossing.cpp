@@ -37,15 +37,10 @@ class Crossing {
         return context_.known.WrittenSince(step_.writes, device, address);
     }
     bool EditorIsOn() const { return context_.state.editor == EditorSwitch::On; }
-    int AddressOf(const EditRecord& entry) const { return ParseNumber(entry.EditAddress, mode_); }
-    std::optional<std::uint8_t> GridValue(std::size_t address) const {
-        return ByteFromText((*to_.grid.texts)[address], mode_);
-    }
-    bool GridDiffers(std::size_t address) const {
-        return (*now_.grid.texts)[address] != (*to_.grid.texts)[address];
-    }
+    std::optional<std::uint8_t> GridValue(int address) const { return to_.grid.At(address).Byte(); }
+    bool GridDiffers(int address) const { return !now_.grid.ShowsSame(to_.grid, address); }
     std::optional<std::uint8_t> ComingValue(int address) const;
-    [[nodiscard]] bool Append(const EditRecord& entry);
+    [[nodiscard]] bool Append(const PendingEntry& entry);
 
     const KeptStep& step_;
     const Snapshot& now_;
@@ -56,19 +51,19 @@ class Crossing {
 
 /// Whether the cell shows the 0 of the start, which is nobody's value and must not be written.
 bool NeverHadValue(const CellContents& cell) {
-    return cell.mark == Mark::Clean && cell.colour == CellColour::Normal && !cell.lastRead;
+    return !cell.given && cell.mark == Mark::Clean;
 }
 
 void Crossing::MarkWrittenSettings() {
     for (std::size_t index = 0; index < to_.cells.size(); ++index) {
         CellContents& cell = to_.cells[index];
         const CellInfo& info = kCells[index];
-        const auto value = ValueOf(cell, mode_);
+        const auto value = cell.Value();
         if (cell == now_.cells[index] || !value || NeverHadValue(cell) ||
             !Written(TargetDevice::Primary, info.address))
             continue;
         const auto held = context_.known.Value(TargetDevice::Primary, info.address);
-        const bool clean = held && WithField(*held, *value, info.setting->shift) == *held;
+        const bool clean = held && WithValue(*held, static_cast<int>(index), *value) == *held;
         cell.mark = clean ? Mark::Clean : Mark::Save;
         cell.colour = clean ? CellColour::Normal : CellColour::Changed;
         cell.lastRead = now_.cells[index].lastRead;
@@ -88,18 +83,18 @@ void Crossing::KeepAsides() {
     }
     if (!otherBytes && now_.grid == to_.grid)
         return;
-    for (std::size_t address = 0; address < kEepromBytes; ++address) {
-        if (GridDiffers(address) || now_.buffer[address] != to_.buffer[address] ||
-            now_.grid.changed[address] != to_.grid.changed[address])
-            to_.grid.changed[address] = GridValue(address).value_or(0) != to_.buffer[address];
+    for (std::size_t index = 0; index < kEepromBytes; ++index) {
+        if (GridDiffers(static_cast<int>(index)) || now_.buffer[index] != to_.buffer[index] ||
+            now_.grid.changed[index] != to_.grid.changed[index])
+            to_.grid.changed[index] = (*to_.grid.bytes)[index] != to_.buffer[index];
     }
     to_.GridChanged = to_.grid.changed.any();
 }
 
 /// The entries that `entries` has beyond `others`.
-std::vector<EditRecord> Without(std::vector<EditRecord> entries,
-                                const std::vector<EditRecord>& others) {
-    for (const EditRecord& other : others) {
+std::vector<PendingEntry> Without(std::vector<PendingEntry> entries,
+                                  const std::vector<PendingEntry>& others) {
+    for (const PendingEntry& other : others) {
         if (const auto found = std::ranges::find(entries, other); found != entries.end())
             entries.erase(found);
     }
@@ -111,36 +106,36 @@ bool Crossing::KeepQueue() {
     const auto queues = step_.change.ChangedQueues(mode_);
     if (!queues)
         return true;
-    for (const EditRecord& gone : Without(queues->from, queues->to)) {
-        for (int row = to_.pending.count - 1; row >= 0; --row) {
-            if (to_.pending.rows[static_cast<std::size_t>(row)] == gone) {
+    const auto& [from, to] = *queues;
+    for (const PendingEntry& gone : Without(from.entries, to.entries)) {
+        for (int row = to_.pending.Count() - 1; row >= 0; --row) {
+            if (to_.pending.entries[static_cast<std::size_t>(row)] == gone) {
                 to_.pending.Remove(row);
                 break;
             }
         }
     }
-    return std::ranges::all_of(Without(queues->to, queues->from), [this](const EditRecord& entry) {
-        return Written(to_.target, AddressOf(entry)) || Append(entry);
+    return std::ranges::all_of(Without(to.entries, from.entries), [this](const auto& entry) {
+        return Written(to_.target, entry.address) || Append(entry);
     });
 }
 
 /// What the device will hold once the queue is written, as far as that is known.
 std::optional<std::uint8_t> Crossing::ComingValue(int address) const {
     auto coming = context_.known.Value(to_.target, address);
-    for (const EditRecord& entry : to_.pending.Entries()) {
-        if (AddressOf(entry) == address)
-            coming = ByteFromText(entry.EditNewValue, mode_);
+    for (const PendingEntry& entry : to_.pending.entries) {
+        if (entry.address == address)
+            coming = entry.after.value;
     }
     return coming;
 }
 
 /// What would be written is what the grid shows.
 void Crossing::DropLostEntries() {
-    for (int row = to_.pending.count - 1; row >= 0; --row) {
-        const int address = AddressOf(to_.pending.rows[static_cast<std::size_t>(row)]);
-        const auto index = static_cast<std::size_t>(address);
-        const bool shown = ComingValue(address) == GridValue(index);
-        if (GridDiffers(index) && !shown && !(EditorIsOn() && GridValue(index)))
+    for (int row = to_.pending.Count() - 1; row >= 0; --row) {
+        const int address = to_.pending.entries[static_cast<std::size_t>(row)].address;
+        const bool shown = ComingValue(address) == GridValue(address);
+        if (GridDiffers(address) && !shown && !(EditorIsOn() && GridValue(address)))
             to_.pending.Remove(row);
     }
 }
@@ -149,20 +144,18 @@ bool Crossing::QueueWrittenBytes() {
     if (!EditorIsOn())
         return true;
     for (int address = 0; address < kEepromBytes; ++address) {
-        const auto index = static_cast<std::size_t>(address);
-        if (!Written(to_.target, address) || !GridDiffers(index))
+        if (!Written(to_.target, address) || !GridDiffers(address))
             continue;
-        const auto value = GridValue(index);
+        const auto value = GridValue(address);
         if (!value || ComingValue(address) == value)
             continue;
-        if (!Append({NumberText(static_cast<std::uint32_t>(address), mode_),
-                     (*now_.grid.texts)[index], (*to_.grid.texts)[index]}))
+        if (!Append({address, now_.grid.At(address), to_.grid.At(address)}))
             return false;
     }
     return true;
 }
 
-bool Crossing::Append(const EditRecord& entry) {
+bool Crossing::Append(const PendingEntry& entry) {
     if (to_.pending.IsFull())
         return false;
     to_.pending.Append(entry);

@@ -91,7 +91,7 @@ void History::Keep(KeptStep step) {
 }
 
 void History::KeepWithinBounds() {
-    while (bytes_ > kMostBytes && steps_.size() > 1) {
+    while (bytes_ > kMostBytes && steps_.size() > kFewestSteps) {
         if (done_ > 0) {
             bytes_ -= BytesOf(steps_.front());
             steps_.pop_front();

@@ -4,6 +4,7 @@ namespace tarnwell {
 
 Snapshot UndoableParts::Take() const {
     Snapshot now{.buffer = buffer,
+                 .origin = origin,
                  .grid = grid.Contents(),
                  .cells = {},
                  .pending = pending.Contents(),
@@ -37,8 +38,10 @@ void UndoableParts::Restore(const Snapshot& to) const {
         if (cells.Contents(cell) != contents)
             cells.SetContents(cell, contents);
     }
-    if (statusBar.Text(Panel::Crc) != to.crc)
+    if (statusBar.Text(Panel::Crc) != to.crc || origin != to.origin) {
+        origin = to.origin;
         statusBar.ShowCrc(to.crc);
+    }
 }
 
 }  // namespace tarnwell

@@ -11,6 +11,7 @@ namespace tarnwell {
 
 struct Snapshot {
     MemoryBuffer buffer{};
+    BufferOrigin origin{};
     GridContents grid;
     std::array<CellContents, kCellCount> cells;
     PendingRows pending;
@@ -29,6 +30,7 @@ struct UndoableParts {
     StatusBar& statusBar;
     Screen& screen;
     MemoryBuffer& buffer;
+    BufferOrigin& origin;
     DataGrid& grid;
     PendingWrites& pending;
     SettingCells& cells;

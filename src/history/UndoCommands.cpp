@@ -1,6 +1,6 @@
 #include "history/UndoCommands.h"
 
-#include "image/WriteTexts.h"
+#include "command/WriteTexts.h"
 
 namespace tarnwell {
 

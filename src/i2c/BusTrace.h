@@ -1,9 +1,19 @@
 // Whoever follows what happens on the bus lines.
 #pragma once
 
-#include "i2c/BusTiming.h"
+#include <cstdint>
 
 namespace tarnwell {
+
+enum class BusLine : std::uint8_t { Scl, Sda };
+enum class Level : std::uint8_t { Low, High };
+
+struct LineLevels {
+    Level scl = Level::High;
+    Level sda = Level::High;
+
+    bool operator==(const LineLevels&) const = default;
+};
 
 /// Told of each access right after it, whether or not it reached the wire. By itself it follows
 /// nothing.

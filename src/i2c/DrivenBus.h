@@ -1,11 +1,12 @@
 // What the buses have in common, whatever drives them: counts, the bytes read, the boxes.
 #pragma once
 
+#include <string>
 #include <string_view>
 
-#include "core/StatusBar.h"
-#include "core/StopRequest.h"
-#include "core/User.h"
+#include "core/run/StopRequest.h"
+#include "core/user/StatusBar.h"
+#include "core/user/User.h"
 #include "i2c/BusTrace.h"
 #include "i2c/EepromBus.h"
 #include "i2c/KernelI2c.h"
@@ -34,14 +35,24 @@ class DrivenBus : public EepromBus {
     const EepromArray& ReadData() const final { return readData_; }
     int BytesRead() const final { return bytesRead_; }
     int BytesWritten() const final { return bytesWritten_; }
-    DeviceProgress TrackProgress() final { return {statusBar_, user_, clock_}; }
+    bool IsStopped() const final { return stopped_; }
+    DeviceProgress TrackProgress() final { return {statusBar_, user_, clock_, stopped_}; }
 
   protected:
     DrivenBus(Clock& clock, const StopRequest& stop, StatusBar& statusBar, User& user)
         : clock_(clock), stop_(stop), statusBar_(statusBar), user_(user) {}
 
     /// Shows the box with what failed and its cause, a line each, and ends the operation.
-    void Report(const Message& message, std::string_view cause);
+    void Report(const Message& message, std::string_view cause, std::string details = {});
+
+    /// The same at the end of AbortOperation.
+    void ReportAborted(std::string_view line, std::string details);
+
+    /// Call it at each release.
+    void ForgetCommand() {
+        bytesWritten_ = 0;
+        stopped_ = false;
+    }
 
     Clock& clock_;
     const StopRequest& stop_;
@@ -50,6 +61,7 @@ class DrivenBus : public EepromBus {
     EepromArray readData_{};
     int bytesRead_ = 0;     ///< of the last block
     int bytesWritten_ = 0;  ///< since the claim
+    bool stopped_ = false;  ///< by the user, since the claim
 };
 
 }  // namespace tarnwell

@@ -17,6 +17,9 @@ inline constexpr int kPageBytes = 32;
 /// One device's bytes and a spare slot.
 using EepromArray = std::array<std::uint8_t, kEepromBytes + 1>;
 
+/// Bytes of a whole reading that another one may contradict on lines that are fit for writing.
+inline constexpr std::size_t kMostDisagreeing = 16;
+
 enum class Quiet : std::uint8_t { No, Yes };
 
 enum class BusCheck : std::uint8_t {
@@ -51,7 +54,8 @@ class EepromBus {
     /// device is asked whether it still answers: one that fell silent gives 0xFF.
     [[nodiscard]] virtual Transfer ReadBlock(std::int16_t address, std::int16_t count) = 0;
 
-    /// Reads the byte at `address` until two readings in a row agree; it is ReadData()[0] then.
+    /// Reads the byte at `address` until two readings in a row agree, at most eight times; it is
+    /// ReadData()[0] then.
     [[nodiscard]] Transfer ReadAgreed(std::int16_t address);
 
     /// Writes one byte at `address` (0 to 8191) of the target device and returns when the device
@@ -65,6 +69,9 @@ class EepromBus {
     [[nodiscard]] virtual Transfer WritePage(std::int16_t address,
                                              std::span<const std::uint8_t> bytes) = 0;
 
+    /// Whether a whole image goes by pages. The adapter's wire keeps the edges it was tried with.
+    virtual bool TakesPages() const { return false; }
+
     /// The bytes of the last block read.
     virtual const EepromArray& ReadData() const = 0;
 
@@ -74,17 +81,25 @@ class EepromBus {
     /// How many bytes the command that runs has written so far.
     virtual int BytesWritten() const = 0;
 
+    /// Whether the user stopped the command that runs: its transaction was aborted, or it is to
+    /// end as if it had been.
+    virtual bool IsStopped() const = 0;
+
     /// For a command that works through a whole device by itself.
     virtual DeviceProgress TrackProgress() = 0;
 
     /// Frees the bus after an aborted transaction; Done if the target device answers on it again.
     [[nodiscard]] virtual Transfer Recover() = 0;
 
-    /// Ends a command whose transaction was aborted: frees the bus and tells the user.
-    void AbortOperation() { AbortOperation({}); }
+    /// Leaves the bus free after a transaction that was aborted, for a command that goes on.
+    virtual void Free() = 0;
 
-    /// The same, and tells one more line, if it is not empty.
-    virtual void AbortOperation(std::string_view line) = 0;
+    /// Ends a command whose transaction was aborted, or that was stopped: frees the bus and tells
+    /// the user.
+    void AbortOperation() { AbortOperation({}, {}); }
+
+    /// The same, and tells one more line and the box's details, if they are not empty.
+    virtual void AbortOperation(std::string_view line, std::string details) = 0;
 
     /// For the end of the program in a command: frees the bus, if it is not free, and gives it
     /// back.

@@ -7,8 +7,6 @@ namespace tarnwell {
 
 namespace {
 
-constexpr char kBar = '|';
-
 /// What names end with: " at bus 003 device 010", " on hidraw2".
 constexpr std::array<std::string_view, 2> kPlaces{" at bus ", " on hidraw"};
 
@@ -52,17 +50,6 @@ class NoBuses final : public KernelI2c {
 };
 
 }  // namespace
-
-std::string I2cBusText(const I2cBus& bus) {
-    return bus.name + kBar + bus.node;
-}
-
-I2cBus I2cBusFromText(std::string_view text) {
-    const std::size_t bar = text.rfind(kBar);
-    if (bar == std::string_view::npos)
-        return {std::string(text), {}};
-    return {std::string(text.substr(0, bar)), std::string(text.substr(bar + 1))};
-}
 
 std::optional<I2cBus> FindI2cBus(const std::vector<I2cBus>& buses, const I2cBus& wanted) {
     const auto found = Candidates(buses, wanted);

@@ -8,26 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/ChosenBus.h"
 #include "i2c/Port.h"
 
 namespace tarnwell {
-
-struct I2cBus {
-    std::string name;            ///< of the adapter, in /sys
-    std::string node;            ///< such as "/dev/i2c-7"
-    std::uint64_t instance = 0;  ///< another one once the adapter was plugged in again
-
-    /// The node without its folder.
-    std::string_view ShortNode() const {
-        return std::string_view(node).substr(node.rfind('/') + 1);
-    }
-
-    bool operator==(const I2cBus&) const = default;
-};
-
-/// "NAME|NODE", as the options keep a bus, and back; a text without the bar is a name.
-std::string I2cBusText(const I2cBus& bus);
-I2cBus I2cBusFromText(std::string_view text);
 
 /// The bus of this name and node; numbers change, so else the only one of this name, or else of a
 /// name that differs only in where the adapter is plugged in.

@@ -12,13 +12,9 @@ namespace tarnwell {
 
 class KnownContents {
   public:
-    /// Other devices may be there from now on.
-    void Forget() {
-        for (auto& device : bytes_) {
-            for (Byte& byte : device)
-                byte.value.reset();
-        }
-    }
+    /// Other devices may be there from now on, to which nothing was written yet.
+    void Forget() { bytes_ = {}; }
+    void Forget(TargetDevice device) { bytes_[static_cast<std::size_t>(device)] = {}; }
 
     /// A byte of a device was read, or a write of it was seen to its end.
     void Holds(TargetDevice device, int address, std::uint8_t value) {

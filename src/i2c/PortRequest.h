@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/ChosenBus.h"
+
 namespace tarnwell {
 
 struct PortRequest {
@@ -12,9 +14,9 @@ struct PortRequest {
     bool noTelevision = false;
     bool realTime = false;
     std::optional<std::string> traceFile;
-    bool address = false;        ///< whether one is given
-    bool pins = false;           ///< likewise
-    std::string chosenI2cBus{};  ///< by the options, "NAME|NODE"; used where no kind is given
+    bool address = false;  ///< whether one is given
+    bool pins = false;     ///< likewise
+    ChosenBus chosen{};    ///< by the options; used where no kind is given
 
     /// The first option given that means nothing to an I2C bus of the kernel; empty for none.
     std::string_view NeedsParallelPort() const {

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "core/Number.h"
-#include "image/WriteTexts.h"
+#include "command/WriteTexts.h"
+#include "core/Words.h"
+#include "core/user/Number.h"
 
 namespace tarnwell {
 
@@ -17,8 +18,8 @@ constexpr std::string_view kReadCancelled = "EEProm Read Cancelled";
 
 Box AskDisagreeing(std::size_t bytes, std::size_t passes) {
     Box box = kAskDisagreeing;
-    box.text = std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes") +
-               " did not read the same " + (passes == 2 ? "twice" : "every time") + ". Use the " +
+    box.text = Counted(bytes, "byte") + " did not read the same " +
+               (passes == 2 ? "twice" : "every time") + ". Use the " +
                (passes == 2 ? "second" : "last") + " reading?";
     return box;
 }

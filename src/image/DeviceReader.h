@@ -2,8 +2,9 @@
 // taken for what the device holds.
 #pragma once
 
-#include "image/Command.h"
-#include "image/Mismatch.h"
+#include "command/Command.h"
+#include "i2c/Mismatch.h"
+#include "image/MemoryBuffer.h"
 
 namespace tarnwell {
 

@@ -1,6 +1,6 @@
 #include "image/MemoryBuffer.h"
 
-#include "core/Number.h"
+#include "core/user/Number.h"
 
 namespace tarnwell::mCRC32 {
 

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/Number.h"
-#include "image/WriteTexts.h"
+#include "command/WriteTexts.h"
+#include "core/Words.h"
+#include "core/user/Number.h"
+#include "image/WholeWrite.h"
 
 namespace tarnwell {
 
@@ -38,10 +40,6 @@ bool IsDecimalNumber(std::string_view text) {
            std::ranges::all_of(text, [&](char c) { return c == '.' || isDigit(c); });
 }
 
-std::string NameOf(TargetDevice device) {
-    return device == TargetDevice::Primary ? "Primary EEProm" : "Secondary EEProm";
-}
-
 }  // namespace
 
 std::optional<std::uint8_t> FillValue(std::string_view answer) {
@@ -54,9 +52,13 @@ std::optional<std::uint8_t> FillValue(std::string_view answer) {
     return static_cast<std::uint8_t>(rounded);
 }
 
-WholeDevice::WholeDevice(const CommandContext& context, DeviceReader& reader, MemoryBuffer& buffer,
-                         BufferDisplays& displays)
-    : Command(context), reader_(reader), buffer_(buffer), displays_(displays) {}
+WholeDevice::WholeDevice(const CommandContext& context, DeviceReader& reader,
+                         const Calendar& calendar, MemoryBuffer& buffer, BufferDisplays& displays)
+    : Command(context),
+      reader_(reader),
+      calendar_(calendar),
+      buffer_(buffer),
+      displays_(displays) {}
 
 void WholeDevice::ReadEntireEep() {
     const CommandScope scope(statusBar_);
@@ -65,11 +67,15 @@ void WholeDevice::ReadEntireEep() {
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    const Step step(steps_, {"Read of " + NameOf(state_.targetDevice)}, Extent::Everything);
+    const Step step(steps_, {"Read of " + EepromName(state_.targetDevice)}, Extent::Everything);
     if (reader_.Read(buffer_) != DeviceReading::Taken)
         return;
-    Post(state_.targetDevice == TargetDevice::Primary ? "Primary EEProm Data Read Into Memory"
-                                                      : "Secondary EEProm Data Read Into Memory");
+    origin_ = {.source = BufferOrigin::Source::Device,
+               .device = state_.targetDevice,
+               .place = BusName(state_),
+               .time = calendar_.TimeWithSeconds()};
+    origin_.image.Edit() = buffer_;
+    Post(EepromName(state_.targetDevice) + " Data Read Into Memory");
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
     displays_.FillGrid();
     displays_.ShowSettingsFromBuffer();
@@ -81,13 +87,12 @@ void WholeDevice::WriteEntireEep() {
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    if (user_.ShowBox(kAskWriteImage) != Answer::Yes) {
-        Post(kWriteCancelled);
+    if (!writeGuard_.Wants(WriteKind::Image, kAskWriteImage))
         return;
-    }
     WriteAndVerify(buffer_, {.write = "Please Wait, Writing Buffer to EEProm...",
                              .verify = "EEP Write Complete, Now Verifing Data...",
-                             .mismatch = "ERROR: EEP and Memory Buffer Values Do Not Match!"});
+                             .mismatch = "ERROR: EEP and Memory Buffer Values Do Not Match!",
+                             .rest = kWriteTheRest});
 }
 
 void WholeDevice::FillEntireEep() {
@@ -103,6 +108,8 @@ void WholeDevice::FillEntireEep() {
         Post(kWriteCancelled);
         return;
     }
+    if (!writeGuard_.Fits(WriteKind::Fill))
+        return;
     MemoryBuffer image{};
     image.fill(*value);
     WriteAndVerify(image, {.write = "Please Wait, Writing Fill Value to EEProm...",
@@ -111,36 +118,28 @@ void WholeDevice::FillEntireEep() {
 }
 
 void WholeDevice::WriteAndVerify(const MemoryBuffer& image, const Lines& lines) {
-    if (!writeGuard_.MayWrite())
+    if (!MayGoOn(writeGuard_.ReadAllAgain()) || !writeGuard_.MayWrite())
         return;
     statusBar_.PutStatus(lines.write);
-    const Transfer written = WriteAll(image);
+    const Transfer written = WriteWhole(i2c_, image);
     const auto mismatches =
         written == Transfer::Done ? VerifyEEP(image, lines.verify) : std::nullopt;
-    if (!mismatches) {
-        i2c_.AbortOperation();
-        return;
-    }
+    if (!mismatches)
+        return i2c_.AbortOperation(i2c_.IsStopped() ? HowFar(image) + lines.rest : "", {});
     if (mismatches->empty())
-        return Post(kImageWritten);
-    statusBar_.ShowStatus(lines.mismatch, kMismatchSeconds);
-    user_.Beep();
-    Box box = kImageNotVerified;
-    box.details = MismatchText(*mismatches, state_.numberMode);
-    user_.ShowBox(box);
-    statusBar_.PutStatus("");
+        return PostWritten(kImageWritten);
+    TellNotVerified(lines.mismatch, kImageNotVerified, *mismatches);
 }
 
-Transfer WholeDevice::WriteAll(const MemoryBuffer& image) {
-    DeviceProgress progress = i2c_.TrackProgress();
-    for (int address = 0; address < kEepromBytes; ++address) {
-        const std::uint8_t value = image[static_cast<std::size_t>(address)];
-        if (i2c_.WriteByte(static_cast<std::int16_t>(address), value) == Transfer::Aborted)
-            return Transfer::Aborted;
-        progress.Show(address);
-        user_.KeepPainting();
+std::string WholeDevice::HowFar(const MemoryBuffer& image) {
+    const int written = i2c_.BytesWritten();
+    const auto found = i2c_.ReadAfterAbort();
+    int confirmed = 0;
+    for (int address = 0; address < written && found; ++address) {
+        const auto index = static_cast<std::size_t>(address);
+        confirmed += (*found)[index] == image[index] ? 1 : 0;
     }
-    return Transfer::Done;
+    return ConfirmedText(confirmed, static_cast<std::size_t>(written));
 }
 
 std::optional<std::vector<Mismatch>> WholeDevice::VerifyEEP(const MemoryBuffer& image,
@@ -148,12 +147,12 @@ std::optional<std::vector<Mismatch>> WholeDevice::VerifyEEP(const MemoryBuffer& 
     statusBar_.PutStatus(waitLine);
     if (i2c_.ReadBlock(0, kEepromBytes) == Transfer::Aborted)
         return std::nullopt;
-    return Differences(image, i2c_.ReadData());
+    return Mismatches(image, i2c_.ReadData());
 }
 
 void WholeDevice::SelectEeprom(TargetDevice device) {
     const CommandScope scope(statusBar_);
-    const Step step(steps_, {"Selection of " + NameOf(device)});
+    const Step step(steps_, {"Selection of " + EepromName(device)});
     if (device == TargetDevice::Primary)
         SelectPrimary();
     else

@@ -5,7 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "image/Command.h"
+#include "command/Command.h"
+#include "core/Calendar.h"
 #include "image/DeviceReader.h"
 
 namespace tarnwell {
@@ -30,8 +31,8 @@ class BufferDisplays {
 
 class WholeDevice final : private Command {
   public:
-    WholeDevice(const CommandContext& context, DeviceReader& reader, MemoryBuffer& buffer,
-                BufferDisplays& displays);
+    WholeDevice(const CommandContext& context, DeviceReader& reader, const Calendar& calendar,
+                MemoryBuffer& buffer, BufferDisplays& displays);
 
     void ReadEntireEep();
     void WriteEntireEep();
@@ -49,15 +50,19 @@ class WholeDevice final : private Command {
         std::string_view write;
         std::string_view verify;
         std::string_view mismatch;
+        const char* rest = "";  ///< after it was stopped
     };
     void WriteAndVerify(const MemoryBuffer& image, const Lines& lines);
-    [[nodiscard]] Transfer WriteAll(const MemoryBuffer& image);
+
+    /// Of a write that was stopped: how many of the bytes written the device is found to hold.
+    std::string HowFar(const MemoryBuffer& image);
 
     /// What differs from `image`; nothing if the read was aborted.
     std::optional<std::vector<Mismatch>> VerifyEEP(const MemoryBuffer& image,
                                                    std::string_view waitLine);
 
     DeviceReader& reader_;
+    const Calendar& calendar_;
     MemoryBuffer& buffer_;
     BufferDisplays& displays_;
 };

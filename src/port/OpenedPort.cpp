@@ -21,27 +21,27 @@ std::variant<OpenedPort, PortRefusal> OpenPort(const PortRequest& request, Syste
                                                const std::string& dataFolder) {
     const std::string named = request.kind.value_or("auto");
     const auto wanted = RequestedI2cBus(named);
-    const bool chosen = !request.kind && !request.chosenI2cBus.empty();
+    const bool chosen = !request.kind && request.chosen.kernel;
     if (const std::string option(request.NeedsParallelPort());
         !option.empty() && (wanted || chosen))
-        return PortRefusal{option + " needs a parallel port" +
-                               (chosen ? ": without --port the I2C bus " +
-                                             I2cBusFromText(request.chosenI2cBus).name +
-                                             " is used, which was chosen in the program's window"
-                                       : "") +
-                               ".",
-                           true};
+        return PortRefusal{
+            option + " needs a parallel port" +
+                (chosen ? ": without --port the I2C bus " + request.chosen.kernel->name +
+                              " is used, which was chosen in the program's window"
+                        : "") +
+                ".",
+            true};
     if (wanted && wanted->empty())
         return PortRefusal{"--port=i2c: needs the node or the name of a bus.", true};
     auto kernel = std::make_unique<LinuxI2c>(system);
-    std::optional<std::string> i2cBus;
+    std::optional<ChosenBus> bus;
     if (request.kind)
-        i2cBus.emplace();
+        bus.emplace();
     if (wanted) {
-        auto bus = FindRequested(*kernel, *wanted);
-        if (auto* const refusal = std::get_if<PortRefusal>(&bus))
+        auto found = FindRequested(*kernel, *wanted);
+        if (auto* const refusal = std::get_if<PortRefusal>(&found))
             return std::move(*refusal);
-        i2cBus = I2cBusText(std::get<I2cBus>(bus));
+        bus->kernel = std::get<I2cBus>(std::move(found));
     }
     const auto kind = ParsePortKind(wanted ? "auto" : named);
     if (!kind)
@@ -54,7 +54,7 @@ std::variant<OpenedPort, PortRefusal> OpenPort(const PortRequest& request, Syste
         .television = request.noTelevision ? Television::Absent : Television::Connected,
         .pace = request.realTime ? Pace::Real : Pace::Virtual};
     OpenedPort opened{ChoosePort(*kind, simulation, system, dataFolder), nullptr, std::move(kernel),
-                      std::move(i2cBus)};
+                      std::move(bus)};
     if (!request.traceFile)
         return opened;
     auto made =

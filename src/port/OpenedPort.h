@@ -17,7 +17,7 @@ struct OpenedPort {
     std::unique_ptr<ChosenPort> port;
     std::unique_ptr<VcdTrace> trace;
     std::unique_ptr<LinuxI2c> kernel;
-    std::optional<std::string> i2cBus;  ///< of the command line, empty for a parallel port
+    std::optional<ChosenBus> bus;  ///< of the command line
 
     Wire TheWire(const StopRequest& stop = NoStopRequest()) const {
         return {port->ThePort(), port->TheClock(), TheTrace(), stop, *kernel};

@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "i2c/BusTrace.h"
+#include "i2c/Port.h"
 
 namespace tarnwell {
 

@@ -1,13 +1,12 @@
 // What shows the memory buffer or may differ from it, as the commands on the buffer see it.
 #pragma once
 
-#include "core/RunEnds.h"
 #include "image/WholeDevice.h"
 #include "settings/SettingsEngine.h"
 
 namespace tarnwell {
 
-class BufferFollowers final : public BufferDisplays, public UnsavedWork {
+class BufferFollowers final : public BufferDisplays {
   public:
     BufferFollowers(PendingWrites& pending, EditorPage& editorPage, SettingCells& cells,
                     SettingsEngine& settings)
@@ -18,7 +17,6 @@ class BufferFollowers final : public BufferDisplays, public UnsavedWork {
     void ShowSettingsFromBuffer() override { settings_.ShowSettingsFromBuffer(); }
     void ClearSettingCells() override { cells_.ClearSettingCells(); }
     void ClearPendingWrites() override { pending_.ClearPendingWrites(); }
-    bool SettleGridEdits() override { return editorPage_.SettleGridEdits(); }
     bool HasChangedSettings() const override { return cells_.AnyHasMark(Mark::Save); }
 
   private:

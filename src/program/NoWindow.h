@@ -5,11 +5,11 @@
 
 namespace tarnwell {
 
-class NoWindow final : public EditorView,
-                       public SettingsView,
-                       public PlacedWindow,
-                       public Timer,
-                       public Programs {
+class NoWindow : public EditorView,
+                 public SettingsView,
+                 public PlacedWindow,
+                 public Timer,
+                 public Programs {
   public:
     void GridRefilled() override {}
     void GridCellChanged(GridCell /*cell*/) override {}
@@ -34,8 +34,11 @@ class NoWindow final : public EditorView,
 
     std::string ProgramFolder() const override { return {}; }
     bool Exists(const std::string& /*path*/) const override { return false; }
-    bool OpenInViewer(const std::string& /*path*/) override { return false; }
+    void OpenInViewer(const std::string& /*path*/, std::function<void()> failed) override {
+        failed();
+    }
     bool Start(const std::string& /*path*/) override { return false; }
+    bool MoveToTrash(const std::string& /*path*/) override { return false; }
     std::string KernelModulePath(const std::string& /*module*/) const override { return {}; }
 
   private:

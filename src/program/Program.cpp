@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "core/Words.h"
 #include "settings/CellTexts.h"
 
 namespace tarnwell {
@@ -10,9 +11,18 @@ namespace {
 
 constexpr Message kMissing{"", "W A R N I N G", BoxStyle::Exclamation};
 
-RunContext RunOf(Program& program, const Surroundings& outside) {
-    return {program.state,    program.statusBar, outside.user,
-            outside.platform, outside.registry,  outside.window};
+constexpr Message kSettingsNotSaved{
+    "Setting values have been changed, but not archived\r\n"
+    "to a disk or written to an EEProm.\r\n\r\n"
+    "Really exit without saving the changes?",
+    "W A R N I N G", BoxStyle::YesNoExclamation};
+constexpr Message kBufferNotSaved{
+    "The memory buffer been changed,\r\nbut not archived to a disk.\r\n\r\n"
+    "Really exit without archiving?",
+    "W A R N I N G", BoxStyle::YesNoExclamation};
+
+std::string SetsFolderBeside(const std::string& backupFolder) {
+    return backupFolder.substr(0, backupFolder.rfind('/')) + "/sets";
 }
 
 }  // namespace
@@ -23,9 +33,12 @@ Program::Program(const Surroundings& outside)
       kernelBus(outside.wire, state, statusBar, outside.user),
       bus(i2c, kernelBus, state),
       backups(outside.backupFolder, outside.calendar),
-      writeGuard(state, statusBar, outside.user, backups),
-      history({state, statusBar, outside.screen, buffer, grid, pending, cells}, bus.Known()),
-      context{state, statusBar, outside.screen, outside.user, bus, writeGuard, history},
+      sets(SetsFolderBeside(outside.backupFolder)),
+      record(backups, sets, {state, origin, outside.calendar}),
+      writeGuard(state, statusBar, outside.user, bus, record),
+      history({state, statusBar, outside.screen, buffer, origin, grid, pending, cells},
+              bus.Known()),
+      context{state, statusBar, outside.screen, outside.user, bus, writeGuard, history, origin},
       deviceReader(context,
                    [this](int address) { return SettingNameOn(state.targetDevice, address); }),
       grid(state, statusBar, outside.screen, buffer, outside.editorView),
@@ -38,33 +51,49 @@ Program::Program(const Surroundings& outside)
       valueEditor(context, cells, outside.settingsView),
       cellCommands(context, cells),
       followers(pending, editorPage, cells, settings),
-      wholeDevice(context, deviceReader, buffer, followers),
+      wholeDevice(context, deviceReader, outside.calendar, buffer, followers),
       imageArchive(context, outside.calendar, buffer, followers),
       settingsArchive(context, cells, settings),
-      compare(context, deviceReader, imageArchive, settingsArchive, cells, buffer, followers),
-      writeDifferences(context, deviceReader, buffer),
+      writeDifferences(context, deviceReader, imageArchive, buffer),
+      compare(context, {deviceReader, imageArchive, settingsArchive, writeDifferences}, cells,
+              buffer, followers),
       numberModeMenu(state, statusBar, outside.screen, {&cells, &grid, &pending}),
       helpCommands(outside.programs, outside.user),
       undo(context, history, cellEditor),
+      setCommands(*this, outside.user, outside.programs),
+      advice_(*this),
       outside_(outside) {
+    writeGuard.Ask(advice_);
     statusBar.SetBackground([this] { return BackgroundText(); });
 }
 
-void Program::StartUp(StartUpSteps& steps) {
-    tarnwell::StartUp(RunOf(*this, outside_), steps);
+void Program::StartUp(WindowSetUp& setUp) {
+    tarnwell::StartUp(
+        {state, statusBar, outside_.user, outside_.platform, outside_.registry, outside_.window},
+        setUp);
+    if (const auto set = state.set.empty() ? std::nullopt : sets.Find(state.set))
+        record.Choose(set);
+    outside_.screen.Changed(Shown::Set);
 }
 
 Closing Program::ShutDown() {
-    return tarnwell::ShutDown(RunOf(*this, outside_), followers);
+    const CommandScope scope(statusBar);
+    SaveOptions(outside_.registry, state, outside_.window);
+    if (!editorPage.SettleGridEdits())
+        return Closing::KeepRunning;
+    Answer answer = Answer::Yes;
+    if (cells.AnyHasMark(Mark::Save))
+        answer = outside_.user.ShowBox(kSettingsNotSaved);
+    else if (state.BufferChanged)
+        answer = outside_.user.ShowBox(kBufferNotSaved);
+    return answer == Answer::Yes ? Closing::EndProgram : Closing::KeepRunning;
 }
 
 void Program::Abandon(std::string_view why) {
     std::string line = "tarnwell: " + std::string(why);
     if (const int written = context.i2c.BytesWritten(); written > 0)
-        line += "; " + std::to_string(written) +
-                (written == 1 ? " byte was written" : " bytes were written") + " to the " +
-                (state.targetDevice == TargetDevice::Primary ? "primary" : "secondary") +
-                " EEPROM and not verified";
+        line += "; " + Counted(written, "byte", "was written", "were written") + " to the " +
+                std::string(DeviceWord(state.targetDevice)) + " EEPROM and not verified";
     context.i2c.GiveUp();
     SaveOptions(outside_.registry, state, outside_.window);
     std::fprintf(stderr, "%s.\n", line.c_str());
@@ -88,52 +117,123 @@ int Program::WaitingOn(Page page) const {
     return page == Page::Editor ? pending.Count() : cells.WaitingOn(page);
 }
 
+int Program::DrawnAsWaiting(Page page) const {
+    if (page == Page::Editor)
+        return pending.Count();
+    int waiting = 0;
+    for (int cell = 0; cell < kCellCount; ++cell) {
+        const bool isThere = Cell(cell).setting->page == page;
+        waiting += isThere && StandingOfCell(cell).kind == Standing::Kind::Waiting ? 1 : 0;
+    }
+    return waiting;
+}
+
+Standing Program::StandingOfCell(int cell) const {
+    const CellContents& contents = cells.Contents(cell);
+    auto held = bus.Known().Value(TargetDevice::Primary, Cell(cell).address);
+    if (held)
+        held = ValueIn(*held, cell);
+    if (!contents.given || contents.empty)
+        return {Standing::Kind::NoValue, held};
+    return Standing::Of(contents.shown.value, cells.IsMarked(cell), held);
+}
+
+Standing Program::StandingOfByte(int address) const {
+    const auto held = bus.Known().Value(state.targetDevice, address);
+    const bool changed = grid.IsChanged(GridCell::At(address));
+    const auto shown = grid.Shown(GridCell::At(address)).Byte();
+    if (!shown || (!changed && !HoldsImage(state, buffer)))
+        return {Standing::Kind::NoValue, held};
+    return Standing::Of(*shown, changed, held);
+}
+
 std::string Program::BackgroundText() const {
     if (valueEditor.IsOpen())
         return valueEditor.Description();
+    if (grid.EntryIsOpen())
+        return cellEditor.Description();
     const bool named = state.page == Page::Editor && state.targetDevice == TargetDevice::Primary;
     std::string text = named ? ByteText(grid.Current().Address(), state.numberMode) : "";
     return text.empty() ? WaitingText(WaitingOn(state.page)) : text;
 }
 
 void Program::ChoosePort(const PortChoice& choice) {
-    state.portAddress = choice.addressText;
-    UseI2cBus({});
+    if (state.portAddress != choice.address)
+        bus.Changed();
+    state.portAddress = choice.address;
+    UseBus({});
     outside_.screen.Changed(Shown::Menus);
     statusBar.ShowStatus(choice.status, kResultSeconds);
 }
 
 void Program::ChooseI2cBus(const I2cBus& chosen) {
-    UseI2cBus(I2cBusText(chosen));
+    UseBus({chosen});
     outside_.screen.Changed(Shown::Menus);
     statusBar.ShowStatus("Programming Port Changed to " + std::string(chosen.ShortNode()),
                          kResultSeconds);
 }
 
-std::optional<I2cBus> Program::FoundI2cBus() const {
-    return FindI2cBus(outside_.wire.kernel.Buses(), I2cBusFromText(state.I2cBusInUse()));
-}
-
 std::optional<I2cBus> Program::I2cBusInUse() const {
-    if (state.I2cBusInUse().empty())
-        return std::nullopt;
-    return FoundI2cBus().value_or(I2cBusFromText(state.I2cBusInUse()));
+    const auto& chosen = state.BusInUse().kernel;
+    const auto found = chosen ? FindI2cBus(outside_.wire.kernel.Buses(), *chosen) : std::nullopt;
+    return found ? found : chosen;
 }
 
 void Program::TellMissingI2cBus() {
-    if (state.I2cBusInUse().empty() || FoundI2cBus())
+    const auto& chosen = state.BusInUse().kernel;
+    const auto buses = outside_.wire.kernel.Buses();
+    if (!chosen || FindI2cBus(buses, *chosen))
         return;
     const CommandScope scope(statusBar);
     Box box = kMissing;
-    box.text = NoI2cBusLine(outside_.wire.kernel.Buses(), I2cBusFromText(state.I2cBusInUse()));
+    box.text = NoI2cBusLine(buses, *chosen);
     outside_.user.ShowBox(box);
 }
 
-void Program::UseI2cBus(std::string text) {
-    if (state.I2cBusInUse() != text)
+void Program::ChooseSet(const std::optional<TvSet>& set) {
+    for (const TargetDevice device : {TargetDevice::Primary, TargetDevice::Secondary}) {
+        if (record.BelongsTo(device, set))
+            continue;
+        writeGuard.Leave(device);
+        bus.Changed(device);
+    }
+    record.Choose(set);
+    state.set = set ? set->name : std::string();
+    outside_.screen.Changed(Shown::Set);
+}
+
+Hint Program::HintNow() const {
+    if (state.simulated && !state.BusInUse().kernel)
+        return Hint::Simulated;
+    if (!state.BusInUse().kernel && !i2c.Failure().empty())
+        return Hint::NoPort;
+    const bool isRead =
+        writeGuard.LastRead(TargetDevice::Primary) || writeGuard.LastRead(TargetDevice::Secondary);
+    return isRead ? Hint::None : Hint::NothingRead;
+}
+
+std::string Program::LikenessNow() const {
+    const auto& like = record.LooksLike(state.targetDevice);
+    if (!like || (record.Chosen() && record.Chosen()->folder == like->set.folder))
+        return {};
+    const std::string& read = like->set.lastRead[static_cast<std::size_t>(state.targetDevice)];
+    const std::string differing = like->differing == 0
+                                      ? "no byte differs"
+                                      : Counted(like->differing, "byte", "differs", "differ");
+    return "This looks like " + like->set.name + ": " + differing + " from " +
+           DayText(read, outside_.calendar.ZonedTime());
+}
+
+void Program::UseLikeness() {
+    if (const auto like = record.LooksLike(state.targetDevice))
+        setCommands.Use(like->set);
+}
+
+void Program::UseBus(ChosenBus chosen) {
+    if (state.BusInUse() != chosen)
         bus.Changed();
-    state.i2cBus = std::move(text);
-    state.i2cBusOfRun.reset();
+    state.bus = std::move(chosen);
+    state.busOfRun.reset();
 }
 
 void Program::ToggleReadTwice() {

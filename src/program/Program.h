@@ -4,21 +4,30 @@
 #include "archive/ImageArchive.h"
 #include "archive/ImageBackups.h"
 #include "archive/SettingsArchive.h"
-#include "core/HelpCommands.h"
-#include "core/RunEnds.h"
-#include "differences/Compare.h"
-#include "differences/WriteDifferences.h"
+#include "command/Standing.h"
+#include "core/run/HelpCommands.h"
+#include "core/run/StartUp.h"
+#include "differences/CompareCommand.h"
+#include "differences/WriteDifferencesCommand.h"
 #include "editor/Find.h"
 #include "history/UndoCommands.h"
 #include "i2c/FollowedBus.h"
 #include "i2c/kernel/KernelBus.h"
-#include "i2c/mI2Ccode.h"
+#include "i2c/parallel/mI2Ccode.h"
 #include "program/BufferFollowers.h"
+#include "program/SetCommands.h"
+#include "program/WriteAdvice.h"
+#include "sets/SetRecord.h"
 #include "settings/CellCommands.h"
 #include "settings/Destination.h"
 #include "settings/ValueEditor.h"
 
 namespace tarnwell {
+
+/// What a newcomer has to know before anything else.
+enum class Hint : std::uint8_t { None, Simulated, NoPort, NothingRead };
+
+enum class Closing : std::uint8_t { EndProgram, KeepRunning };
 
 /// What the program meets outside itself.
 struct Surroundings {
@@ -33,7 +42,7 @@ struct Surroundings {
     Programs& programs;
     mRegistry& registry;
     const Calendar& calendar;
-    std::string backupFolder;
+    std::string backupFolder;  ///< of those of no set; the sets' folders are beside it
 };
 
 /// Its parts are open to whoever shows them; each is built from those above it, but that the
@@ -42,8 +51,10 @@ class Program final {
   public:
     explicit Program(const Surroundings& outside);
 
-    /// The start-up sequence; `steps` are those of the window.
-    void StartUp(StartUpSteps& steps);
+    /// The start-up sequence; `setUp` is the window's part of it.
+    void StartUp(WindowSetUp& setUp);
+
+    /// Saves the options, then asks at most one question about unsaved settings or buffer.
     Closing ShutDown();
 
     /// The end of the program in whatever it does, without a question: frees the bus, saves the
@@ -57,8 +68,14 @@ class Program final {
     /// Turns to the byte or the cell.
     void GoTo(const Destination& place);
 
-    /// How many values wait to be written that are shown on a page.
+    /// How many values wait to be written that are shown on a page: as they are marked, or also
+    /// those that the device holds otherwise.
     int WaitingOn(Page page) const;
+    int DrawnAsWaiting(Page page) const;
+
+    /// How what is shown stands to the primary device, and what the grid shows to the target.
+    Standing StandingOfCell(int cell) const;
+    Standing StandingOfByte(int address) const;
 
     /// The Parallel Port menu; nothing else happens until the next access.
     void ChoosePort(const PortChoice& choice);
@@ -73,16 +90,33 @@ class Program final {
     /// Tells the user if the bus that was chosen is not there.
     void TellMissingI2cBus();
 
+    /// Keeps the record of a set from now on, or of none, and forgets what was read of another one.
+    void ChooseSet(const std::optional<TvSet>& set);
+
+    /// Whether nothing reaches a set, since it is simulated or the last command found no port, or
+    /// nothing was read of one in this run.
+    Hint HintNow() const;
+
+    /// The set that what was read last of the target device looks like, if another one is chosen or
+    /// none: "This looks like Kitchen: 3 bytes differ from 12 March". Empty if there is none.
+    std::string LikenessNow() const;
+
+    /// Chooses that set.
+    void UseLikeness();
+
     /// Whether each reading of a whole device is made of two.
     void ToggleReadTwice();
 
     ProgramState state;
     MemoryBuffer buffer{};
+    BufferOrigin origin;
     StatusBar statusBar;
     mI2Ccode i2c;
     KernelBus kernelBus;
     FollowedBus bus;
     ImageBackups backups;
+    SetStore sets;
+    SetRecord record;
     WriteGuard writeGuard;
     History history;
     const CommandContext context;
@@ -100,16 +134,17 @@ class Program final {
     WholeDevice wholeDevice;
     ImageArchive imageArchive;
     SettingsArchive settingsArchive;
-    Compare compare;
-    WriteDifferences writeDifferences;
+    WriteDifferencesCommand writeDifferences;
+    CompareCommand compare;
     NumberModeMenu numberModeMenu;
     HelpCommands helpCommands;
     UndoCommands undo;
+    SetCommands setCommands;
 
   private:
+    WriteAdvice advice_;
     std::string BackgroundText() const;
-    void UseI2cBus(std::string text);
-    std::optional<I2cBus> FoundI2cBus() const;
+    void UseBus(ChosenBus chosen);
 
     Surroundings outside_;
 };

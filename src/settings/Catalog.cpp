@@ -1,7 +1,6 @@
 #include "settings/Catalog.h"
 
 #include <algorithm>
-#include <bit>
 
 #include "core/Pages.h"
 
@@ -40,12 +39,10 @@ std::string SettingName(int cell, char separator) {
 }
 
 std::string BitsText(int cell) {
-    const Setting& setting = *Cell(cell).setting;
-    const auto count = static_cast<int>(std::bit_width(static_cast<unsigned>(setting.maximum)));
-    const std::string lowest = std::to_string(setting.shift);
-    if (count == 1)
-        return "bit " + lowest;
-    return "bits " + lowest + " to " + std::to_string(setting.shift + count - 1);
+    const auto [lowest, highest] = BitsOf(*Cell(cell).setting);
+    if (lowest == highest)
+        return "bit " + std::to_string(lowest);
+    return "bits " + std::to_string(lowest) + " to " + std::to_string(highest);
 }
 
 std::vector<int> CellsInOrder() {
@@ -66,13 +63,17 @@ std::optional<int> CellAtAddress(int address) {
     return static_cast<int>(found - kCells.begin());
 }
 
+std::optional<int> CellOn(TargetDevice device, int address) {
+    return device == TargetDevice::Primary ? CellAtAddress(address) : std::nullopt;
+}
+
 std::string SettingNameAt(int address) {
-    const auto cell = CellAtAddress(address);
-    return cell ? CellTitle(*cell) : std::string();
+    return SettingNameOn(TargetDevice::Primary, address);
 }
 
 std::string SettingNameOn(TargetDevice device, int address) {
-    return device == TargetDevice::Primary ? SettingNameAt(address) : std::string();
+    const auto cell = CellOn(device, address);
+    return cell ? CellTitle(*cell) : std::string();
 }
 
 const SettingGroup* GroupAtBase(int address) {

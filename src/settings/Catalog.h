@@ -2,187 +2,25 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/ProgramState.h"
 #include "i2c/EepromBus.h"
+#include "settings/CatalogRows.h"
 
 namespace tarnwell {
 
-inline constexpr int kSettingCount = 26;
 inline constexpr int kCellCount = 72;
-inline constexpr int kColumnCount = 4;
 
 /// The video formats, one value column each.
 inline constexpr std::array<std::string_view, kColumnCount> kFormats{"480i", "480p", "1080i",
                                                                      "VGA"};
-
-/// One stored value: its cell on the pages and its EEPROM address.
-struct CellPlace {
-    int cell = -1;
-    int address = -1;
-
-    constexpr bool Exists() const { return cell >= 0; }
-};
-
-using CellPlaces = std::array<CellPlace, kColumnCount>;
-
-/// How the status line names a setting after an edit.
-struct StatusName {
-    std::string_view prefix;
-    bool withFormat;
-    std::string_view name;
-};
-
-struct Setting {
-    Page page;
-    std::string_view code;
-    std::string_view number;
-    std::string_view description;  ///< empty where a neighbour's description covers the row
-    int codeLabel;                 ///< index of lblControlName and lblSettingNumber
-    int descriptionLabel;          ///< index of lblControlDesc; -1 without a description
-    CellPlaces cells;              ///< by column; a setting without formats has column 0 only
-    int shift;                     ///< the value fills the byte's bits from this one upward
-    int maximum;
-    StatusName statusName;
-    std::string_view codeTooltip{};
-    std::string_view cellTooltip{};
-};
-
-namespace catalog {
-
-/// The bytes of the four formats lie this far apart.
-inline constexpr int kFormatStep = 36;
-
-inline constexpr std::string_view kShiftedTooltip =
-    " Value left-shifted & handled specially in EEP register ";
-
-constexpr CellPlaces One(int cell, int address) {
-    return {CellPlace{cell, address}};
-}
-
-constexpr CellPlaces PerFormat(int cell, int cellStep, int address) {
-    CellPlaces places;
-    int column = 0;
-    for (CellPlace& place : places) {
-        place = {cell + column * cellStep, address + column * kFormatStep};
-        ++column;
-    }
-    return places;
-}
-
-constexpr CellPlaces Chroma(int offset) {
-    return PerFormat(offset, 6, 2363 + offset);
-}
-
-/// The settings of the pages Edges and Picture share one block a format.
-constexpr CellPlaces Block(int offset) {
-    return PerFormat(33 + offset, 9, 2348 + offset);
-}
-
-constexpr CellPlaces Iris(int offset) {
-    return One(24 + offset, 2328 + offset);
-}
-
-constexpr StatusName ByFormat(std::string_view name) {
-    return {"", true, name};
-}
-
-constexpr StatusName OfIris(std::string_view name) {
-    return {"Iris ", false, name};
-}
-
-}  // namespace catalog
-
-/// The settings, page by page, in the order of their rows.
-inline constexpr std::array<Setting, kSettingCount> kCatalog = [] {
-    using namespace catalog;
-    using enum Page;
-    return std::array<Setting, kSettingCount>{{
-        {Chroma, "R-YR", "(60)", "Red Saturation", 2, 1, catalog::Chroma(2), 0, 15,
-         ByFormat("R-YR "), " Red Saturation "},
-        {Chroma, "R-YB", "(61)", "Red Hue", 3, 2, catalog::Chroma(3), 0, 15, ByFormat("R-YB "),
-         " Red Hue "},
-        {Chroma, "G-YR", "(62)", "Green Saturation", 4, 3, catalog::Chroma(4), 0, 15,
-         ByFormat("G-YR "), " Green Saturation "},
-        {Chroma, "G-YB", "(63)", "Green Hue", 5, 4, catalog::Chroma(5), 0, 15, ByFormat("G-YB "),
-         " Green Hue "},
-        {Chroma, "CR02", "(58)", "White Balance", 0, 0, catalog::Chroma(0), 0, 255,
-         ByFormat("CR02 ")},
-        {Chroma, "CB02", "(59)", "", 1, -1, catalog::Chroma(1), 0, 255, ByFormat("CB02 ")},
-
-        {Edges, "SHRP", "(22)", "Sharpness", 15, 14, Block(0), 0, 255, ByFormat("SHRP ")},
-        {Edges, "SSH1", "(23)", "Sub-Sharpness", 16, 15, Block(1), 0, 3, ByFormat("SSH1 ")},
-        {Edges, "SHF1", "(24)", "Sub-FO", 17, 16, Block(2), 0, 3, ByFormat("SHF1 ")},
-        {Edges, "PROV", "(25)", "Pre/Overshoot Gain", 18, 17, Block(3), 0, 3, ByFormat("PROV ")},
-        {Edges, "LT1", "(26)", "Y Edge Enhancement", 19, 18, Block(4), 0, 3, ByFormat("LT1 ")},
-
-        {Global,
-         "TINT",
-         "(20)",
-         "Main Tint",
-         14,
-         25,
-         One(32, 2085),
-         2,
-         63,
-         {"Global ", false, "TINT "},
-         "",
-         kShiftedTooltip},
-        {Global,
-         "SHPM",
-         "(6)",
-         "Main Sharpness",
-         25,
-         13,
-         One(71, 2228),
-         4,
-         15,
-         {"Global ", false, "Sharpness (SHPM) "},
-         "",
-         kShiftedTooltip},
-
-        {Iris, "OT1", "(01)", "Low Threshold Voltage", 6, 5, catalog::Iris(0), 0, 255,
-         OfIris("OT1 ")},
-        {Iris, "IT2", "(02)", "High Threshold Voltage", 7, 6, catalog::Iris(1), 0, 255,
-         OfIris("1T2 ")},
-        {Iris, "CN0", "(03)", "Low Contrast Setting", 8, 7, catalog::Iris(2), 0, 63,
-         OfIris("CN0 ")},
-        {Iris, "CN1", "(04)", "Mid Contrast Setting", 9, 8, catalog::Iris(3), 0, 63,
-         OfIris("CN1 ")},
-        {Iris, "CN2", "(05)", "High Contrast Setting", 10, 9, catalog::Iris(4), 0, 63,
-         OfIris("CN2 ")},
-        {Iris, "BR0", "(06)", "Low Brightness Setting", 11, 10, catalog::Iris(5), 0, 63,
-         OfIris("BR0 ")},
-        {Iris, "BR1", "(07)", "Mid Brightness Setting", 12, 11, catalog::Iris(6), 0, 63,
-         OfIris("BR1 ")},
-        {Iris, "BR2", "(08)", "High Brightness Setting", 13, 12, catalog::Iris(7), 0, 63,
-         OfIris("BR2 ")},
-
-        {Picture, "DCOL", "(27)", "Dynamic Color On-Off", 20, 19, Block(5), 0, 1,
-         ByFormat("DCOL ")},
-        {Picture, "CTIL", "(28)", "Color Overlap/Transition", 21, 20, Block(6), 0, 3,
-         ByFormat("CTIL ")},
-        {Picture, "DPIC", "(32)", "Dynamic Picture Control", 22, 21, Block(7), 0, 3,
-         ByFormat("DPIC ")},
-        {Picture, "DTC", "(33)", "DC Restoration Control", 23, 22, Block(8), 0, 3,
-         ByFormat("DTC ")},
-        {Picture,
-         "CLP",
-         "(22)",
-         "Clamp Pulse Phase",
-         24,
-         24,
-         {CellPlace{69, 2507}, {}, CellPlace{70, 2549}, {}},
-         0,
-         15,
-         {"Defl Jung ", true, "CLP "}},
-    }};
-}();
 
 /// Fills the place of a cell that the CLP row does not have; lblControlDesc 23.
 inline constexpr std::string_view kDeflJungCaption = "<-- Defl Jung -->";
@@ -294,9 +132,25 @@ constexpr std::uint8_t FieldOf(std::uint8_t byte, int shift) {
     return static_cast<std::uint8_t>(byte >> shift);
 }
 
-/// `byte` with the value stored in its field; the bits below survive.
-constexpr std::uint8_t WithField(std::uint8_t byte, std::uint8_t value, int shift) {
+/// The cell's value as its byte holds it.
+constexpr std::uint8_t ValueIn(std::uint8_t byte, int cell) {
+    return FieldOf(byte, Cell(cell).setting->shift);
+}
+
+/// The cell's value as a device's image holds it.
+constexpr std::uint8_t ValueIn(std::span<const std::uint8_t> image, int cell) {
+    return ValueIn(image[static_cast<std::size_t>(Cell(cell).address)], cell);
+}
+
+/// The cell's byte with the value in its field; the bits below survive.
+constexpr std::uint8_t WithValue(std::uint8_t byte, int cell, std::uint8_t value) {
+    const int shift = Cell(cell).setting->shift;
     return static_cast<std::uint8_t>((byte & ((1 << shift) - 1)) | (value << shift));
+}
+
+constexpr void PutValue(std::span<std::uint8_t> image, int cell, std::uint8_t value) {
+    std::uint8_t& byte = image[static_cast<std::size_t>(Cell(cell).address)];
+    byte = WithValue(byte, cell, value);
 }
 
 /// What the status line calls the cell: it ends with a blank.
@@ -308,7 +162,18 @@ std::string CellTitle(int cell);
 /// Code and, of a setting that has one, format: "R-YR 480p", "TINT".
 std::string SettingName(int cell, char separator = ' ');
 
-/// The bits of the cell's byte that its range takes: "bits 2 to 7", "bit 0".
+/// The bits of a byte that a setting's range takes, 0 being the lowest.
+struct BitRange {
+    int lowest;
+    int highest;
+};
+
+constexpr BitRange BitsOf(const Setting& setting) {
+    const auto count = static_cast<int>(std::bit_width(static_cast<unsigned>(setting.maximum)));
+    return {setting.shift, setting.shift + count - 1};
+}
+
+/// The same of a cell in words: "bits 2 to 7", "bit 0".
 std::string BitsText(int cell);
 
 /// The cells by page, setting and format.
@@ -316,6 +181,9 @@ std::vector<int> CellsInOrder();
 
 /// The cell whose byte lies at an EEPROM address, if a named setting does.
 std::optional<int> CellAtAddress(int address);
+
+/// The same of a device: named settings are those of the primary EEPROM.
+std::optional<int> CellOn(TargetDevice device, int address);
 
 /// The title of that cell; empty if there is none.
 std::string SettingNameAt(int address);

@@ -1,7 +1,7 @@
 // What a value cell's menu does to the value.
 #pragma once
 
-#include "image/Command.h"
+#include "command/Command.h"
 #include "settings/SettingCells.h"
 
 namespace tarnwell {

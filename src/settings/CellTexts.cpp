@@ -1,33 +1,38 @@
 #include "settings/CellTexts.h"
 
-#include "core/Number.h"
+#include "core/Words.h"
+#include "core/user/Number.h"
 
 namespace tarnwell {
 
 namespace {
 
-std::string AddressText(int address, NumberMode mode) {
+std::string AddressNumber(int address, NumberMode mode) {
     return NumberText(static_cast<std::uint32_t>(address), mode);
 }
 
 }  // namespace
 
 std::string CellPlaceText(int cell, NumberMode mode) {
-    return "Address " + AddressText(Cell(cell).address, mode) + ", " + BitsText(cell);
+    return "Address " + AddressNumber(Cell(cell).address, mode) + ", " + BitsText(cell);
+}
+
+std::string OutOfRangeText(int cell, NumberMode mode) {
+    const auto maximum = static_cast<std::uint32_t>(Cell(cell).setting->maximum);
+    return "Out of its range from 0 to " + NumberText(maximum, mode);
 }
 
 std::string ByteText(int address, NumberMode mode) {
     const auto cell = CellAtAddress(address);
     if (!cell)
         return {};
-    return AddressText(address, mode) + ": " + SettingName(*cell) + ", " + BitsText(*cell);
+    return AddressNumber(address, mode) + ": " + SettingName(*cell) + ", " + BitsText(*cell);
 }
 
 std::string WaitingText(int count) {
     if (count == 0)
         return {};
-    return std::to_string(count) +
-           (count == 1 ? " value waits to be written" : " values wait to be written");
+    return Counted(count, "value", "waits", "wait") + " to be written";
 }
 
 }  // namespace tarnwell

@@ -19,11 +19,12 @@ struct Destination {
 };
 
 /// The place that `text` names: a setting ("R-YR 480p", "480p R-YR"; without a format its first
-/// cell; case does not matter), or an address in the form of `mode` or, behind 0x, in hexadecimal.
-/// What can be read as both is the setting.
+/// cell; case does not matter), an address in the form of `mode` or, behind 0x, in hexadecimal, or
+/// else the first setting of whose name and description each word begins one ("red sat 480p").
+/// What can be read as both a name and an address is the setting.
 std::optional<Destination> DestinationFrom(std::string_view text, NumberMode mode);
 
-/// The names of all cells, in the order of the catalog.
+/// The names of all cells, with their descriptions, in the order of the catalog.
 std::vector<std::string> DestinationNames();
 
 /// What is told of a text that names no place.

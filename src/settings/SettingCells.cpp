@@ -5,27 +5,18 @@
 
 namespace tarnwell {
 
-std::optional<std::uint8_t> ValueOf(const CellContents& cell, NumberMode mode) {
-    if (cell.empty)
-        return std::nullopt;
-    return static_cast<std::uint8_t>(std::clamp(ParseNumber(cell.caption, mode), 0, 255));
-}
-
 SettingCells::SettingCells(const ProgramState& state, SettingsView& view)
     : state_(state), view_(view) {}
-
-void SettingCells::ShowValue(int cell, std::uint8_t value) {
-    SetCaption(cell, NumberText(value, state_.numberMode));
-}
 
 void SettingCells::ShowRead(int cell, std::uint8_t value) {
     ShowValue(cell, value);
     SetLastRead(cell, value);
 }
 
-void SettingCells::SetCaption(int cell, std::string caption) {
-    At(cell).caption = std::move(caption);
+void SettingCells::Show(int cell, const ShownByte& shown) {
+    At(cell).shown = shown;
     At(cell).empty = false;
+    At(cell).given = true;
     view_.SettingCellChanged(cell);
 }
 
@@ -46,8 +37,9 @@ void SettingCells::SetContents(int cell, CellContents contents) {
 
 void SettingCells::ClearSettingCells() {
     for (int cell = 0; cell < kCellCount; ++cell) {
-        At(cell).caption.clear();
+        At(cell).shown = {0, ""};
         At(cell).empty = true;
+        At(cell).given = false;
         At(cell).lastRead.reset();
         view_.SettingCellChanged(cell);
     }
@@ -70,9 +62,9 @@ int SettingCells::WaitingOn(Page page) const {
     return waiting;
 }
 
-void SettingCells::ConvertNumbers(NumberMode mode) {
+void SettingCells::ConvertNumbers(NumberMode /*mode*/) {
     for (int cell = 0; cell < kCellCount; ++cell) {
-        At(cell).caption = ConvertedNumber(Caption(cell), mode);
+        At(cell).shown.text.reset();
         view_.SettingCellChanged(cell);
     }
 }

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "core/NumberModeMenu.h"
+#include "core/user/NumberModeMenu.h"
 #include "settings/Catalog.h"
 
 namespace tarnwell {
@@ -24,17 +24,20 @@ enum class CellColour : std::uint8_t { Normal, Editing, Changed };
 
 /// All that a cell holds.
 struct CellContents {
-    std::string caption = "0";
+    ShownByte shown{};
     Mark mark = Mark::Clean;
     CellColour colour = CellColour::Normal;
     bool empty = false;
+    bool given = false;                      ///< a value was shown: the 0 of the start is nobody's
     std::optional<std::uint8_t> lastRead{};  ///< or found there after it was written
 
     bool operator==(const CellContents&) const = default;
-};
 
-/// The value that the caption gives, held to a byte; nothing for an empty cell.
-std::optional<std::uint8_t> ValueOf(const CellContents& cell, NumberMode mode);
+    /// Nothing for an empty cell.
+    std::optional<std::uint8_t> Value() const {
+        return empty ? std::nullopt : std::optional(shown.value);
+    }
+};
 
 /// What the settings tell the widgets that show them.
 class SettingsView {
@@ -53,17 +56,19 @@ class SettingCells final : public NumberDisplay {
   public:
     SettingCells(const ProgramState& state, SettingsView& view);
 
-    const std::string& Caption(int cell) const { return At(cell).caption; }
+    std::string Caption(int cell) const { return At(cell).shown.Text(state_.numberMode); }
 
     /// Whether the cell holds no value. A number-mode change makes an empty cell read "0", which
     /// still is no value.
     bool IsEmpty(int cell) const { return At(cell).empty; }
 
-    std::optional<std::uint8_t> Value(int cell) const {
-        return ValueOf(At(cell), state_.numberMode);
-    }
+    std::optional<std::uint8_t> Value(int cell) const { return At(cell).Value(); }
 
-    void ShowValue(int cell, std::uint8_t value);
+    /// Whether the cell shows a value that its setting does not have.
+    bool IsOutOfRange(int cell) const { return Value(cell) > Cell(cell).setting->maximum; }
+
+    void Show(int cell, const ShownByte& shown);
+    void ShowValue(int cell, std::uint8_t value) { Show(cell, {value}); }
 
     /// Shows a value as it was read.
     void ShowRead(int cell, std::uint8_t value);
@@ -71,8 +76,6 @@ class SettingCells final : public NumberDisplay {
     /// The value that was last read for the cell, or found there after it was written.
     std::optional<std::uint8_t> LastRead(int cell) const { return At(cell).lastRead; }
     void SetLastRead(int cell, std::uint8_t value) { At(cell).lastRead = value; }
-
-    void SetCaption(int cell, std::string caption);
 
     Mark MarkOf(int cell) const { return At(cell).mark; }
     void SetMark(int cell, Mark mark);
@@ -88,6 +91,11 @@ class SettingCells final : public NumberDisplay {
 
     bool AnyIsEmpty() const;
     bool AnyHasMark(Mark mark) const;
+
+    /// Whether the value is in the midst of an edit, or waits to be written.
+    bool IsMarked(int cell) const {
+        return MarkOf(cell) == Mark::Changed || MarkOf(cell) == Mark::Save;
+    }
 
     /// How many values of a page wait to be written.
     int WaitingOn(Page page) const;

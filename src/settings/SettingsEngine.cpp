@@ -2,7 +2,8 @@
 
 #include <array>
 
-#include "image/WriteTexts.h"
+#include "command/WriteTexts.h"
+#include "core/Words.h"
 
 namespace tarnwell {
 
@@ -10,10 +11,6 @@ namespace {
 
 std::int16_t AddressOf(int cell) {
     return static_cast<std::int16_t>(Cell(cell).address);
-}
-
-int ShiftOf(int cell) {
-    return Cell(cell).setting->shift;
 }
 
 }  // namespace
@@ -32,10 +29,8 @@ bool SettingsEngine::RefuseOnSecondary() {
 void SettingsEngine::ShowSettingsFromBuffer() {
     if (RefuseOnSecondary())
         return;
-    for (int cell = 0; cell < kCellCount; ++cell) {
-        const std::uint8_t byte = buffer_[static_cast<std::size_t>(AddressOf(cell))];
-        cells_.ShowRead(cell, FieldOf(byte, ShiftOf(cell)));
-    }
+    for (int cell = 0; cell < kCellCount; ++cell)
+        cells_.ShowRead(cell, ValueIn(buffer_, cell));
 }
 
 void SettingsEngine::ReadSettingsFromEep() {
@@ -53,7 +48,7 @@ void SettingsEngine::ReadSettingsFromEep() {
     }
     const Step step(steps_, {"Read of Settings"});
     for (int cell = 0; cell < kCellCount; ++cell)
-        cells_.ShowRead(cell, FieldOf(bytes[static_cast<std::size_t>(cell)], ShiftOf(cell)));
+        cells_.ShowRead(cell, ValueIn(bytes[static_cast<std::size_t>(cell)], cell));
     Post("Settings Values Read from EEPROM");
 }
 
@@ -67,13 +62,11 @@ void SettingsEngine::MergeSettingsWithBuffer() {
 
 void SettingsEngine::Merge() {
     for (int cell = 0; cell < kCellCount; ++cell) {
-        const auto value = cells_.Value(cell);
-        if (!value)
-            continue;
-        std::uint8_t& byte = buffer_[static_cast<std::size_t>(AddressOf(cell))];
-        byte = WithField(byte, *value, ShiftOf(cell));
+        if (const auto value = cells_.Value(cell))
+            PutValue(buffer_, cell, *value);
         cells_.SetMark(cell, Mark::Clean);
     }
+    origin_.Note(BufferChange::SettingsMerged);
     editorPage_.RefillGrid();
     Post("Settings Values Merged Into Memory Buffer");
     state_.BufferChanged = true;
@@ -87,16 +80,29 @@ void SettingsEngine::WriteSettingsToEep() {
     const BusClaim claim(i2c_);
     if (i2c_.CheckBus(Quiet::No) != BusCheck::Ok)
         return;
-    if (user_.ShowBox(kAskWriteSettings) != Answer::Yes)
-        return Post(kWriteCancelled);
+    if (!writeGuard_.Wants(WriteKind::Settings, kAskWriteSettings))
+        return;
     if (!HasCellToWrite()) {
-        user_.ShowBox(kNoSettingsChanged);
+        user_.ShowBox(Box(kNoSettingsChanged).WithLine(UnwrittenLine()));
         return;
     }
     if (!MayMergeAfterWrite())
         return Post(kWriteCancelled);
     if (writeGuard_.MayWrite())
         WriteAndVerify();
+}
+
+std::string SettingsEngine::UnwrittenLine() const {
+    int values = 0;
+    for (int cell = 0; cell < kCellCount && BufferHoldsImage(); ++cell) {
+        const auto held = i2c_.Known().Value(state_.targetDevice, AddressOf(cell));
+        if (held && ValueIn(*held, cell) != ValueIn(buffer_, cell))
+            ++values;
+    }
+    return values == 0 ? std::string()
+                       : Counted(values, "value") + " in the memory buffer " +
+                             (values == 1 ? "differs" : "differ") +
+                             " from the EEProm: Write Differences writes them.";
 }
 
 bool SettingsEngine::MayMergeAfterWrite() {
@@ -110,7 +116,9 @@ void SettingsEngine::WriteAndVerify() {
         return;
     }
     if (!mismatches->empty())
-        return TellMismatches(*mismatches);
+        return TellNotVerified("ERROR: EEProm and Settings Values Do Not Match!",
+                               kSettingsNotVerified, *mismatches, SettingNameAt);
+    i2c_.EndWrite();
     if (BufferHoldsImage())
         MergeWritten();
     Post(kSettingsWritten);
@@ -159,11 +167,10 @@ Transfer SettingsEngine::WriteCells(std::vector<Written>& written) {
 
 /// Of a field in the upper bits, `byte` is the value before and the whole byte afterwards.
 Transfer SettingsEngine::WriteCell(int cell, std::uint8_t& byte) {
-    const int shift = ShiftOf(cell);
-    if (shift != 0) {
+    if (Cell(cell).setting->shift != 0) {
         if (i2c_.ReadAgreed(AddressOf(cell)) == Transfer::Aborted)
             return Transfer::Aborted;
-        byte = WithField(i2c_.ReadData()[0], byte, shift);
+        byte = WithValue(i2c_.ReadData()[0], cell, byte);
     }
     return i2c_.WriteByte(AddressOf(cell), byte);
 }
@@ -176,7 +183,7 @@ std::optional<std::vector<Mismatch>> SettingsEngine::VerifyEEP(
             return std::nullopt;
         const std::uint8_t found = i2c_.ReadData()[0];
         if (found == byte) {
-            cells_.SetLastRead(cell, FieldOf(found, ShiftOf(cell)));
+            cells_.SetLastRead(cell, ValueIn(found, cell));
             cells_.SetMark(cell, Mark::Clean);
             continue;
         }
@@ -184,15 +191,6 @@ std::optional<std::vector<Mismatch>> SettingsEngine::VerifyEEP(
         mismatches.push_back({AddressOf(cell), byte, found});
     }
     return mismatches;
-}
-
-void SettingsEngine::TellMismatches(const std::vector<Mismatch>& mismatches) {
-    statusBar_.ShowStatus("ERROR: EEProm and Settings Values Do Not Match!", kMismatchSeconds);
-    user_.Beep();
-    Box box = kSettingsNotVerified;
-    box.details = MismatchText(mismatches, state_.numberMode, SettingNameAt);
-    user_.ShowBox(box);
-    statusBar_.PutStatus("");
 }
 
 void SettingsEngine::MarkForSaving(int cell) {

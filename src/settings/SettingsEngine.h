@@ -2,7 +2,6 @@
 #pragma once
 
 #include "editor/EditorPage.h"
-#include "image/Mismatch.h"
 #include "settings/SettingCells.h"
 
 namespace tarnwell {
@@ -35,6 +34,9 @@ class SettingsEngine final : private Command {
     void Merge();
     bool HasCellToWrite() const;
     bool MayMergeAfterWrite();
+
+    /// What waits in the memory buffer for another command, as a line; or empty.
+    std::string UnwrittenLine() const;
     void WriteAndVerify();
 
     /// What differs of the bytes written; nothing if a transfer was aborted.
@@ -45,7 +47,6 @@ class SettingsEngine final : private Command {
 
     /// What differs of the bytes written; nothing if a read was aborted.
     std::optional<std::vector<Mismatch>> VerifyEEP(const std::vector<Written>& written);
-    void TellMismatches(const std::vector<Mismatch>& mismatches);
     void MarkForSaving(int cell);
     void MarkUnverifiedForSaving();
 

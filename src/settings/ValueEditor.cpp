@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "image/WriteTexts.h"
+#include "command/WriteTexts.h"
 
 namespace tarnwell {
 
@@ -89,13 +89,13 @@ std::string ValueEditor::Readout(int value) const {
     return NumberText(static_cast<std::uint32_t>(value), state_.numberMode);
 }
 
-ValueEditor::Accepted ValueEditor::Accept(const std::string& readout) {
+ValueEditor::Accepted ValueEditor::Accept() {
     const int cell = edit_->EditCellIndex;
-    if (!cells_.IsEmpty(cell) && readout == cells_.Caption(cell)) {
+    if (!cells_.IsEmpty(cell) && Readout(edit_->value) == cells_.Caption(cell)) {
         cells_.SetMark(cell, Mark::False);
         return Accepted::Unchanged;
     }
-    cells_.SetCaption(cell, readout);
+    cells_.ShowValue(cell, static_cast<std::uint8_t>(edit_->value));
     cells_.SetMark(cell, Mark::Changed);
     return Accepted::Changed;
 }

@@ -22,6 +22,8 @@ class ValueEditor final : private Command {
     /// Whether a value is being edited.
     bool IsOpen() const { return edit_.has_value(); }
 
+    int EditedCell() const { return edit_->EditCellIndex; }
+
     /// Names the edited cell, its range and the value before.
     std::string Description() const;
 
@@ -49,8 +51,8 @@ class ValueEditor final : private Command {
 
     enum class Accepted : std::uint8_t { Changed, Unchanged };
 
-    /// OK: takes the readout into the cell if it differs; the dialog stays open if not.
-    Accepted Accept(const std::string& readout);
+    /// OK: takes the value into the cell if it reads otherwise; the dialog stays open if not.
+    Accepted Accept();
 
   private:
     void EditCell(int cell, std::optional<char> digit);

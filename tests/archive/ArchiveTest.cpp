@@ -50,17 +50,17 @@ struct Load {
     std::string content, box, status;
 };
 
-class ArchiveTest : public testing::Test {
+class ArchiveTest : public testing::Test, protected TestProgram {
   protected:
     /// The status after a command whose dialog gives the file `name`; it is cancelled without one.
     template <typename Archive>
     std::string Run(void (Archive::*command)(), const std::string& name) {
         program.statusBar.PutStatus("");
-        test.user.files = {name.empty() ? std::nullopt : std::optional(folder.Path(name))};
+        user.files = {name.empty() ? std::nullopt : std::optional(folder.Path(name))};
         (std::get<Archive&>(std::tie(program.imageArchive, program.settingsArchive)).*command)();
-        const auto boxes = test.user.TakeBoxes();
+        const auto boxes = user.TakeBoxes();
         box = boxes.empty() ? "" : boxes[0];
-        return test.Status();
+        return Status();
     }
 
     template <typename Archive>
@@ -77,7 +77,7 @@ class ArchiveTest : public testing::Test {
     }
 
     bool BufferIsShown() const {
-        return test.Crc() == mCRC32::BufferCrcText(program.buffer) &&
+        return Crc() == mCRC32::BufferCrcText(program.buffer) &&
                program.grid.Text({0, 1}) == std::to_string(program.buffer[0]) &&
                program.cells.Value(0) == program.buffer[2363];
     }
@@ -97,9 +97,6 @@ class ArchiveTest : public testing::Test {
         return count;
     }
 
-    const TemporaryFolder folder;
-    TestProgram test;
-    Program& program = test.program;
     std::string box;  ///< the first of the last command
 };
 
@@ -119,18 +116,18 @@ TEST_F(ArchiveTest, ImageHoldsWhatDiffersFromAnErasedDevice) {
     EXPECT_EQ(folder.Read("a.mot"),
               kImage + "S1130120FFFFFF5AFFFFFFFFFFFFFFFFFFFFFFFF80\r\n" + kEnd);
     EXPECT_EQ(program.state.archiveFolder + "/", folder.Path());
-    EXPECT_EQ(test.user.fileRequests.back().fileName, "Tarnwell-11172026-92101 PM");
+    EXPECT_EQ(user.fileRequests.back().fileName, "Tarnwell-11172026-92101 PM");
 }
 
 TEST_F(ArchiveTest, NoImageIsLostBeforeTheHeaderIsAccepted) {
     program.state.EepRead = true;
     program.grid.SetGridChanged(true);
-    test.WillAnswer({Answer::No, Answer::Yes, Answer::No});
+    WillAnswer({Answer::No, Answer::Yes, Answer::No});
     EXPECT_EQ(Run(&ImageArchive::LoadImage, "unused"), "");
     EXPECT_EQ(Run(&ImageArchive::LoadImage, "unused"), "EEProm Image Load Canceled");
     mkfifo(folder.Path("pipe").c_str(), 0600);
     for (const char* name : {"", "missing", ".", "pipe"}) {
-        test.WillAnswer({Answer::Yes, Answer::Yes});
+        WillAnswer({Answer::Yes, Answer::Yes});
         EXPECT_EQ(Run(&ImageArchive::LoadImage, name), "EEProm Image Load Cancelled") << name;
         EXPECT_TRUE(program.state.GridChanged) << "only a refill discards";
         EXPECT_EQ(box, "C A U T I O N|Really discard the Data Grid changes?");
@@ -138,7 +135,7 @@ TEST_F(ArchiveTest, NoImageIsLostBeforeTheHeaderIsAccepted) {
     EXPECT_EQ(program.buffer, MemoryBuffer{});
     EXPECT_TRUE(program.state.EepRead && !program.state.BufferChanged);
     folder.Write("stops", kImage);
-    test.WillAnswer({Answer::Yes, Answer::Yes});
+    WillAnswer({Answer::Yes, Answer::Yes});
     Run(&ImageArchive::LoadImage, "stops");
     EXPECT_EQ(program.state.archiveFolder + "/", folder.Path());
     EXPECT_TRUE(!program.state.EepRead && program.state.BufferChanged);
@@ -186,16 +183,16 @@ TEST_F(ArchiveTest, ImageLoadTable) {
         folder.Write("archive", kImage + record);
         EXPECT_THROW(Run(&ImageArchive::LoadImage, "archive"), ProgramEnd) << record;
     }
-    EXPECT_EQ(test.user.TakeBoxes().at(2).substr(0, 21), "F A T A L   E R R O R");
+    EXPECT_EQ(user.TakeBoxes().at(2).substr(0, 21), "F A T A L   E R R O R");
     for (const auto& [load, byte, slot] : rows) {
         SCOPED_TRACE(load.content.substr(0, 99));
         const bool changed = byte != kKept;
         program.buffer.fill(kKept);
         program.state.BufferChanged = false;
         program.statusBar.ShowCrc("");
-        test.user.answers = {Answer::No};
+        user.answers = {Answer::No};
         const bool defaultIsNo = load.box == settings;
-        test.user.onBox = [&](const Box& shown) {
+        user.onBox = [&](const Box& shown) {
             EXPECT_EQ(BufferIsShown(), changed);
             EXPECT_EQ(shown.defaultButton == DefaultButton::No, defaultIsNo);
         };
@@ -216,47 +213,98 @@ TEST_F(ArchiveTest, ImagesGoRoundThroughOtherPrograms) {
         program.buffer.back() = 0xFF;
         program.state.BufferChanged = true;
         const MemoryBuffer image = program.buffer;
-        Run(&ImageArchive::SaveImage, "a.mot");
+        for (const char* name : {"a.bin", "a.hex", "a.mot"}) {
+            program.state.BufferChanged = true;
+            EXPECT_EQ(Run(&ImageArchive::SaveImage, name), "EEProm Image Saved to Disk");
+        }
         Shell("objcopy -I srec -O binary --gap-fill=0xFF a.mot in.bin");
         EXPECT_EQ(folder.Read("in.bin"), std::string(image.begin(), image.end() - 1));
         Shell("srec_cat a.mot -fill 0xFF 0 8192 -o cat.bin -binary; cmp cat.bin in.bin");
+        Shell(
+            "cmp a.bin in.bin; srec_cat a.hex -intel -fill 0xFF 0 8192 -o - -binary | cmp - "
+            "in.bin");
+        Shell("srec_cat in.bin -binary -o b.hex -intel; objcopy -I binary -O ihex in.bin c.IHX");
         Shell(write);
         Shell("(head -1 out; sed 's/\\r//; /^S[1-3]/!d' out | shuf; printf S9030000FC) > b.mot");
-        for (const char* name : {"b.mot", "a.mot"}) {
+        for (const char* name : {"b.mot", "a.mot", "a.bin", "a.hex", "b.hex", "c.IHX"}) {
             program.buffer.fill(0);
-            test.user.answers = {Answer::Yes};
+            user.answers = {Answer::Yes};
             EXPECT_EQ(Run(&ImageArchive::LoadImage, name), kLoaded) << write;
             EXPECT_EQ(program.buffer, image);
         }
     }
 }
 
-TEST_F(ArchiveTest, SettingsAreFifteenLines) {
-    FillCells(Mark::Save, Number);
-    for (const char* name : {"", "missing/settings.mot"})
-        EXPECT_EQ(Run(&SettingsArchive::SaveSettings, name), "Settings Save Cancelled");
-    EXPECT_EQ(program.cells.Colour(71), CellColour::Changed);
-    EXPECT_EQ(Run(&SettingsArchive::SaveSettings, "a.mot"), "Settings Saved to Archive Disk File");
-    EXPECT_EQ(folder.Read("a.mot"), kSettings + Lines(kFirst + kNext) + kEnd);
-    Shell("srec_info a.mot");
-    EXPECT_EQ(CellsToSave(), kCellCount);
-    EXPECT_EQ(program.cells.Colour(71), CellColour::Normal);
+TEST_F(ArchiveTest, OtherFormsOfImagesAreTakenAsAForeignFile) {
+    const std::string stopped = "I N F O|The buffer holds only part of the file.";
+    const std::string last = "\r\n:00000001FF\r\n";
+    const std::string full(kEepromBytes, 'x');
+    const std::string large = kTooLarge;
+    const std::string notHex =
+        "E R R O R - File Mismatch|The file is not an Intel HEX file, as its name says.";
+    for (const auto& [name, content, told, first, at8191] :
+         {std::tuple("a.bin", full, std::string(), 'x', 'x'),
+          {"a.BIN", "xyz", "", 'x', '\xFF'},
+          {"a.bin", full + "x", large, '\x11', '\x11'},
+          {"a.bin", kImage + "S104000042B9\n" + kEnd, "", 'B', '\xFF'},
+          {"a.hex", full, notHex, '\x11', '\x11'},
+          {"a.hex", ":0100000042BD" + last, "", 'B', '\xFF'},
+          {"a.hex", ":020000021000EC\n:0100000042BD" + last, stopped, '\xFF', '\xFF'},
+          {"a.hex", ":0200000201FFFC\n:01000F0042AE" + last, "", '\xFF', 'B'},
+          {"a.hex", ":0200000201FFFC\n:01100F00429E" + last, stopped, '\xFF', '\xFF'},
+          {"a.hex",
+           ":020000040000FA\n:0400000300000000F9\n:011FFF0042"
+           "9F" +
+               last,
+           "", '\xFF', 'B'},
+          {"a.hex", ":0100000042BE" + last, "E R R O R - Checksum", '\xFF', '\xFF'},
+          {"a.hex", ":0100000042BD\n", stopped, 'B', '\xFF'},
+          {"a.hex", ":0100000042BD0" + last, stopped, '\xFF', '\xFF'},
+          {"a.hex",
+           ":01000006"
+           "42B7" +
+               last,
+           stopped, '\xFF', '\xFF'},
+          {"a.hex", ":0100000G42BD" + last, stopped, '\xFF', '\xFF'}}) {
+        SCOPED_TRACE(content.substr(0, 60));
+        program.buffer.fill(0x11);
+        folder.Write(name, content);
+        user.answers = {Answer::Yes};
+        std::string end;
+        user.onBox = [&](const Box& shown) {
+            const bool tells = shown.style != BoxStyle::YesNoQuestion;
+            end = tells ? shown.title + "|" + shown.text : "";
+        };
+        Run(&ImageArchive::LoadImage, name);
+        EXPECT_TRUE(end.starts_with(told) && end.empty() == told.empty()) << end;
+        const bool asks = first != '\x11' && !content.starts_with(kImage);
+        EXPECT_EQ(user.answers.empty(), asks);
+        EXPECT_EQ(box.starts_with("C A U T I O N - File Type|"), asks) << box;
+        EXPECT_EQ(static_cast<char>(program.buffer[0]), first);
+        EXPECT_EQ(static_cast<char>(program.buffer[8191]), at8191);
+    }
 }
 
-TEST_F(ArchiveTest, SettingsGoRoundInEachPairOfModes) {
-    for (int pair = 0; pair < 4; ++pair) {
-        program.numberModeMenu.Select(pair < 2 ? NumberMode::Decimal : NumberMode::Hex);
-        FillCells(Mark::Clean, Number);
-        Run(&SettingsArchive::SaveSettings, "a.mot");
-        const bool hex = pair % 2 == 1;
-        program.numberModeMenu.Select(hex ? NumberMode::Hex : NumberMode::Decimal);
+TEST_F(ArchiveTest, SettingsAreFifteenLinesThatLoadInTheOtherMode) {
+    for (const auto mode : {NumberMode::Hex, NumberMode::Decimal}) {
+        FillCells(Mark::Save, Number);
+        for (const char* name : {"", "missing/settings.mot"})
+            EXPECT_EQ(Run(&SettingsArchive::SaveSettings, name), "Settings Save Cancelled");
+        EXPECT_EQ(program.cells.Colour(71), CellColour::Changed);
+        EXPECT_EQ(Run(&SettingsArchive::SaveSettings, "a.mot"),
+                  "Settings Saved to Archive Disk File");
+        EXPECT_EQ(folder.Read("a.mot"), kSettings + Lines(kFirst + kNext) + kEnd);
+        EXPECT_EQ(CellsToSave(), kCellCount);
+        EXPECT_EQ(program.cells.Colour(71), CellColour::Normal);
+        program.numberModeMenu.Select(mode);
         FillCells(Mark::Clean, [](int) { return 0U; });
         Run(&SettingsArchive::LoadSettings, "a.mot");
         for (int cell = 0; cell < kCellCount; ++cell)
-            EXPECT_EQ(program.cells.Caption(cell),
-                      hex ? HexText(Number(cell), 2) : std::to_string(Number(cell)));
-        EXPECT_EQ(CellsToSave(), kCellCount);
+            EXPECT_EQ(program.cells.Caption(cell), mode == NumberMode::Hex
+                                                       ? HexText(Number(cell), 2)
+                                                       : std::to_string(Number(cell)));
     }
+    Shell("srec_info a.mot");
 }
 
 TEST_F(ArchiveTest, SettingsLoadTable) {
@@ -266,6 +314,9 @@ TEST_F(ArchiveTest, SettingsLoadTable) {
     const std::string loaded = "Settings Loaded from Archive Disk File";
     const std::string canceled = "Load Settings Canceled";
     const std::string failed = "Load Settings Failed";
+    const std::string misfit =
+        "E R R O R - File Mismatch|A value in the Settings file does not fit;\r\n"
+        "Its record and those behind it were not loaded.\r\nRecord 2, address ";
     const std::string one = kSettings + Lines(kFirst);
     const std::pair<Load, int> rows[] = {
         {{"", "", canceled}, 0},
@@ -278,12 +329,14 @@ TEST_F(ArchiveTest, SettingsLoadTable) {
         {{one + Lines("S104093C00"), "", canceled}, 6},
         {{kSettings + Lines("S10A093B01020304050607") + kEnd, "", loaded}, 7},
         {{one + Lines("S10508B40102"), "", canceled}, 7},
-        {{one + Lines("S10508B41002"), "", canceled}, 6},
+        {{one + Lines("S10508B41002"), misfit + "2228: \"10\" does not fit into SHPM, bits 4 to 7.",
+          canceled},
+         6},
         {{one + kLongLine, kTooLong, failed}, 6},
         {{std::string(kLargest + 1, 'S'), kTooLarge, failed}, 0},
         {{kSettings + Lines("S10408253F S10408B40F") + kEnd, "", loaded}, 2},
-        {{one + Lines("S104082540"), "", canceled}, 6},
-        {{one + Lines("S109095F0102030405G6"), "", canceled}, 6},
+        {{one + Lines("S104082540"), misfit + "2085: \"40\"", canceled}, 6},
+        {{one + Lines("S109095F0102030405G6"), misfit + "2404: \"G6\"", canceled}, 6},
         {{kSettings + Lines("S102093B") + kEnd, "", loaded}, 0},
     };
     for (const auto& [load, cellsToSave] : rows) {
@@ -296,7 +349,7 @@ TEST_F(ArchiveTest, SettingsLoadTable) {
 TEST_F(ArchiveTest, SettingsRefusalsAndTheHiddenMenu) {
     program.cells.ClearSettingCells();
     EXPECT_EQ(Run(&SettingsArchive::SaveSettings, "unused"), "Settings Save Cancelled");
-    EXPECT_THAT(box, testing::StartsWith("E R R O R|There are empty settings values;\r\nread or"));
+    EXPECT_THAT(box, StartsWith("E R R O R|There are empty settings values;\r\nread or"));
     for (const char* name : {"", "missing", "quillmer.mot"})
         EXPECT_EQ(Run(&SettingsArchive::LoadSettings, name), "Load Settings Canceled") << name;
     program.state.targetDevice = TargetDevice::Secondary;

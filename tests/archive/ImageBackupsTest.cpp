@@ -1,15 +1,11 @@
 // The images kept before the first write to a device: when, what, how many, and what if not.
 #include <algorithm>
 
+#include "archive/ImageRecords.h"
 #include "support/BusCommands.h"
 
 namespace tarnwell {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsSupersetOf;
-using ::testing::SizeIs;
 
 /// A program on a primary device full of 0x11, with what it keeps.
 struct Session : TestProgram {
@@ -24,30 +20,28 @@ struct Session : TestProgram {
         program.cells.ShowValue(0, 0x5A);
         program.cells.SetMark(0, Mark::Save);
         program.pending.ClearPendingWrites();
-        program.pending.AddPendingWrite({"5", "0", "90"});
-        command.run(*this);
+        program.pending.AddPendingWrite({5, {0}, {90}});
+        command.Run(*this);
     }
-    void Fill() { kBusCommands[2].run(*this); }
+    void Fill() { kBusCommands[2].Run(*this); }
 
     std::vector<std::string> Names() const {
         std::vector<std::string> names;
-        if (std::filesystem::exists(backups))
-            for (const auto& entry : std::filesystem::directory_iterator(backups))
-                names.push_back(entry.path().filename());
+        std::error_code none;
+        for (const auto& entry : std::filesystem::directory_iterator(backups, none))
+            names.push_back(entry.path().filename());
         std::ranges::sort(names);
         return names;
     }
     bool Written() const { return std::ranges::count(primary, 0x11) < kEepromBytes; }
 };
 
-const std::vector<BusCommand> kWriting = [] {
-    std::vector<BusCommand> writing(kBusCommands.begin(), kBusCommands.end());
-    std::erase_if(writing, [](const BusCommand& command) { return !command.writes; });
-    return writing;
-}();
+struct ImageBackups : testing::Test, Session {};
 
-TEST(ImageBackups, HoldEachReadThatDiffersFromTheOneBeforeItsWrite) {
-    for (const BusCommand& command : kWriting) {
+TEST(ImageBackupsOfEachCommand, HoldEachReadThatDiffersFromTheOneBeforeItsWrite) {
+    for (const BusCommand& command : kBusCommands) {
+        if (!command.writes || IsDifferences(command))
+            continue;
         Session run;
         run.program.wholeDevice.ReadEntireEep();
         const MemoryBuffer read = run.program.buffer;
@@ -62,52 +56,65 @@ TEST(ImageBackups, HoldEachReadThatDiffersFromTheOneBeforeItsWrite) {
                 run.program.wholeDevice.ReadEntireEep();
         }
 
+        const auto first = LoadOwnImage(run.backups + "/" + run.Names().front());
+        EXPECT_TRUE(first && std::equal(read.begin(), read.end() - 1, first->begin()));
         Session later;
-        later.user.files = {run.backups + "/" + run.Names().front()};
-        later.program.imageArchive.LoadImage();
-        EXPECT_EQ(later.Status(), "Record Checksums OK; EEP Image Loaded into Buffer");
-        EXPECT_TRUE(std::equal(read.begin(), read.end() - 1, later.program.buffer.begin()));
         later.Run(command);
         EXPECT_TRUE(later.Written() && later.Names().empty()) << "nothing was read";
     }
 }
 
-TEST(ImageBackups, AreKeptForEachDeviceUnderNamesOfTheirOwn) {
-    Session run;
-    run.folder.Write("backups/Tarnwell-20261117-212101-Pri.mot", "other run");
-    run.program.wholeDevice.ReadEntireEep();
-    run.Fill();
-    run.WillAnswer({Answer::Ok});
-    run.program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
-    run.Fill();
-    EXPECT_THAT(run.Names(), SizeIs(2)) << "the secondary device was not read";
-    run.program.wholeDevice.ReadEntireEep();
-    run.Fill();
-    EXPECT_THAT(run.Names(), ElementsAre("Tarnwell-20261117-212101-Pri-2.mot",
-                                         "Tarnwell-20261117-212101-Pri.mot",
-                                         "Tarnwell-20261117-212101-Sec.mot"));
-    std::string listed;
-    for (const KeptImage& kept : run.program.backups.All())
-        listed += std::string(Word(kept.device)) + std::to_string(kept.number) + " ";
-    EXPECT_THAT(listed, ::testing::AnyOf("Pri2 Pri1 Sec1 ", "Pri2 Sec1 Pri1 "));
-    const MemoryBuffer read = run.program.buffer;
-    EXPECT_EQ(run.program.backups.PathOf(TargetDevice::Secondary, read),
-              run.backups + "/Tarnwell-20261117-212101-Sec.mot");
-    EXPECT_EQ(run.program.backups.PathOf(TargetDevice::Primary, read), "");
-    EXPECT_EQ(run.folder.Read("backups/Tarnwell-20261117-212101-Pri.mot"), "other run");
+TEST_F(ImageBackups, OfAWholeWriteAreReadTwice) {
+    television.Inject(
+        {.kind = FaultKind::SdaMisread, .begins = {WireEvent::Byte, 6 + 77}, .accesses = 2});
+    program.wholeDevice.ReadEntireEep();
+    EXPECT_EQ(program.buffer[77], 0x10);
+    Fill();
+    const auto misread = LoadOwnImage(program.backups.LastKept());
+    ASSERT_TRUE(misread);
+    EXPECT_EQ(std::ranges::count(*misread, 0x11), kEepromBytes);
+
+    program.wholeDevice.ReadEntireEep();  // and then another television is connected
+    primary.fill(0x22);
+    Fill();
+    EXPECT_THAT(Names(), SizeIs(3));
+    EXPECT_EQ(std::ranges::count(*LoadOwnImage(program.backups.LastKept()), 0x22), kEepromBytes);
 }
 
-TEST(ImageBackups, AreTheNewestTwentyAndTheOldestOfEachDevice) {
-    Session run;
-    run.folder.Write("backups/Tarnwell-20250101-120000-Pri.mot", "");
+TEST_F(ImageBackups, AreKeptForEachDeviceUnderNamesOfTheirOwn) {
+    folder.Write("backups/Tarnwell-20261117-212101-Pri.mot", "other run");
+    program.wholeDevice.ReadEntireEep();
+    Fill();
+    WillAnswer({Answer::Ok});
+    program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
+    Fill();
+    EXPECT_THAT(Names(), SizeIs(2)) << "the secondary device was not read";
+    program.wholeDevice.ReadEntireEep();
+    Fill();
+    EXPECT_THAT(Names(), ElementsAre("Tarnwell-20261117-212101-Pri-2.mot",
+                                     "Tarnwell-20261117-212101-Pri.mot",
+                                     "Tarnwell-20261117-212101-Sec.mot"));
+    std::string listed;
+    for (const KeptImage& kept : program.backups.All())
+        listed += std::string(Word(kept.device)) + std::to_string(kept.number) + " ";
+    EXPECT_THAT(listed, AnyOf("Pri2 Pri1 Sec1 ", "Pri2 Sec1 Pri1 "));
+    const MemoryBuffer read = program.buffer;
+    EXPECT_EQ(program.backups.PathOf(TargetDevice::Secondary, read),
+              backups + "/Tarnwell-20261117-212101-Sec.mot");
+    EXPECT_EQ(program.backups.PathOf(TargetDevice::Primary, read), "");
+    EXPECT_EQ(folder.Read("backups/Tarnwell-20261117-212101-Pri.mot"), "other run");
+}
+
+TEST_F(ImageBackups, AreTheNewestTwentyAndTheOldestOfEachDevice) {
+    folder.Write("backups/Tarnwell-20250101-120000-Pri.mot", "");
     for (int day = 10; day < 31; ++day)
-        run.folder.Write("backups/Tarnwell-202610" + std::to_string(day) + "-120000-Sec.mot", "");
+        folder.Write("backups/Tarnwell-202610" + std::to_string(day) + "-120000-Sec.mot", "");
     for (const char* other : {"Tarnwell-first.mot", "tv.mot", "Tarnwell-20251010-120000-Pri.bin"})
-        run.folder.Write("backups/" + std::string(other), "");
-    run.outside.timestamp = "20000101-000000";  // a clock without its battery
-    run.program.wholeDevice.ReadEntireEep();
-    run.Fill();
-    const auto names = run.Names();
+        folder.Write("backups/" + std::string(other), "");
+    outside.timestamp = "20000101-000000";  // a clock without its battery
+    program.wholeDevice.ReadEntireEep();
+    Fill();
+    const auto names = Names();
     EXPECT_THAT(names, SizeIs(20 + 2 + 3));
     EXPECT_THAT(
         names, IsSupersetOf({"Tarnwell-20000101-000000-Pri.mot", "tv.mot",
@@ -116,8 +123,10 @@ TEST(ImageBackups, AreTheNewestTwentyAndTheOldestOfEachDevice) {
                              "Tarnwell-20251010-120000-Pri.bin"}));
 }
 
-TEST(ImageBackups, ThatFailAreAskedAboutOnceBeforeTheFirstByte) {
-    for (const BusCommand& command : kWriting) {
+TEST(ImageBackupsOfEachCommand, ThatFailAreAskedAboutOnceBeforeTheFirstByte) {
+    for (const BusCommand& command : kBusCommands) {
+        if (!command.writes || IsDifferences(command))
+            continue;
         Session run;
         run.folder.Write("backups", "no folder");
         run.program.wholeDevice.ReadEntireEep();

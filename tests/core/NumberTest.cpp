@@ -1,5 +1,5 @@
 // The text forms of a number and the rules that read them.
-#include "core/Number.h"
+#include "core/user/Number.h"
 
 #include <gtest/gtest.h>
 

@@ -1,14 +1,13 @@
-// The two ends of a run, the options between runs, the status line and its timer.
+// The two ends of a run, the options between runs, the status line and its timer, and the shortcut
+// to the driver loader.
 #include <csignal>
 #include <span>
 
+#include "core/run/DriverLoader.h"
 #include "support/BusCommands.h"
 
 namespace tarnwell {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr const char* kStartup = R"(SOFTWARE\Halvdorn\Tarnwell\Startup)";
 constexpr const char* kProgOpts = R"(SOFTWARE\Halvdorn\Tarnwell\ProgOpts)";
@@ -16,55 +15,59 @@ constexpr const char* kProgPort = R"(SOFTWARE\Halvdorn\Tarnwell\ProgPort)";
 
 TEST(StartUp, TakesItsStepsInOrderAndWritesTheDefaultsOnTheFirstRun) {
     TestProgram test;
-    test.registry.keys.clear();
-    test.program.StartUp(test.outside);
+    for (const char* top : {"0", "abc", " -0 ", ""}) {  // each of them is a first run, too
+        test.registry.keys.clear();
+        if (*top != '\0')
+            test.registry.keys = {{kStartup, {{"MainTop", top}}},
+                                  {kProgPort, {{"PortAddr", "632"}}}};
+        test.outside.steps.clear();
+        test.program.StartUp(test.outside);
+        EXPECT_EQ(test.program.state.portAddress, 888) << top;
+    }
     EXPECT_THAT(test.outside.steps, ElementsAre("file dialog", "menu checks", "layout", "colours",
                                                 "port options", "release", "grid", "buttons"));
-    using Values = std::map<std::string, std::string>;
-    EXPECT_EQ(
-        test.registry.keys[kStartup],
-        (Values{{"MainTop", "144"}, {"MainLeft", "144"}, {"EditTop", "144"}, {"EditLeft", "144"}}));
-    EXPECT_EQ(test.registry.keys[kProgOpts], (Values{{"InitDir", R"(C:\)"},
-                                                     {"NumMode", "Decimal"},
-                                                     {"DataWarn", "ShowWarn"},
-                                                     {"ReadTwice", "False"}}));
-    EXPECT_EQ(test.registry.keys[kProgPort],
-              (Values{{"PortAddr", "888"}, {"PortOpts", "11012010"}, {"I2CBus", ""}}));
-    EXPECT_EQ(test.outside.place.top, 144);
+    std::string stored;
+    for (const auto& [key, values] : test.registry.keys)
+        for (const auto& [name, value] : values)
+            stored.append(key.substr(key.rfind('\\') + 1) + " " + name + "=" + value + ", ");
+    EXPECT_EQ(stored,
+              "ProgOpts DataWarn=ShowWarn, ProgOpts InitDir=C:\\, ProgOpts NumMode=Decimal, "
+              "ProgOpts ReadTwice=False, ProgPort I2CBus=, ProgPort PortAddr=888, "
+              "ProgPort PortOpts=11012010, Startup EditLeft=144, Startup EditTop=144, "
+              "Startup MainLeft=144, Startup MainTop=144, ");
+    EXPECT_EQ(test.outside.Place().top, 144);
     EXPECT_EQ(test.Status(), "Welcome to Tarnwell");
     EXPECT_TRUE(test.program.state.driverLoaderItemVisible);
 }
 
-TEST(StartUp, TreatsAnUnusableMainTopAsAFirstRun) {
-    for (const char* top : {"0", "", "abc", " -0 "}) {
-        TestProgram test;
-        test.registry.keys[kStartup]["MainTop"] = top;
-        test.registry.keys[kProgPort]["PortAddr"] = "632";
-        test.program.StartUp(test.outside);
-        EXPECT_EQ(test.program.state.portAddress, "888") << top;
-    }
-}
-
 TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
-    using Values = std::map<std::string, std::string>;
     TestProgram test;
     const ProgramState& state = test.program.state;
-    test.registry.keys = {
+    const decltype(test.registry.keys) stored{
         {kStartup,
-         Values{{"MainTop", "150"}, {"MainLeft", "-30"}, {"EditTop", "1"}, {"EditLeft", "2"}}},
-        {kProgOpts, Values{{"InitDir", "/tv"},
-                           {"NumMode", "Hex"},
-                           {"DataWarn", "NoWarn"},
-                           {"ReadTwice", "True"}}},
-        {kProgPort,
-         Values{{"PortAddr", "632"}, {"PortOpts", "21012010"}, {"I2CBus", "u|/dev/i2c-7"}}}};
-    test.registry.keys[kStartup]["ComparePlace"] = "3";
-    const auto stored = test.registry.keys;
+         {{"MainTop", "150"},
+          {"MainLeft", "-30"},
+          {"EditTop", "1"},
+          {"EditLeft", "2"},
+          {"ComparePlace", "3"}}},
+        {kProgOpts,
+         {{"InitDir", "/tv"},
+          {"NumMode", "Hex"},
+          {"DataWarn", "NoWarn"},
+          {"ReadTwice", "True"},
+          {"RecentImages", "/b\n/a"},
+          {"RecentSettings", "/c"}}},
+        {kProgPort, {{"PortAddr", "632"}, {"PortOpts", "21012010"}, {"I2CBus", "u|/dev/i2c-7"}}}};
+    test.registry.keys = stored;
     test.program.StartUp(test.outside);
-    EXPECT_EQ(test.outside.place.top * 1000 + test.outside.place.left, 149970);
+    EXPECT_EQ(test.outside.Place().top * 1000 + test.outside.Place().left, 149970);
     EXPECT_EQ(state.editTop + state.editLeft + state.archiveFolder + state.editorWarning +
-                  state.portAddress + state.pinOptions,
-              "12/tvNoWarn63221012010");
+                  state.pinOptions,
+              "12/tvNoWarn21012010");
+    EXPECT_THAT(state.recentImages.Paths(), ElementsAre("/b", "/a"));
+    EXPECT_THAT(state.recentSettings.Paths(), ElementsAre("/c"));
+    EXPECT_EQ(state.portAddress, 632);
+    EXPECT_EQ(state.bus, (ChosenBus{I2cBus{"u", "/dev/i2c-7"}}));
     EXPECT_EQ(state.numberMode, NumberMode::Hex);
     EXPECT_EQ(state.readPasses, 2);
     for (auto& [key, values] : test.registry.keys)
@@ -78,12 +81,14 @@ TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
     test.program.StartUp(test.outside);
     EXPECT_EQ(state.numberMode, NumberMode::Decimal);
     EXPECT_EQ(state.readPasses, 1);
-    EXPECT_EQ(state.editorWarning + state.pinOptions, "");
-    test.outside.place = {0, -40};
+    EXPECT_EQ(state.editorWarning + state.pinOptions + PortAddressText(state.portAddress), "");
+    test.registry.keys[kProgOpts]["RecentImages"] = "/gone";
+    test.outside.Place({0, -40});
     EXPECT_EQ(test.program.ShutDown(), Closing::EndProgram);
     EXPECT_EQ(test.registry.keys[kStartup]["MainTop"] + test.registry.keys[kStartup]["MainLeft"],
               "1-40");
-    EXPECT_EQ(test.outside.place.top, 1);
+    EXPECT_EQ(test.outside.Place().top, 1);
+    EXPECT_EQ(test.registry.keys[kProgOpts]["RecentImages"], "");
     EXPECT_EQ(test.registry.keys.count(kProgPort), 0U) << "no key is created at the end";
 }
 
@@ -101,46 +106,29 @@ TEST(GetOSFamily, FollowsTheVersionRecord) {
     outside.versionKnown = false;
     EXPECT_THROW(find(2, 5), ProgramEnd);
     EXPECT_EQ(user.boxes[4].style, BoxStyle::Critical);
-    EXPECT_EQ(user.TakeBoxes()[4],
-              "F A T A L   E R R O R|Could not determine the Computer OS!\r\n"
-              "The program will now terminate.");
+    EXPECT_THAT(user.TakeBoxes()[4], StartsWith("F A T A L   E R R O R|Could not determine the C"));
 }
 
-constexpr const char* kSettingsQuestion =
-    "W A R N I N G|Setting values have been changed, but not archived\r\n"
-    "to a disk or written to an EEProm.\r\n\r\nReally exit without saving the changes?";
-constexpr const char* kBufferQuestion =
-    "W A R N I N G|The memory buffer been changed,\r\nbut not archived to a disk.\r\n\r\n"
-    "Really exit without archiving?";
-
 TEST(ShutDown, AsksAtMostOneQuestionAfterSavingTheOptions) {
-    struct Row {
-        bool settings, buffer;
-        const char* question;
-    };
-    for (const Row& row :
-         {Row{false, false, ""}, Row{true, true, kSettingsQuestion},
-          Row{true, false, kSettingsQuestion}, Row{false, true, kBufferQuestion}}) {
-        for (const Answer answer : {Answer::Yes, Answer::No}) {
-            TestProgram test;
-            test.program.state.BufferChanged = row.buffer;
-            if (row.settings)
-                test.program.cells.SetMark(71, Mark::Save);
-            const std::string question = row.question;
-            if (!question.empty())
-                test.WillAnswer({answer});
-            const int flushes = test.registry.flushes;
-            test.user.onBox = [&](const Box& box) {
-                EXPECT_EQ(test.registry.flushes, flushes + 1);
-                EXPECT_EQ(box.style, BoxStyle::YesNoExclamation);
-            };
-            const bool ends = question.empty() || answer == Answer::Yes;
-            EXPECT_EQ(test.program.ShutDown(), ends ? Closing::EndProgram : Closing::KeepRunning);
-            EXPECT_EQ(test.user.TakeBoxes(), question.empty() ? std::vector<std::string>{}
-                                                              : std::vector<std::string>{question});
+    for (int kind = 0; kind < 8; ++kind) {
+        const bool yes = (kind & 1) != 0, settings = (kind & 2) != 0, buffer = (kind & 4) != 0;
+        TestProgram test;
+        test.program.state.BufferChanged = buffer;
+        if (settings)
+            test.program.cells.SetMark(71, Mark::Save);
+        if (settings || buffer)
+            test.WillAnswer({yes ? Answer::Yes : Answer::No});
+        const int flushes = test.registry.flushes;
+        std::string asked;
+        test.user.onBox = [&](const Box& box) {
             EXPECT_EQ(test.registry.flushes, flushes + 1);
-            EXPECT_EQ(test.program.state.BufferChanged, row.buffer);
-        }
+            EXPECT_EQ(box.style, BoxStyle::YesNoExclamation);
+            asked += box.text.substr(0, 17);
+        };
+        EXPECT_EQ(test.program.ShutDown() == Closing::EndProgram, yes || !(settings || buffer));
+        EXPECT_EQ(asked, settings ? "Setting values ha" : buffer ? "The memory buffer" : "");
+        EXPECT_EQ(test.registry.flushes, flushes + 1);
+        EXPECT_EQ(test.program.state.BufferChanged, buffer);
     }
 }
 
@@ -154,7 +142,7 @@ TEST(Abandon, FreesTheBusAtTheNextByteOfACommandAndSavesTheOptions) {
         };
         test.stop.Note(SIGTERM);
         testing::internal::CaptureStderr();
-        EXPECT_THROW(command.run(test), int) << command.name;
+        EXPECT_THROW(command.Run(test), int) << command.name;
         EXPECT_EQ(testing::internal::GetCapturedStderr(),
                   command.writes ? "tarnwell: ended; 1 byte was written to the primary EEPROM and "
                                    "not verified.\n"
@@ -166,57 +154,59 @@ TEST(Abandon, FreesTheBusAtTheNextByteOfACommandAndSavesTheOptions) {
     }
 }
 
-TEST(StatusLine, ClearsItselfAndPointsFromTheWelcomeToTheAboutBox) {
+TEST(StatusLine, ClearsItselfAndPointsFromTheWelcomeToTheAboutBoxOnceNoCommandRuns) {
     using namespace std::chrono_literals;
     TestProgram test;
+    StatusBar& bar = test.program.statusBar;
     EXPECT_EQ(test.timer.running, 5000ms);
-    test.program.statusBar.MsgTimerFired();
+    bar.MsgTimerFired();
     EXPECT_EQ(test.Status(), "Please read about Tarnwell 2 in Help --> About");
     EXPECT_EQ(test.timer.running, 15000ms);
-    test.program.statusBar.ShowStatus("a", 30);
-    EXPECT_EQ(test.timer.running, 30000ms);
-    test.program.statusBar.MsgTimerFired();
-    EXPECT_EQ(test.Status(), "");
+    for (const char* shown : {"", "new"}) {
+        bar.ShowStatus("old", 30);
+        EXPECT_EQ(test.timer.running, 30000ms);
+        std::optional<CommandScope> command(bar);
+        std::make_unique<CommandScope>(bar).reset();
+        bar.MsgTimerFired();
+        std::make_unique<CommandScope>(bar).reset();
+        EXPECT_EQ(test.Status(), "old");
+        if (*shown != '\0')
+            bar.ShowStatus(shown, 5);
+        command.reset();
+        EXPECT_EQ(test.Status(), shown);
+    }
+    bar.MsgTimerFired();
     EXPECT_EQ(test.timer.running, std::nullopt);
 }
 
-TEST(StatusLine, HoldsItsTimerBackUntilTheCommandHasEnded) {
-    TestProgram test;
-    test.program.statusBar.ShowStatus("old", 5);
-    {
-        const CommandScope command(test.program.statusBar);
-        {
-            const CommandScope inner(test.program.statusBar);
-            test.program.statusBar.MsgTimerFired();
-        }
-        EXPECT_EQ(test.Status(), "old");
+TEST(DriverLoaderTest, StartsTheLoaderThenShowsWhereTheDriverIsOrWouldBe) {
+    TestProgram t;
+    const auto run = [&](Platform& platform) {
+        const std::string path =
+            DriverLoader(platform, t.outside, t.program.statusBar, t.user).Run();
+        auto shown = t.user.TakeBoxes();
+        shown.push_back(path);
+        return shown;
+    };
+    LinuxPlatform linux;
+    EXPECT_THAT(run(linux),
+                ElementsAre(HasSubstr("/program/loaddrv"),
+                            MatchesRegex("/lib/modules/[^/]*/kernel/drivers/char/ppdev.ko")));
+    t.outside.systemFolder = R"(C:\WINNT)";
+    const std::string composed = R"(C:\WINNT\system32\drivers\dlportio.sys)";
+    const std::string loader = R"(/program\LOADDRV.EXE)";
+    EXPECT_THAT(run(t.outside), ElementsAre(HasSubstr(loader), composed));
+    t.outside.existing = {loader};
+    for (const std::string module : {"/lib/modules/test/updates/ppdev.ko.xz", "", "(builtin)"}) {
+        t.outside.modulePath = module;
+        EXPECT_THAT(run(t.outside), ElementsAre(module.ends_with(".xz") ? module : composed));
     }
-    EXPECT_EQ(test.Status(), "");
-    {
-        const CommandScope command(test.program.statusBar);
-        test.program.statusBar.MsgTimerFired();
-        test.program.statusBar.ShowStatus("new", 5);
-    }
-    EXPECT_EQ(test.Status(), "new");
-}
-
-TEST(Help, SaysWhatIsMissingOrCannotBeStarted) {
-    TestProgram test;
-    test.program.helpCommands.HelpTopics();
-    EXPECT_THAT(test.outside.started, IsEmpty());
-    EXPECT_THAT(test.user.TakeBoxes(),
-                ElementsAre("E R R O R|Could not start\r\n/program/help/Tarnwell.html\r\n"
-                            "The file is missing."));
-    test.outside.existing = {"/program/help/Tarnwell.html", "/program/help/iris.html",
-                             "/program/history.txt", "/program/pemvora"};
-    test.program.helpCommands.HelpTopics();
-    test.program.helpCommands.ShowTopic(Topic::Iris);
-    test.program.helpCommands.ReleaseHistory();
-    test.program.helpCommands.StartExtraProgram();
-    EXPECT_EQ(test.outside.started, test.outside.existing);
-    test.outside.startsSucceed = false;
-    test.program.helpCommands.ReleaseHistory();
-    EXPECT_EQ(test.user.TakeBoxes().size(), 1U);
+    EXPECT_EQ(t.outside.started, std::vector(3, loader));
+    t.outside.startsSucceed = false;
+    EXPECT_THAT(run(t.outside), ElementsAre(StartsWith("E R R O R|"), composed));
+    t.outside.systemFolder.clear();
+    EXPECT_THROW(run(t.outside), ProgramEnd);
+    EXPECT_THAT(t.user.TakeBoxes().back(), HasSubstr("Could not determine the Windows Path!"));
 }
 
 }  // namespace

@@ -1,13 +1,10 @@
 // Two sides, the rows that tell them apart, and what is taken into the memory buffer.
-#include <fstream>
-
 #include "archive/SettingsRecords.h"
+#include "differences/DifferenceTexts.h"
 #include "support/TestProgram.h"
 
 namespace tarnwell {
 namespace {
-
-using ::testing::ElementsAre;
 
 MemoryBuffer With(const std::map<int, int>& bytes) {
     MemoryBuffer image{};
@@ -31,138 +28,262 @@ TEST(DifferenceRows, ASettingIsARowAndNeighboursAreAPlace) {
     EXPECT_EQ(DifferenceRows(TargetDevice::Secondary, With({{2085, 5}}), {})[0].cell, std::nullopt);
 }
 
-struct Session : TestProgram {
-    Compare& compare = program.compare;
+struct Compare : testing::Test, TestProgram {
+    CompareCommand& compare = program.compare;
 
-    Session() {
+    Compare() {
         television.Memory(Chip::Primary).fill(0x40);
         program.wholeDevice.ReadEntireEep();
         EXPECT_TRUE(compare.Choose(Side::Left, Source::Buffer));
     }
 };
 
-TEST(Compare, ADeviceThatDoesNotAnswerLeavesItsSideEmpty) {
-    Session session;
-    session.television.Memory(Chip::Secondary).fill(0x40);
-    session.television.Memory(Chip::Secondary)[2363] = 1;
-    ASSERT_TRUE(session.compare.Choose(Side::Right, Source::Secondary));
-    EXPECT_EQ(session.compare.Summary(), "1 byte differs: 1 byte in 1 place");
-    EXPECT_EQ(session.Status(), "Secondary EEProm Data Read for Comparison");
-    EXPECT_EQ(session.program.state.targetDevice, TargetDevice::Primary);
-    session.television.Inject({.kind = FaultKind::SclStuckLow});
-    EXPECT_FALSE(session.compare.Choose(Side::Right, Source::Primary));
-    EXPECT_EQ(session.user.boxes.size(), 1U);
-    EXPECT_EQ(session.compare.Of(Side::Right), std::nullopt);
-    EXPECT_FALSE(session.compare.CanTake());
-    EXPECT_EQ(session.compare.Summary(), "");
-    EXPECT_TRUE(session.compare.Rows().empty());
-}
-
-TEST(Compare, ASettingsArchiveHasOnlyItsValues) {
-    Session session;
-    session.program.cells.ShowValue(*CellAtAddress(2363), 7);
-    const std::string path = session.folder.Path("settings.mot");
-    ASSERT_TRUE(WriteArchive(path, SettingsRecords(session.program.cells)));
-    session.program.state.EepRead = false;
-    session.user.files = {path};
-    ASSERT_TRUE(session.compare.Choose(Side::Right, Source::SettingsArchive));
-    EXPECT_EQ(session.compare.Summary(), "1 byte differs: 1 setting");
+TEST_F(Compare, ASettingsArchiveHasOnlyItsValues) {
+    program.cells.ShowValue(*CellAtAddress(2363), 7);
+    const std::string path = folder.Path("settings.mot");
+    ASSERT_TRUE(WriteArchive(path, ArchiveText(SettingsRecords(program.cells))));
+    program.state.EepRead = false;
+    user.files = {path};
+    ASSERT_TRUE(compare.Choose(Side::Right, Source::SettingsArchive));
+    EXPECT_EQ(compare.Summary(), "1 byte differs: 1 setting");
 
     const std::string header(kSettingsHeader);
     for (const auto& [source, content, taken, told] :
          {std::tuple(Source::ImageArchive, std::string("nothing\r\n"), false, "not an S-Record"),
-          {Source::ImageArchive, std::string(), false, "The file cannot be read as a whole;"},
           {Source::ImageArchive, std::string(kImageHeader), false, "read as a whole;"},
           {Source::SettingsArchive, header, false, "The file cannot be read as a whole;"},
           {Source::SettingsArchive, header + "\r\nS9030000FC", true, "not have all settings;"}}) {
-        const std::string other = session.folder.Path("other.mot");
-        std::ofstream(other) << content;
-        session.user.files = {other};
-        EXPECT_EQ(session.compare.Choose(Side::Right, source), taken);
-        EXPECT_THAT(session.user.TakeBoxes(), ElementsAre(::testing::HasSubstr(told)));
-        EXPECT_EQ(session.compare.Summary(),
-                  taken ? "No differences" : "1 byte differs: 1 setting");
+        folder.Write("other.mot", content);
+        user.files = {folder.Path("other.mot")};
+        EXPECT_EQ(compare.Choose(Side::Right, source), taken);
+        EXPECT_THAT(user.TakeBoxes(), ElementsAre(HasSubstr(told)));
+        EXPECT_EQ(compare.Summary(), taken ? "No differences" : "1 byte differs: 1 setting");
     }
 }
 
-TEST(Compare, ABufferWithoutAnImageIsNoSide) {
-    TestProgram test;
-    test.program.compare.Begin();
-    EXPECT_FALSE(test.program.compare.Choose(Side::Left, Source::Buffer));
-    EXPECT_THAT(test.user.TakeBoxes(), ElementsAre("E R R O R|Must First Read the EEPROM! "));
-    EXPECT_EQ(test.program.compare.Of(Side::Left), std::nullopt);
-    EXPECT_TRUE(test.program.compare.Choose(Side::Right, Source::Primary));
-    EXPECT_EQ(test.program.compare.Summary(), "");
-    test.program.wholeDevice.ReadEntireEep();
-    test.program.compare.Begin();
-    EXPECT_EQ(test.program.compare.Of(Side::Left), Source::Buffer);
-    test.program.state.targetDevice = TargetDevice::Secondary;
-    EXPECT_TRUE(test.program.compare.Choose(Side::Left, Source::Primary));
-    test.television.Memory(Chip::Primary)[2085] ^= 0x80;
-    EXPECT_TRUE(test.program.compare.Choose(Side::Right, Source::Primary));
-    EXPECT_EQ(test.program.compare.Summary(), "1 byte differs: 1 setting") << "of the primary";
+TEST_F(Compare, FilesThatWereUsedAreListedUntilTheyAreGone) {
+    const auto path = [&](auto name) { return folder.Path(std::string(1, name)); };
+    const auto names = [&](const RecentFiles& files) {
+        std::string all;
+        for (const std::string& file : files.Paths())
+            all += file.back();
+        return all;
+    };
+    const RecentFiles& images = program.state.recentImages;
+    const RecentFiles& settings = program.state.recentSettings;
+    for (const char name : std::string("123456789\n")) {
+        user.files = {path(name)};
+        program.state.BufferChanged = true;
+        program.imageArchive.SaveImage();
+    }
+    EXPECT_EQ(names(images), "98765432");
+    EXPECT_EQ(RecentFiles::FromText("\n" + images.Text() + "\nx").Paths(), images.Paths());
+    program.imageArchive.LoadRecentImage(path('3'));
+    EXPECT_TRUE(compare.ChooseFile(Side::Left, Source::ImageArchive, path('5')));
+    EXPECT_EQ(compare.FileOf(Side::Left), path('5'));
+    user.files = {path('1')};
+    EXPECT_TRUE(compare.Choose(Side::Right, Source::ImageArchive));
+    EXPECT_EQ(compare.FileOf(Side::Right), path('1'));
+    EXPECT_EQ(names(images), "15398764");
+    std::ofstream(path('4')) << "nothing";
+    program.imageArchive.LoadRecentImage(path('4'));
+    program.imageArchive.LoadKeptImage({path('2'), TargetDevice::Primary, "", 1});
+    EXPECT_EQ(names(images), "15398764") << "only what was taken, and no backup";
+
+    ASSERT_TRUE(WriteArchive(path('s'), ArchiveText(SettingsRecords(program.cells))));
+    program.settingsArchive.LoadSettingsFile(path('s'));
+    EXPECT_TRUE(compare.ChooseFile(Side::Right, Source::SettingsArchive, path('s')));
+    user.files = {path('t')};
+    program.settingsArchive.SaveSettings();
+    program.settingsArchive.LoadRecentSettings(path('s'));
+    EXPECT_EQ(Status(), "Settings Loaded from Archive Disk File");
+    EXPECT_EQ(names(settings), "st");
+    user.TakeBoxes();
+    for (const char name : {'9', 's', 't'})
+        std::filesystem::remove(path(name));
+    const MemoryBuffer buffer = program.buffer;
+    program.imageArchive.LoadRecentImage(path('9'));
+    program.settingsArchive.LoadRecentSettings(path('t'));
+    EXPECT_FALSE(compare.ChooseFile(Side::Right, Source::SettingsArchive, path('s')));
+    EXPECT_EQ(compare.FileOf(Side::Right), path('s')) << "as it was";
+    EXPECT_EQ(
+        user.TakeBoxes().back(),
+        "I N F O|The file is not there any more, and was taken out of the list:\r\n" + path('s'));
+    EXPECT_EQ(names(images) + names(settings), "1538764");
+    EXPECT_EQ(program.buffer, buffer);
 }
 
-TEST(Compare, TakenBitsComeIntoTheBufferAndSettingsWaitToBeWritten) {
-    Session session;
-    session.television.Memory(Chip::Primary)[2085] = 0x47;
-    session.television.Memory(Chip::Primary)[2086] = 0x41;
-    session.television.Memory(Chip::Primary)[2087] = 0x88;
-    session.television.Memory(Chip::Primary)[100] = 0x12;
-    ASSERT_TRUE(session.compare.Choose(Side::Right, Source::Primary));
-    EXPECT_EQ(session.Status(), "Primary EEProm Data Read for Comparison");
-    const std::string crc = session.Crc();
+TEST_F(Compare, ABufferWithoutAnImageIsNoSide) {
+    program.state.EepRead = false;
+    program.buffer.fill(0);
+    compare.Begin();
+    EXPECT_FALSE(compare.Choose(Side::Left, Source::Buffer));
+    EXPECT_THAT(user.TakeBoxes(), ElementsAre("E R R O R|Must First Read the EEPROM! "));
+    EXPECT_TRUE(compare.Choose(Side::Right, Source::Primary));
+    EXPECT_EQ(compare.Of(Side::Left), std::nullopt);
+    EXPECT_EQ(compare.Summary(), "");
+    program.wholeDevice.ReadEntireEep();
+    compare.Begin();
+    EXPECT_EQ(compare.Of(Side::Left), Source::Buffer);
+    program.state.targetDevice = TargetDevice::Secondary;
+    EXPECT_TRUE(compare.Choose(Side::Left, Source::Primary));
+    television.Memory(Chip::Primary)[2085] ^= 0x80;
+    EXPECT_TRUE(compare.Choose(Side::Right, Source::Primary));
+    EXPECT_EQ(compare.Summary(), "1 byte differs: 1 setting") << "of the primary";
+}
+
+TEST_F(Compare, TakenBitsComeIntoTheBufferAndSettingsWaitToBeWritten) {
+    for (const auto& [address, byte] : {std::pair(2085, 0x47), {2086, 0x41}, {2087, 0x88}, {9, 1}})
+        television.Memory(Chip::Primary)[std::size_t(address)] = std::uint8_t(byte);
+    ASSERT_TRUE(compare.Choose(Side::Right, Source::Primary));
+    EXPECT_EQ(Status(), "Primary EEProm Data Read for Comparison");
+    const std::string crc = Crc();
     const int tint = *CellAtAddress(2085);
-    auto rows = session.compare.Rows();
-    std::erase_if(rows, [](const DifferenceRow& row) { return row.Address() == 100; });
+    auto rows = compare.Rows();
     std::erase_if(rows, [&](const DifferenceRow& row) { return row.cell != tint; });
-    session.compare.Take(rows);
-    EXPECT_EQ(session.program.buffer[2085], 0x44);
-    EXPECT_EQ(session.program.buffer[100], 0x40);
-    EXPECT_TRUE(session.program.state.BufferChanged);
-    EXPECT_NE(session.Crc(), crc);
-    EXPECT_EQ(session.program.cells.Caption(tint), "17");
-    EXPECT_EQ(session.program.cells.MarkOf(tint), Mark::Save);
-    EXPECT_EQ(session.program.cells.Colour(tint), CellColour::Changed);
-    EXPECT_EQ(session.program.grid.Text({130, 6}), "68");
+    compare.Take(rows);
+    EXPECT_TRUE(program.buffer[2085] == 0x44 && program.buffer[9] == 0x40);
+    EXPECT_TRUE(program.state.BufferChanged);
+    EXPECT_EQ(Crc(), mCRC32::BufferCrcText(program.buffer));
+    EXPECT_EQ(program.cells.Caption(tint), "17");
+    EXPECT_EQ(program.cells.MarkOf(tint), Mark::Save);
+    EXPECT_EQ(program.cells.Colour(tint), CellColour::Changed);
+    EXPECT_EQ(program.grid.Text(GridCell::At(2085)), "68");
 
-    session.compare.Take(session.compare.Rows());
-    EXPECT_EQ(session.compare.Summary(), "No differences");
-    EXPECT_EQ(session.Status(), "Values Taken Into Memory Buffer");
+    compare.Take(compare.Rows());
+    EXPECT_EQ(compare.Summary(), "No differences");
+    EXPECT_EQ(Status(), "Values Taken Into Memory Buffer");
     for (int take = 0; take < 2; ++take) {
-        session.program.undo.Undo();
-        EXPECT_EQ(session.Status(), "Undone: Take from Primary EEProm");
+        program.undo.Undo();
+        EXPECT_EQ(Status(), "Undone: Take from Primary EEProm");
     }
-    EXPECT_EQ(session.Crc(), crc);
-    EXPECT_EQ(session.program.cells.MarkOf(tint), Mark::Clean);
+    EXPECT_EQ(Crc(), crc);
 }
 
-TEST(Compare, ABackupIsASideAndIsLoadedWithItsQuestions) {
-    Session session;
-    Program& program = session.program;
-    ASSERT_TRUE(program.backups.Keep(TargetDevice::Primary, With({{2363, 0x41}})));
-    EXPECT_TRUE(session.compare.ChooseBackup(Side::Right, program.backups.All().front()));
-    EXPECT_EQ(session.compare.Summary(),
-              "8192 bytes differ: 72 settings, 8120 other bytes in 14 places");
-    ASSERT_TRUE(program.backups.Keep(TargetDevice::Secondary, With({{2363, 0x40}})));
-    const KeptImage kept = program.backups.All().front();
-    const std::string folder = program.state.archiveFolder;
-    EXPECT_TRUE(session.compare.ChooseBackup(Side::Right, kept));
-    EXPECT_EQ(session.compare.Device(), TargetDevice::Secondary);
-    EXPECT_EQ(session.compare.Summary(), "8191 bytes differ: 8191 bytes in 2 places");
+TEST_F(Compare, WhatIsTakenIsTheTargetDevices) {
+    television.Memory(Chip::Secondary).fill(0x0B);
+    ASSERT_TRUE(compare.Choose(Side::Right, Source::Secondary));
+    EXPECT_EQ(Status(), "Secondary EEProm Data Read for Comparison");
+    EXPECT_EQ(program.state.targetDevice, TargetDevice::Primary);
+    compare.Take(compare.Rows());
+    EXPECT_EQ(program.cells.Caption(0), "11") << "the buffer's, as every value shown";
+    EXPECT_EQ(program.cells.MarkOf(71), Mark::Save);
+    EXPECT_EQ(program.cells.Caption(71), "0");
 
-    program.grid.SetGridChanged(true);
-    session.WillAnswer({Answer::Yes, Answer::No});
-    program.imageArchive.LoadKeptImage(kept);
-    EXPECT_EQ(session.Status(), "EEProm Image Load Cancelled");
-    ASSERT_EQ(session.user.boxes.size(), 2U);
-    EXPECT_THAT(session.user.boxes[1].text, ::testing::StartsWith("This is a backup of the Sec"));
-    EXPECT_EQ(session.user.boxes[1].defaultButton, DefaultButton::No);
-    session.WillAnswer({Answer::Yes, Answer::Yes, Answer::Yes});
-    program.imageArchive.LoadKeptImage(kept);
-    EXPECT_EQ(program.buffer[2362] + program.buffer[2363], 0x40);
-    EXPECT_EQ(program.state.archiveFolder, folder) << "the next dialog opens where it did";
-    EXPECT_FALSE(session.compare.ChooseBackup(Side::Left, {"missing", kept.device, "", 1}));
+    const std::string path = folder.Path("settings.mot");
+    ASSERT_TRUE(WriteArchive(path, ArchiveText(SettingsRecords(program.cells))));
+    WillAnswer({Answer::Ok, Answer::Yes});
+    program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
+    program.buffer.fill(1);
+    compare.Begin();
+    user.files = {path};
+    ASSERT_TRUE(compare.Choose(Side::Right, Source::SettingsArchive));
+    compare.Take(compare.Rows());
+    EXPECT_EQ(Status(), "Use the Data Editor to View/Modify data");
+    ASSERT_TRUE(compare.Choose(Side::Left, Source::Primary));
+    EXPECT_TRUE(compare.CanWrite());
+    ASSERT_TRUE(compare.Choose(Side::Left, Source::Secondary));
+    EXPECT_TRUE(compare.HasOneDevice() && !compare.CanWrite());
+    EXPECT_THAT(program.buffer, Each(1));
+}
+
+TEST_F(Compare, RowsAreWrittenToTheSideThatIsADevice) {
+    EepromImage& primary = television.Memory(Chip::Primary);
+    EepromImage& secondary = television.Memory(Chip::Secondary);
+    program.buffer[100] = program.buffer[101] = 0x12;
+    program.buffer[2085] = 0x47;  // TINT 17, and its other bits
+    ASSERT_TRUE(compare.Choose(Side::Right, Source::Primary));
+    auto rows = compare.Rows();
+    ASSERT_EQ(rows.size(), 3U);
+    rows.erase(rows.end() - 1);
+    primary[101] = 0x12;  // behind the window's back
+    primary[5000] = 0x41;
+    EepromImage wanted = primary;
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
+        WillAnswer({answer});
+        compare.Write(rows);
+        EXPECT_EQ(primary[100], answer == Answer::No ? 0x40 : 0x12);
+        EXPECT_THAT(user.TakeBoxes(),
+                    ElementsAre("V E R I F Y|Write 2 bytes to the Primary EEProm?\r\n2 bytes "
+                                "differ: 1 setting, 1 other byte in 1 place."));
+        EXPECT_EQ(compare.Image(Side::Right)[5000], 0x41);
+    }
+    wanted[100] = 0x12, wanted[2085] = 0x44;
+    EXPECT_EQ(primary, wanted);
+    EXPECT_EQ(Status(), "EEP Verified OK; 2 Bytes Written");
+    EXPECT_EQ(compare.Summary(), "2 bytes differ: 2 bytes in 2 places");
+    compare.Write(rows);
+    EXPECT_THAT(user.TakeBoxes(),
+                ElementsAre("I N F O|The EEProm already holds what is to be written."));
+
+    secondary.fill(0x40);
+    ASSERT_TRUE(compare.Choose(Side::Right, Source::Secondary));
+    for (const auto& answers : {std::vector{Answer::Cancel}, {Answer::Ok, Answer::No}}) {
+        user.answers.assign(answers.begin(), answers.end());
+        compare.Write(compare.Rows());
+        EXPECT_EQ(Status(), "EEProm Write Cancelled");
+        EXPECT_EQ(user.boxes.back().text.find("B E   C") == 0, answers.size() == 1);
+        EXPECT_TRUE(user.answers.empty() && secondary[100] == 0x40);
+    }
+    EXPECT_EQ(user.TakeBoxes().back(),
+              "C A U T I O N|These values are those of the Primary EEProm.\r\nWrite them to the "
+              "Secondary EEProm all the same?");
+    WillAnswer({Answer::Ok, Answer::Yes, Answer::Yes});
+    compare.Write(compare.Rows());
+    EXPECT_TRUE(std::ranges::equal(secondary, std::span(program.buffer).first(kEepromBytes)));
+    EXPECT_THAT(program.backups.LastKept(), EndsWith("-Sec.mot"));
+    EXPECT_TRUE(program.state.targetDevice == TargetDevice::Primary && primary == wanted);
+
+    ASSERT_TRUE(compare.Choose(Side::Right, Source::Primary));
+    for (const std::uint64_t writes : {0U, 1U}) {
+        EXPECT_EQ(compare.Of(Side::Right), Source::Primary);
+        television.ClearFaults();
+        television.Inject(
+            {.kind = FaultKind::SdaStuckLow, .begins = {WireEvent::WriteCycle, writes}});
+        user.answers = {Answer::Yes};
+        compare.Write(compare.Rows());
+    }
+    EXPECT_EQ(compare.Of(Side::Right), std::nullopt) << "nobody knows what it holds";
+    EXPECT_FALSE(compare.CanWrite() || compare.HasDevice());
+}
+
+TEST_F(Compare, ADeviceReadAgainSaysWhatChangedMeanwhile) {
+    EepromImage& primary = television.Memory(Chip::Primary);
+    ASSERT_TRUE(compare.Choose(Side::Right, Source::Primary));
+    program.buffer[7] = 1;
+    primary[100] = primary[2363] = 0x41;
+    EXPECT_EQ(ListText(compare.ReadAgain(), NumberMode::Decimal, ' ').substr(34),
+              "100   64 65\n2363 CR02 480i 64 65\n");
+    EXPECT_EQ(Status(), "2 bytes changed since the last reading");
+    EXPECT_EQ(compare.Rows().size(), 3U);
+    EXPECT_TRUE(compare.ReadAgain().empty());
+    EXPECT_EQ(Status(), "Nothing changed since the last reading");
+    television.Inject({.kind = FaultKind::SclStuckLow});
+    primary[100] = 0x42;
+    EXPECT_TRUE(compare.ReadAgain().empty());
+    EXPECT_EQ(compare.Of(Side::Right), Source::Primary);
+    EXPECT_THAT(Status(), Not(HasSubstr("since")));
+}
+
+TEST_F(Compare, ABackupIsASideAndIsLoadedWithItsQuestions) {
+    for (const auto& [device, summary] :
+         {std::pair(TargetDevice::Primary,
+                    "8192 bytes differ: 72 settings, 8120 other bytes in 14 places"),
+          {TargetDevice::Secondary, "8192 bytes differ: 8192 bytes in 1 place"}}) {
+        ASSERT_NE(program.backups.Keep(device, With({{2363, 0x41}})), "");
+        EXPECT_TRUE(compare.ChooseBackup(Side::Right, program.backups.All().front()));
+        EXPECT_EQ(compare.Device(), device);
+        EXPECT_EQ(compare.Summary(), summary);
+    }
+    const std::string before = program.state.archiveFolder;
+    WillAnswer({Answer::Yes, Answer::Yes});
+    program.imageArchive.LoadKeptImage(program.backups.All().front());
+    EXPECT_THAT(user.boxes.at(0).text, StartsWith("This is a backup of the Sec"));
+    EXPECT_EQ(user.boxes[0].defaultButton, DefaultButton::No);
+    EXPECT_EQ(Status(), "Loaded; Write Differences brings it to the EEProm");
+    EXPECT_EQ(program.buffer[2362] + program.buffer[2363], 0x41);
+    EXPECT_EQ(program.state.archiveFolder, before) << "the next dialog opens where it did";
+    EXPECT_FALSE(compare.ChooseBackup(Side::Left, {"missing", TargetDevice::Primary, "", 1}));
 }
 
 }  // namespace

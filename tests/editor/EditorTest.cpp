@@ -8,65 +8,63 @@ namespace tarnwell {
 namespace {
 
 using enum EditKey;
-using testing::ElementsAre;
-using testing::Optional;
 
 /// The editor page with the editor on, over a buffer of zeros.
-class EditorTest : public testing::Test {
+class EditorTest : public testing::Test, protected TestProgram {
   protected:
     EditorTest() {
         program.grid.FillGrid();
         program.editorPage.SwitchPage(Page::Editor);
         program.editorPage.ToggleEditor();
     }
-    void Enter(int address, const std::string& text, EditKey key = Next) {
-        editor.MoveTo(GridCell::At(address));
-        editor.Click();
-        editor.TextEdited(text);
-        editor.KeyPressed(key);
+    /// Takes rows of the queue back; then the byte at 300, whether it is changed, and the queue.
+    std::string After(const std::string& rowsTakenBack) {
+        for (const char row : rowsTakenBack)
+            program.pending.TakeBack(row - '0');
+        std::string text = program.grid.Text(GridCell::At(300));
+        text += program.grid.IsChanged(GridCell::At(300)) ? "!" : "";
+        for (int row = 0; row < program.pending.Count(); ++row) {
+            const auto [address, before, after] = program.pending.Row(row);
+            text.append("; " + address + " " + before + " " + after);
+        }
+        return text + (program.state.GridChanged ? "; !" : "");
     }
     std::string WritePending() {
         program.pending.WritePending();
-        return test.Status();
+        return Status();
     }
 
-    TestProgram test;
-    Program& program = test.program;
     CellEditor& editor = program.cellEditor;
-    EepromImage& memory = test.television.Memory(Chip::Primary);
+    EepromImage& memory = television.Memory(Chip::Primary);
 };
 
 TEST_F(EditorTest, KeysGoRoundAtTheEndsAndAnEmptyTextIsNoChangeWhereZeroStands) {
-    for (const auto& [from, key, to] :
-         {std::tuple(8191, Next, 0), {0, Previous, 8191}, {20, Down, 36}}) {
+    for (const auto& [from, key, to] : {std::tuple(8191, Next, 0),
+                                        {0, Previous, 8191},
+                                        {20, Down, 36},
+                                        {8180, Down, 8180},
+                                        {36, Up, 20},
+                                        {5, Up, 5},
+                                        {33, Left, 32},
+                                        {32, Left, 32}}) {
         for (const char* text : {"", "5", ""})
-            Enter(from, text, key);
+            EditByte(from, text, key);
         EXPECT_EQ(program.grid.Current().Address(), to);
-        EXPECT_EQ(test.Status(), "Editing EEPROM Address: " + std::to_string(to));
-        EXPECT_EQ(test.timer.running, std::nullopt);
+        EXPECT_EQ(Status(), "Editing EEPROM Address: " + std::to_string(to));
+        EXPECT_EQ(timer.running, std::nullopt);
         EXPECT_EQ(program.pending.Count(), 2);
         program.pending.ClearPendingWrites();
     }
-    TestProgram fresh;
-    fresh.program.editorPage.ToggleEditor();
-    fresh.program.cellEditor.Click();
-    fresh.program.cellEditor.KeyPressed(Next);
-    EXPECT_EQ(fresh.program.pending.Count(), 0) << "a grid that was never filled";
 }
 
 TEST_F(EditorTest, TypedCharactersAndNumberModes) {
-    using enum NumberMode;
-    for (const auto& [mode, status, shown, typedA] :
-         {std::tuple(Hex, "Number Mode Changed to Hexadecimal", "1FF0 F", "A"),
-          {Decimal, "Number Mode Changed to Decimal", "8176 15", "a"},
-          {Decimal, "", "8176 15", "a"}}) {
-        program.statusBar.PutStatus("");
+    for (const auto& [mode, shown, typedA] :
+         {std::tuple(NumberMode::Hex, "1FF0 F", "A"), {NumberMode::Decimal, "8176 15", "a"}}) {
         program.numberModeMenu.Select(mode);
-        EXPECT_EQ(test.Status(), status);
-        const DataGrid& grid = program.grid;
-        EXPECT_EQ(grid.RowAddressText(511) + " " + grid.HeadingText(15), shown);
+        EXPECT_THAT(Status(), StartsWith("Number Mode Changed to "));
+        EXPECT_EQ(program.grid.RowAddressText(511) + " " + program.grid.HeadingText(15), shown);
         EXPECT_EQ(program.pending.Row(9).EditAddress, "0") << "an empty row";
-        for (const std::string character : {"a", "7", "-", "g", "\xC3\xA9"}) {
+        for (const std::string character : {"7", "-", "g", "\xC3\xA9", "a"}) {
             editor.CharacterTyped(character);
             EXPECT_EQ(program.grid.EditText(), character == "a" ? typedA : character);
         }
@@ -77,42 +75,40 @@ TEST_F(EditorTest, TypedCharactersAndNumberModes) {
         }
         editor.CharacterTyped(" ");
         EXPECT_EQ(program.grid.EditText(), "0");
+        program.statusBar.PutStatus("");
+        program.numberModeMenu.Select(mode);
+        EXPECT_EQ(Status(), "") << "no change";
     }
 }
 
 TEST_F(EditorTest, WritePendingAndItsOutcomes) {
-    using enum FaultKind;
     EXPECT_EQ(WritePending(), "There Are No Pending EEP Writes");
-    const char* const aborted = "I2C Operation Aborted";
-    const char* const noAnswer = "E R R O R|There is an I2C bus or\r\nInterface Hardware Problem";
     const char* const failed =
         "E R R O R - Verify Failed|Verification of the EEProm failed;\r\n"
         "The EEProm was not programmed correctly, try again.";
-    Enter(300, "11");
-    Enter(301, "13");
+    EditByte(300, "11");
+    EditByte(301, "13");
     for (const auto& [answer, fault, status, box] :
-         {std::tuple(Answer::Cancel, Fault{.kind = FlippedBit, .address = 5},
-                     "EEProm Write Cancelled", "V E R I F Y|Write 2 new values to the EEP?"),
-          {Answer::Yes, {DeviceSilent}, aborted, noAnswer},
-          {Answer::Yes, {DeviceSilent, {WireEvent::WriteCycle, 1}}, aborted, noAnswer},
-          {Answer::Yes, {.kind = FlippedBit, .address = 300}, "", failed}}) {
-        test.television.Inject(fault);
-        test.user.answers = {answer};
+         {std::tuple(
+              Answer::Cancel, Fault{.kind = FaultKind::FlippedBit, .address = 5},
+              "EEProm Write Cancelled",
+              "V E R I F Y|Write 2 new values to the EEP?\r\nPrimary EEProm on LPT1: 2 bytes"),
+          {Answer::Yes, {.kind = FaultKind::FlippedBit, .address = 300}, "", failed}}) {
+        television.Inject(fault);
+        user.answers = {answer};
         EXPECT_EQ(WritePending(), status);
-        EXPECT_THAT(test.user.TakeBoxes().back(), testing::StartsWith(box));
+        EXPECT_THAT(user.TakeBoxes().back(), StartsWith(box));
         EXPECT_EQ(program.pending.Count(), 2);
         EXPECT_TRUE(program.state.GridChanged && !program.state.BufferChanged);
-        test.television.ClearFaults();
+        television.ClearFaults();
     }
-    EXPECT_EQ(test.user.beeps, 1);
-    EXPECT_EQ(test.timer.running, std::chrono::seconds(30));
     EXPECT_EQ(memory[301], 13) << "a difference does not end the writing";
-    Enter(300, "12");
+    EditByte(300, "12");
     EXPECT_TRUE(program.grid.IsChanged(GridCell::At(301)));
-    test.user.answers = {Answer::Yes};
+    user.answers = {Answer::Yes};
     EXPECT_EQ(WritePending(), "EEP Verified OK; New Data Written to EEProm");
     EXPECT_TRUE(memory[300] == 12 && program.buffer[300] == 12 && program.buffer[301] == 13);
-    EXPECT_EQ(test.Crc(), mCRC32::BufferCrcText(program.buffer));
+    EXPECT_EQ(Crc(), mCRC32::BufferCrcText(program.buffer));
     EXPECT_TRUE(program.state.BufferChanged && !program.state.GridChanged);
     EXPECT_FALSE(program.grid.IsChanged(GridCell::At(301)));
 }
@@ -123,7 +119,7 @@ TEST_F(EditorTest, PastesBytesAsIfTypedOrNoneOfThem) {
     for (const auto& [first, text] : {std::pair(50, "1 2 256"), {8190, "1 2 3"}, {50, "1 x"}}) {
         editor.MoveTo(GridCell::At(first));
         editor.Paste(text);
-        EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(refused)) << text;
+        EXPECT_THAT(user.TakeBoxes(), ElementsAre(refused)) << text;
         EXPECT_EQ(program.pending.Count(), 0) << text;
     }
     for (const auto& [first, text, current] :
@@ -134,24 +130,24 @@ TEST_F(EditorTest, PastesBytesAsIfTypedOrNoneOfThem) {
     }
     EXPECT_EQ(program.grid.Text(GridCell::At(8191)) + program.grid.Text(GridCell::At(53)), "38");
     EXPECT_EQ(program.pending.Count(), 5) << "a 0 where 0 stands is no change";
-    test.user.answers = {Answer::No};
+    user.answers = {Answer::No};
     editor.Paste("1 2 3 4 5 6");
     EXPECT_EQ(program.pending.Count(), 1) << "the tenth asked";
-    program.editorPage.ToggleEditor();
-    editor.Paste("77 78");
-    EXPECT_NE(program.grid.Text(program.grid.Current()), "77");
+    for (const auto& [text, pasted, shown] :
+         {std::tuple(" 0x1F", true, "31"), {"0x1FF", true, "31"}, {"1F", false, "31"}}) {
+        EXPECT_EQ(editor.PasteIntoEntry(text), pasted);
+        EXPECT_EQ(program.grid.EditText(), shown) << text;
+    }
+    EXPECT_THAT(user.TakeBoxes(), Contains(refused));
 }
 
 TEST_F(EditorTest, SelectsFromWhereItBegan) {
-    DataGrid& grid = program.grid;
-    Enter(20, "5", Down);
+    const DataGrid& grid = program.grid;
+    EditByte(20, "5", Down);
     editor.TextEdited("6");
-    editor.SelectTo(GridCell::At(19));
-    EXPECT_EQ(grid.Text(GridCell::At(36)), "6") << "an open entry is committed";
-    EXPECT_FALSE(grid.EntryIsOpen());
-    editor.SelectTo(GridCell::At(35));
     editor.SelectTo(GridCell::At(34));
-    EXPECT_EQ(grid.SelectionText(), "0 0 6");
+    EXPECT_EQ(grid.SelectionText(), "0 0 6") << "an open entry is committed";
+    EXPECT_FALSE(grid.EntryIsOpen());
     editor.SelectTo(GridCell::At(37));
     EXPECT_EQ(grid.SelectionText(), "6 0");
     editor.MoveTo(GridCell::At(20));
@@ -162,35 +158,73 @@ TEST_F(EditorTest, SelectsFromWhereItBegan) {
 }
 
 TEST_F(EditorTest, TakesPendingWritesBack) {
-    Enter(300, "11");
-    Enter(301, "12");
-    Enter(300, "13");
-    program.pending.TakeBack(0);
-    EXPECT_EQ(program.grid.Text(GridCell::At(300)), "13") << "a later entry changes it, too";
-    EXPECT_EQ(program.pending.Row(1).EditOldValue, "0");
-    Enter(300, "14");
-    program.pending.TakeBack(2);
-    EXPECT_EQ(program.grid.Text(GridCell::At(300)), "13");
-    EXPECT_TRUE(program.grid.IsChanged(GridCell::At(300)));
-    program.pending.TakeBack(1);
-    EXPECT_EQ(program.grid.Text(GridCell::At(300)), "0");
-    EXPECT_TRUE(!program.grid.IsChanged(GridCell::At(300)) && program.state.GridChanged);
-    EXPECT_EQ(program.pending.Address(0), 301);
-    program.pending.TakeBack(0);
-    EXPECT_TRUE(program.pending.Count() == 0 && !program.state.GridChanged);
+    EditByte(300, "11");
+    EditByte(301, "12");
+    EditByte(300, "13");
+    EXPECT_EQ(After("0"), "13!; 301 0 12; 300 0 13; !") << "a later entry changes it, too";
+    EditByte(300, "14");
+    EXPECT_EQ(After("2"), "13!; 301 0 12; 300 0 13; !");
+    EXPECT_EQ(After("1"), "0; 301 0 12; !");
+    EXPECT_EQ(After("0"), "0");
     EXPECT_EQ(program.pending.Row(0).EditAddress, "");
+    EditByte(300, "11");
+    program.buffer[300] = 83;
+    program.editorPage.RefillGrid();
+    program.pending.AddPendingWrite({300, {0}, {11}});
+    EXPECT_EQ(After("0"), "83") << "of another image";
+}
+
+TEST_F(EditorTest, AnOpenEntryIsSettledBeforeTheQueueIsWrittenOrARowTakenBack) {
+    using enum Answer;
+    const char* const taken = "EEP Verified OK; New Data Written to EEProm";
+    int value = 10;  // of the last byte entered
+    for (const auto& [answers, takesBack, fault, status, left] :
+         {std::tuple(std::deque{No}, true, std::uint16_t{0}, "", 0),
+          {{Yes, Yes}, true, 0, taken, 0},
+          {{Yes, Yes}, false, 0, taken, 0},
+          {{No}, false, 0, "There Are No Pending EEP Writes", 0},
+          {{Yes, Yes}, false, 3, "", 10}}) {
+        program.pending.ClearPendingWrites();
+        for (int address = 0; address < 9; ++address)
+            EditByte(address, std::to_string(++value));
+        editor.TextEdited(std::to_string(++value));
+        user.answers = answers;
+        if (fault != 0)
+            television.Inject({.kind = FaultKind::FlippedBit, .address = fault});
+        takesBack ? program.editorPage.TakeBackPending(8) : program.editorPage.WritePending();
+        EXPECT_TRUE(user.answers.empty()) << "what failed is not tried again";
+        EXPECT_EQ(program.pending.Count(), left);
+        EXPECT_THAT(Status(), StartsWith(status));
+    }
+    user.answers = {Yes, Yes};
+    EditByte(30, "5");
+    EXPECT_EQ(Status(), "Pending EEP Writes Are Full; Change Discarded");
+    EXPECT_EQ(program.grid.Current().Address(), 30);
+    television.ClearFaults();
+    editor.MoveTo(GridCell::At(20));
+    editor.TextEdited("99");
+    user.answers = {Yes, Yes, Yes};
+    program.editorPage.WritePending();
+    EXPECT_TRUE(program.pending.Count() == 0 && memory[20] == 99) << "and the eleventh";
+    EditByte(300, "11");
+    editor.MoveTo(GridCell::At(400));
+    program.editorPage.TakeBackPending(1);
+    EXPECT_EQ(program.pending.Count(), 1);
+    editor.TextEdited("7");
+    program.editorPage.TakeBackPending(0);
+    EXPECT_EQ(program.pending.Address(0), 400);
 }
 
 TEST_F(EditorTest, NamesTheCurrentByteOnceMessagesHaveGone) {
+    const std::string tint = "2085: TINT, bits 2 to 7";
     program.editorPage.ToggleEditor();
-    editor.MoveTo(GridCell::At(2401));
-    EXPECT_EQ(test.Status(), "Data Editor Disabled");
-    program.statusBar.MsgTimerFired();
-    EXPECT_EQ(test.Status(), "2401: R-YR 480p, bits 0 to 3");
-    editor.MoveTo(GridCell::At(2085));
-    EXPECT_EQ(test.Status(), "2085: TINT, bits 2 to 7");
-    editor.MoveTo(GridCell::At(2086));
-    EXPECT_EQ(test.Status(), "");
+    EXPECT_EQ(Status(), "Data Editor Disabled");
+    for (const auto& [address, named] :
+         {std::pair(2401, std::string("2401: R-YR 480p, bits 0 to 3")), {2085, tint}, {2086, ""}}) {
+        editor.MoveTo(GridCell::At(address));
+        program.statusBar.MsgTimerFired();
+        EXPECT_EQ(Status(), named);
+    }
     program.editorPage.ToggleEditor();
     const std::function<void()> ends[] = {[&] { editor.KeyPressed(EditKey::Escape); },
                                           [&] { editor.Scrolled(); },
@@ -198,30 +232,48 @@ TEST_F(EditorTest, NamesTheCurrentByteOnceMessagesHaveGone) {
     for (const auto& end : ends) {
         editor.MoveTo(GridCell::At(2086));
         editor.MoveTo(GridCell::At(2085));
-        EXPECT_EQ(test.Status(), "Editing EEPROM Address: 2085");
+        program.statusBar.ShowStatus("a message", 5);
+        program.statusBar.MsgTimerFired();
+        EXPECT_EQ(Status(), "Editing EEPROM Address: 2085");
         end();
-        EXPECT_EQ(test.Status(), "2085: TINT, bits 2 to 7");
+        EXPECT_EQ(Status(), tint);
     }
     program.state.targetDevice = TargetDevice::Secondary;
     program.statusBar.ShowBackground();
-    EXPECT_EQ(test.Status(), "");
+    EXPECT_EQ(Status(), "");
+}
+
+TEST_F(EditorTest, LeavingThePageAndReadingAskAboutTheGrid) {
+    EditByte(300, "11");
+    user.answers = {Answer::No};
+    program.wholeDevice.ReadEntireEep();
+    for (const bool copies : {false, true}) {
+        EXPECT_EQ(program.grid.Text(GridCell::At(300)), "11");
+        user.answers = copies ? std::deque{Answer::Yes} : std::deque{Answer::No, Answer::No};
+        program.editorPage.SwitchPage(Page::Iris);
+        EXPECT_EQ(program.state.GridChanged, !copies);
+        EXPECT_EQ(program.buffer[300], copies ? 11 : 0);
+        program.editorPage.SwitchPage(Page::Editor);
+    }
+    const auto copy = StartsWith("Data Modified|"), discard = StartsWith("C A U T I O N|");
+    EXPECT_THAT(user.TakeBoxes(), ElementsAre(discard, copy, discard, copy));
 }
 
 TEST_F(EditorTest, PagesSizesAndTheWarning) {
     const auto enters = [&](Page page) {
         program.editorPage.SwitchPage(page);
-        return test.Status() + (program.state.sizeMode == SizeMode::Big ? ", big" : "");
+        return Status() + (program.state.sizeMode == SizeMode::Big ? ", big" : "");
     };
     EXPECT_EQ(enters(Page::Iris), "Iris Settings");
-    test.outside.warnAgain = false;
+    outside.warnAgain = false;
     EXPECT_EQ(enters(Page::Editor), "EEProm Data Editor, big");
     program.editorPage.ToggleEditor();
-    EXPECT_EQ(test.Status(), "Data Editor Disabled");
+    EXPECT_EQ(Status(), "Data Editor Disabled");
     EXPECT_EQ(enters(Page::Editor), "EEProm Data Editor");
     program.editorPage.ToggleEditor();
-    EXPECT_EQ(test.Status(), "Data Editor Enabled");
+    EXPECT_EQ(Status(), "Data Editor Enabled");
     EXPECT_EQ(program.state.sizeMode, SizeMode::Big);
-    EXPECT_EQ(test.outside.steps.size(), 2U) << "the warning, until it was not wanted again";
+    EXPECT_EQ(outside.steps.size(), 2U) << "the warning, until it was not wanted again";
     EXPECT_EQ(program.state.editorWarning, "NoWarn");
 }
 
@@ -247,6 +299,7 @@ TEST(ByteTextsTest, ReadsSeveralBytes) {
 
 TEST(FindTest, GoesFromMatchToMatchAndRoundTheGridsEnds) {
     using enum FindDirection;
+    using enum FindKind;
     TestProgram test;
     Program& program = test.program;
     for (const std::size_t address : {10U, 20U, 8000U})
@@ -254,25 +307,21 @@ TEST(FindTest, GoesFromMatchToMatchAndRoundTheGridsEnds) {
     program.buffer[8001] = 'v';
     program.grid.FillGrid();
     program.grid.MoveCurrent(GridCell::At(10));
-    const auto go = [&](FindDirection direction) {
+    EXPECT_FALSE(program.find.LookFor("256", Bytes) || program.find.KnowsWhat());
+    for (const auto& [text, kind, direction, found] :
+         {std::tuple("0x54", Bytes, Next, "20: 2 of 3"),
+          {"0x54", Bytes, Next, "8000: 3 of 3"},
+          {"0x54", Bytes, Next, "10: 1 of 3, wrapped"},
+          {"0x54", Bytes, Previous, "8000: 3 of 3, wrapped"},
+          {"0x54", Bytes, Previous, "20: 2 of 3"},
+          {"Tv", Text, Next, "8000: 1 of 1"},
+          {"Tv", Text, Next, "8000: 1 of 1, wrapped"},
+          {"TV", Text, Next, "8000: Not found"}}) {
+        EXPECT_FALSE(program.find.LookFor("", kind));
+        ASSERT_TRUE(program.find.LookFor(text, kind));
         program.find.Go(direction);
-        return std::to_string(program.grid.Current().Address()) + ": " + test.Status();
-    };
-    EXPECT_FALSE(program.find.LookFor("256", FindKind::Bytes) || program.find.KnowsWhat());
-    ASSERT_TRUE(program.find.LookFor("0x54", FindKind::Bytes));
-    EXPECT_EQ(go(Next), "20: 2 of 3");
-    EXPECT_THAT(test.outside.steps, ElementsAre("editor page"));
-    EXPECT_EQ(go(Next), "8000: 3 of 3");
-    EXPECT_EQ(go(Next), "10: 1 of 3, wrapped");
-    EXPECT_EQ(go(Previous), "8000: 3 of 3, wrapped");
-    EXPECT_EQ(go(Previous), "20: 2 of 3");
-    EXPECT_FALSE(program.find.LookFor("", FindKind::Text));
-    ASSERT_TRUE(program.find.LookFor("Tv", FindKind::Text));
-    EXPECT_EQ(go(Next), "8000: 1 of 1");
-    EXPECT_EQ(go(Next), "8000: 1 of 1, wrapped");
-    ASSERT_TRUE(program.find.LookFor("TV", FindKind::Text));
-    EXPECT_EQ(go(Next), "8000: Not found");
-
+        EXPECT_EQ(std::to_string(program.grid.Current().Address()) + ": " + test.Status(), found);
+    }
     program.GoTo({2401, 8});
     program.GoTo({2401, std::nullopt});
     EXPECT_EQ(test.outside.steps.at(test.outside.steps.size() - 2), "cell 8");

@@ -6,10 +6,10 @@
 namespace tarnwell {
 namespace {
 
-using testing::ElementsAre;
 using enum Answer;
 
-class UndoTest : public testing::Test {
+/// The address or cell N holds N modulo 7 at first.
+class UndoTest : public testing::Test, protected TestProgram {
   protected:
     UndoTest() {
         for (int address = 0; address < kEepromBytes; ++address)
@@ -17,91 +17,99 @@ class UndoTest : public testing::Test {
         program.wholeDevice.ReadEntireEep();
         program.editorPage.ToggleEditor();
     }
-    void SetCell(int cell, int value) {
-        test.outside.onFormEdit = [this, value] {
-            program.valueEditor.Accept(program.valueEditor.Readout(value));
-        };
-        program.valueEditor.CellClicked(cell);
-    }
-    void SetByte(int address, int value) {
-        program.cellEditor.MoveTo({address / 16, address % 16 + 1});
-        program.cellEditor.Click();
-        program.cellEditor.TextEdited(std::to_string(value));
-        program.cellEditor.KeyPressed(EditKey::Next);
+    void Do(const std::string& actions) {
+        std::istringstream words(actions);
+        for (std::string word; words >> word;) {
+            int where = 0, value = 0;
+            if (word == "byte" && words >> where >> value) {
+                EditByte(where, std::to_string(value));
+            } else if (word == "cell" && words >> where >> value) {
+                EditCell(where, value);
+            } else if (word == "undo") {
+                program.undo.Undo();
+            } else if (word == "redo") {
+                program.undo.Redo();
+            } else if (word == "editor") {
+                program.editorPage.ToggleEditor();
+            } else {
+                WillAnswer({Yes});
+                word == "write" ? program.pending.WritePending()
+                                : program.settings.WriteSettingsToEep();
+            }
+        }
     }
     std::string Undo(int times = 1) {
         for (int time = 0; time < times; ++time)
             program.undo.Undo();
-        return test.Status();
+        return Status();
     }
     std::string Redo() {
         program.undo.Redo();
-        return test.Status();
+        return Status();
     }
-    void WriteSettings() {
-        test.WillAnswer({Yes});
-        program.settings.WriteSettingsToEep();
-    }
-    void WritePending() {
-        test.WillAnswer({Yes});
-        program.pending.WritePending();
-    }
-    std::string Cell(int cell) {
+    /// What the cell shows, whether that waits and is in the changed colour, and what the device
+    /// and the buffer hold.
+    std::string CellAfter(int cell, const std::string& actions) {
+        Do(actions);
         const CellContents& contents = program.cells.Contents(cell);
-        return contents.caption + (contents.mark != Mark::Clean ? " waits" : "") +
-               (contents.colour == CellColour::Changed ? " changed" : "");
+        return program.cells.Caption(cell) + (contents.mark != Mark::Clean ? " waits" : "") +
+               (contents.colour == CellColour::Changed ? " changed" : "") +
+               Held(tarnwell::Cell(cell).address);
     }
-    /// "address old new" of each entry.
-    std::vector<std::string> Queue() {
-        std::vector<std::string> entries;
-        for (const EditRecord& row : program.pending.Contents().Entries())
-            entries.push_back(row.EditAddress + " " + row.EditOldValue + " " + row.EditNewValue);
-        return entries;
+    std::string Held(int address) {
+        const auto index = static_cast<std::size_t>(address);
+        return "/" + std::to_string(memory[index]) + "/" + std::to_string(program.buffer[index]);
     }
-    std::string GridText(int address) {
-        return program.grid.Text({address / 16, address % 16 + 1});
+    /// "address old new" of each entry, then what the grid has at 20 and 30, whether that is
+    /// changed, and what the device and the buffer hold.
+    std::string After(const std::string& actions) {
+        Do(actions);
+        std::string text;
+        for (int row = 0; row < program.pending.Count(); ++row) {
+            const auto [address, before, after] = program.pending.Row(row);
+            text += address + " " + before + " " + after + "; ";
+        }
+        for (const int address : {20, 30}) {
+            const GridCell cell = GridCell::At(address);
+            text += program.grid.Text(cell) + (program.grid.IsChanged(cell) ? "!" : "") +
+                    Held(address) + " ";
+        }
+        return text + (program.state.GridChanged ? "!" : "");
     }
-    bool IsChanged(int address) { return program.grid.IsChanged({address / 16, address % 16 + 1}); }
 
-    TestProgram test;
-    Program& program = test.program;
-    EepromImage& memory = test.television.Memory(Chip::Primary);
+    EepromImage& memory = television.Memory(Chip::Primary);
 };
 
 constexpr int kRyr480p = 8;  // at 2401, which holds 0
 
 TEST_F(UndoTest, EachCommandIsOneStepWithItsName) {
-    const std::string image = test.folder.Path("a & b.mot");
-    const std::string values = test.folder.Path("values.mot");
-    test.user.files = {values, image};
+    const std::string image = folder.Path("a & b.mot");
+    const std::string values = folder.Path("values.mot");
+    user.files = {values, image};
     program.settingsArchive.SaveSettings();
     program.imageArchive.SaveImage();
+    const auto settle = [&](bool transfers) {
+        user.answers = transfers ? std::deque{Yes} : std::deque{No, Yes};
+        program.editorPage.SettleGridEdits();
+    };
     const std::vector<std::pair<std::string, std::function<void()>>> commands{
-        {"480p R-YR 0 to 8", [&] { SetCell(kRyr480p, 8); }},
+        {"480p R-YR 0 to 8", [&] { EditCell(kRyr480p, 8); }},
         {"Revert of 480p R-YR", [&] { program.cellCommands.Revert(kRyr480p); }},
-        {"480p R-YR 0 to 9", [&] { SetCell(kRyr480p, 9); }},
+        {"480p R-YR 0 to 9", [&] { EditCell(kRyr480p, 9); }},
         {"R-YR in All Formats to 9", [&] { program.cellCommands.CopyToAllFormats(kRyr480p); }},
         {"Merge of Settings", [&] { program.settings.MergeSettingsWithBuffer(); }},
-        {"Byte 20 6 to 77", [&] { SetByte(20, 77); }},
-        {"Byte 20 77 to 78", [&] { SetByte(20, 78); }},
+        {"Byte 20 6 to 77", [&] { EditByte(20, "77"); }},
+        {"Byte 20 77 to 78", [&] { EditByte(20, "78"); }},
         {"Paste of 2 Bytes", [&] { program.cellEditor.Paste("8 9"); }},
-        {"Discard of Grid Changes",
-         [&] {
-             test.WillAnswer({No, Yes});
-             program.editorPage.SettleGridEdits();
-         }},
-        {"Byte 21 0 to 5", [&] { SetByte(21, 5); }},
-        {"Transfer of Data Grid",
-         [&] {
-             test.WillAnswer({Yes});
-             program.editorPage.SettleGridEdits();
-         }},
+        {"Discard of Grid Changes", [&] { settle(false); }},
+        {"Byte 21 0 to 5", [&] { EditByte(21, "5"); }},
+        {"Transfer of Data Grid", [&] { settle(true); }},
         {"Read of Settings", [&] { program.settings.ReadSettingsFromEep(); }},
         {"Load of values.mot", [&] { program.settingsArchive.LoadSettingsFile(values); }},
         {"Load of a & b.mot", [&] { program.imageArchive.LoadImageFile(image); }},
         {"Selection of Secondary EEProm",
          [&] {
-             test.WillAnswer({Ok, Yes});
+             WillAnswer({Ok, Yes});
              program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
          }},
         {"Read of Secondary EEProm", [&] { program.wholeDevice.ReadEntireEep(); }},
@@ -112,35 +120,34 @@ TEST_F(UndoTest, EachCommandIsOneStepWithItsName) {
         points.push_back(program.history.Now());
         EXPECT_EQ(program.history.NextName(Direction::Undo), name);
     }
-    const int first = program.history.Count(Direction::Undo) - static_cast<int>(commands.size());
-    EXPECT_EQ(first, 1) << "the read; saves are no steps";
+    EXPECT_EQ(program.history.Count(Direction::Undo), 17) << "with the read; saves are no steps";
     for (std::size_t step = commands.size(); step > 0; --step) {
         EXPECT_EQ(Undo(), "Undone: " + commands[step - 1].first);
         EXPECT_TRUE(program.history.Now() == points[step - 1]) << commands[step - 1].first;
     }
     for (std::size_t step = 1; step <= commands.size(); ++step) {
         if (points[step].target != program.state.targetDevice) {
-            test.WillAnswer({Cancel, Ok});
+            WillAnswer({Cancel, Ok});
             EXPECT_EQ(Redo(), "Target EEProm Not Changed - Primary EEP Still Selected");
         }
         EXPECT_EQ(Redo(), "Redone: " + commands[step - 1].first);
         EXPECT_TRUE(program.history.Now() == points[step]) << commands[step - 1].first;
     }
-    EXPECT_TRUE(test.user.answers.empty());
+    EXPECT_TRUE(user.answers.empty());
 }
 
 TEST_F(UndoTest, NothingComesOfWhatChangedNothingAndANewStepEndsRedo) {
     Undo(2);
     EXPECT_EQ(program.history.NextName(Direction::Undo), std::nullopt);
     EXPECT_EQ(program.history.NextName(Direction::Redo), "Read of Primary EEProm");
-    test.outside.onFormEdit = {};
+    outside.onFormEdit = {};
     program.valueEditor.CellClicked(0);
-    SetByte(20, 300);
+    EditByte(20, "300");
     EXPECT_EQ(program.history.Count(Direction::Undo), 0);
-    SetCell(kRyr480p, 12);
+    EditCell(kRyr480p, 12);
     const std::size_t bytes = program.history.Bytes();
     Undo();
-    SetCell(kRyr480p, 12);
+    EditCell(kRyr480p, 12);
     EXPECT_EQ(program.history.Bytes(), bytes);
     program.editorPage.ToggleEditor();
     program.numberModeMenu.Select(NumberMode::Hex);
@@ -149,7 +156,7 @@ TEST_F(UndoTest, NothingComesOfWhatChangedNothingAndANewStepEndsRedo) {
     Undo();
     program.numberModeMenu.Select(NumberMode::Decimal);
     Redo();
-    EXPECT_EQ(Cell(kRyr480p), "12 waits changed");
+    EXPECT_EQ(CellAfter(kRyr480p, ""), "12 waits changed/0/0");
     auto outer = std::make_unique<Step>(program.history, StepName{"outer"});
     program.buffer[1] ^= 1;
     static_cast<void>(Step(program.history, {"inner"}));
@@ -159,81 +166,53 @@ TEST_F(UndoTest, NothingComesOfWhatChangedNothingAndANewStepEndsRedo) {
 }
 
 TEST_F(UndoTest, SettingsThatUndoTakesBackAfterAWriteWaitAgain) {
-    for (const int cell : {6, 7, kRyr480p})
-        SetCell(cell, 9);
-    Undo(2);
-    WriteSettings();
-    EXPECT_EQ(memory[2399], 9);
-    EXPECT_EQ(memory[2400], 2400 % 7);
+    EXPECT_EQ(CellAfter(7, "cell 6 9 cell 7 9 cell 8 9 undo undo settings"), "6/6/6");
     const auto written = program.history.Now();
-    EXPECT_EQ(Undo(), "Undone: 480p CR02 5 to 9");
-    EXPECT_EQ(Cell(6), "5 waits changed");
-    EXPECT_EQ(program.buffer[2399], 9) << "what the write did stays";
-    EXPECT_EQ(memory[2399], 9);
-    Redo();
+    EXPECT_EQ(CellAfter(6, "undo"), "5 waits changed/9/9") << "what the write did stays";
+    EXPECT_EQ(Status(), "Undone: 480p CR02 5 to 9");
+    EXPECT_EQ(CellAfter(6, "redo"), "9/9/9");
     EXPECT_TRUE(program.history.Now() == written);
-    Undo();
-    WriteSettings();
-    EXPECT_EQ(memory[2399], 5);
-    Redo();
-    EXPECT_EQ(Cell(6), "9 waits changed");
-    for (const int value : {12, 9}) {
-        SetCell(6, value);
-        WriteSettings();
-    }
-    Undo(2);
-    EXPECT_EQ(Cell(6), "9") << "as the device holds it";
-    Undo(2);
-    EXPECT_EQ(program.state.EepRead, false);
-    EXPECT_EQ(Cell(6), "0") << "no value that could be written";
-    EXPECT_THAT(program.buffer, testing::Each(0)) << "also the byte that the write merged";
-    EXPECT_EQ(test.Crc(), "");
-    EXPECT_FALSE(program.state.BufferChanged);
+    EXPECT_EQ(CellAfter(6, "undo settings"), "5/5/5");
+    EXPECT_EQ(CellAfter(6, "redo"), "9 waits changed/5/5");
+    EXPECT_EQ(CellAfter(6, "cell 6 12 settings cell 6 9 settings undo undo"), "9/9/9")
+        << "as the device holds it";
+    EXPECT_EQ(CellAfter(6, "undo undo"), "0/9/0") << "no value that could be written";
+    EXPECT_THAT(program.buffer, Each(0)) << "also the byte that the write merged";
+    EXPECT_EQ(Crc(), "");
+    EXPECT_FALSE(program.state.BufferChanged || program.state.EepRead);
 }
 
 TEST_F(UndoTest, BytesThatUndoTakesBackAfterAWriteAreQueued) {
-    SetByte(20, 50);
-    SetByte(30, 60);
-    Undo();
-    EXPECT_THAT(Queue(), ElementsAre("20 6 50"));
-    EXPECT_EQ(GridText(30), "2");
-    WritePending();
-    EXPECT_EQ(memory[20], 50);
-    Undo(2);
-    EXPECT_THAT(Queue(), testing::IsEmpty()) << "the grid shows nothing";
-    Redo();
-    EXPECT_THAT(Queue(), ElementsAre("20 50 6"));
-    EXPECT_TRUE(program.state.GridChanged && IsChanged(20) && program.buffer[20] == 50);
-    Redo();
-    EXPECT_THAT(Queue(), testing::IsEmpty());
-    EXPECT_FALSE(program.state.GridChanged || IsChanged(20));
-    Undo();
-    WritePending();
-    EXPECT_EQ(memory[20], 6);
-    EXPECT_EQ(memory[30], 2);
-    Redo();
-    EXPECT_THAT(Queue(), ElementsAre("20 6 50"));
-    program.editorPage.ToggleEditor();
-    Undo();
-    EXPECT_THAT(Queue(), testing::IsEmpty());
+    const std::pair<std::string, std::string> rows[] = {
+        {"byte 20 50 byte 30 60 undo", "20 6 50; 50!/6/6 2/2/2 !"},
+        {"write", "50/50/50 2/2/2 "},
+        {"undo undo", "/50/0 /2/0 "},
+        {"redo", "20 50 6; 6!/50/50 2/2/2 !"},
+        {"redo", "50/50/50 2/2/2 "},
+        {"undo write", "6/6/6 2/2/2 "},
+        {"redo", "20 6 50; 50!/6/6 2/2/2 !"},
+        {"editor undo", "6/6/6 2/2/2 "},
+    };
+    for (const auto& [actions, state] : rows)
+        EXPECT_EQ(After(actions), state) << actions;
 }
 
 TEST_F(UndoTest, AnEleventhRowRefusesUndo) {
     for (int address = 0; address < 9; ++address)
-        SetByte(address, 100);
-    test.WillAnswer({Yes, Yes});
-    SetByte(9, 100);
+        EditByte(address, "100");
+    WillAnswer({Yes, Yes});
+    EditByte(9, "100");
     EXPECT_EQ(memory[9], 100);
     for (int count = 1; count <= 10; ++count)
         EXPECT_EQ(Undo(), "Undone: Byte " + std::to_string(10 - count) + " " +
                               std::to_string((10 - count) % 7) + " to 100");
-    EXPECT_EQ(Queue().size(), 10U) << "without a question";
-    EXPECT_EQ(Queue().back(), "0 100 0");
-    const std::string other = test.folder.Path("other.mot");
+    EXPECT_EQ(program.pending.Count(), 10) << "without a question";
+    EXPECT_THAT(After(""), HasSubstr("; 0 100 0; "));
+    const std::string other = folder.Path("other.mot");
     std::ranges::fill_n(program.buffer.begin(), 11, std::uint8_t{77});
-    test.user.files = {other};
+    user.files = {other};
     program.imageArchive.SaveImage();
-    test.WillAnswer({Yes, Yes});
+    WillAnswer({Yes, Yes});
     program.imageArchive.LoadImageFile(other);
     program.wholeDevice.WriteEntireEep();
     const auto before = program.history.Now();
@@ -243,62 +222,61 @@ TEST_F(UndoTest, AnEleventhRowRefusesUndo) {
     EXPECT_EQ(Undo(), "Undone: Load of other.mot");
 }
 
-TEST_F(UndoTest, TheQueueOfOneDeviceIsNotBroughtToTheOther) {
-    SetByte(20, 50);
-    test.WillAnswer({Ok});
+TEST_F(UndoTest, TheQueueOfOneDeviceOrPortIsNotBroughtToTheOther) {
+    Do("cell 6 9 settings byte 20 50");
+    WillAnswer({Ok});
     program.wholeDevice.SelectEeprom(TargetDevice::Secondary);
-    EXPECT_THAT(Queue(), testing::IsEmpty());
-    Undo();
+    EXPECT_EQ(program.pending.Count(), 0);
+    EXPECT_EQ(After("undo"), "20 6 50; 50!/6/6 2/2/2 !");
     EXPECT_EQ(program.state.targetDevice, TargetDevice::Primary);
-    EXPECT_THAT(Queue(), ElementsAre("20 6 50"));
+    EXPECT_EQ(After("write"), "50/50/50 2/2/2 ");
+    const auto written = program.history.Now();
+    program.ChoosePort(kPortChoices[1]);
+    EXPECT_EQ(program.bus.Known().Value(TargetDevice::Primary, 20), std::nullopt);
+    EXPECT_EQ(CellAfter(6, "undo undo"), "5/9/9") << "no write that nobody asked for";
+    EXPECT_EQ(After(""), "6!/50/50 2/2/2 !");
+    Do("redo redo");
+    EXPECT_TRUE(program.history.Now() == written);
 }
 
 TEST_F(UndoTest, AWriteBetweenLeavesTheStepsBeforeItWhole) {
-    SetByte(20, 50);
-    test.WillAnswer({Yes, Yes, Yes, Yes});
-    SetCell(kRyr480p, 9);
-    program.settings.WriteSettingsToEep();
+    WillAnswer({Yes, Yes});
+    Do("byte 20 50 cell 8 9 settings");
     EXPECT_EQ(program.history.NextName(Direction::Undo), "Discard of Grid Changes");
-    Undo();
-    EXPECT_THAT(Queue(), ElementsAre("20 6 50"));
-    EXPECT_TRUE(program.state.GridChanged && GridText(20) == "50" && program.buffer[2401] == 9);
-    EXPECT_EQ(test.Crc(), mCRC32::BufferCrcText(program.buffer));
+    EXPECT_EQ(After("undo"), "20 6 50; 50!/6/6 2/2/2 !");
+    EXPECT_EQ(program.buffer[2401], 9);
+    EXPECT_EQ(Crc(), mCRC32::BufferCrcText(program.buffer));
 }
 
 TEST_F(UndoTest, ABufferThatDiffersFromTheSavedOneIsChanged) {
-    SetCell(kRyr480p, 9);
+    EditCell(kRyr480p, 9);
     program.settings.MergeSettingsWithBuffer();
-    SetByte(20, 50);
-    test.user.files = {test.folder.Path("saved.mot")};
+    EditByte(20, "50");
+    user.files = {folder.Path("saved.mot")};
     program.imageArchive.SaveImage();
-    Undo();
-    EXPECT_THAT(Queue(), testing::IsEmpty()) << "held when the image was saved";
-    Undo();
-    EXPECT_TRUE(program.state.BufferChanged);
-    EXPECT_EQ(test.Crc(), mCRC32::BufferCrcText(program.buffer));
-    Redo();
-    EXPECT_FALSE(program.state.BufferChanged);
-    Redo();
-    EXPECT_THAT(Queue(), ElementsAre("20 6 50"));
+    EXPECT_EQ(After("undo"), "6/6/6 2/2/2 ") << "held when the image was saved";
+    for (const bool changed : {true, false}) {
+        Do(changed ? "undo" : "redo");
+        EXPECT_EQ(program.state.BufferChanged, changed);
+        EXPECT_EQ(Crc(), mCRC32::BufferCrcText(program.buffer));
+    }
+    EXPECT_EQ(After("redo"), "20 6 50; 50!/6/6 2/2/2 !");
 }
 
 TEST_F(UndoTest, AThousandStepsOfTheLargestKindFitAndTheOldestGo) {
-    const std::string paths[] = {test.folder.Path("a.mot"), test.folder.Path("b.mot")};
-    for (const std::string& path : paths) {
-        for (std::uint8_t& byte : program.buffer)
-            byte = static_cast<std::uint8_t>(byte * 31 + path.size() + 5 + test.user.files.size());
-        program.buffer[100] = path == paths[0] ? 0x11 : 0x22;
-        program.state.BufferChanged = true;
-        test.user.files = {path};
-        program.imageArchive.SaveImage();
-    }
-    for (int load = 0; load < 1'000; ++load)
-        program.imageArchive.LoadImageFile(paths[load % 2]);
-    EXPECT_GE(program.history.Count(Direction::Undo), 1'000);
-    for (int load = 0; load < 600; ++load)
-        program.imageArchive.LoadImageFile(paths[load % 2]);
+    const auto take = [&](int times, std::size_t apart, Extent extent) {
+        for (int time = 0; time < times; ++time) {
+            const Step step(program.history, {"another image"}, extent);
+            for (std::size_t address = 0; address < kEepromBytes; address += apart)
+                ++program.buffer[address];
+            program.grid.FillGrid();
+        }
+        return program.history.Count(Direction::Undo);
+    };
+    EXPECT_GE(take(1'600, 1, Extent::Everything), 1'000);
     EXPECT_LT(program.history.Count(Direction::Undo), 1'600);
     EXPECT_LE(program.history.Bytes(), History::kMostBytes);
+    EXPECT_EQ(take(1'100, 2, Extent::WhatDiffers), 1'000) << "however large";
 }
 
 }  // namespace

@@ -1,8 +1,12 @@
-// Each command that touches the bus, under each fault of the television, from each moment on.
+// Each command that touches the bus, under each fault of the television, from each moment on, and
+// over the kernel's bus, under each fault of a transfer.
 #include <algorithm>
-#include <span>
+#include <cerrno>
+#include <random>
 
+#include "image/WholeWrite.h"
 #include "support/BusCommands.h"
+#include "support/FakeI2c.h"
 
 namespace tarnwell {
 namespace {
@@ -44,17 +48,13 @@ constexpr std::array kMatrix{
     Row{FaultKind::FlippedBit, "rrr", "vvvvv", "vvvvvvvvv"},
 };
 
-bool IsDifferences(const BusCommand& command) {
-    return command.name == kWriteDifferences.name;
-}
-
 /// When the faults begin; the bus check sends one byte of its own, with ten clocks in all. The
 /// last is in the data of the last read, which of a write is that of its verification.
 std::vector<Moment> MomentsOf(const BusCommand& command) {
     using enum WireEvent;
     if (IsDifferences(command))
-        return {{Access, 0},  {Clock, 14},     {Byte, 3}, {Read, 1},       {Byte, 8199},
-                {Byte, 8203}, {WriteCycle, 1}, {Read, 2}, {WriteCycle, 2}, {Read, 3}};
+        return {{Access, 0},  {Clock, 14},     {Byte, 3},  {Read, 1},       {Byte, 8339},
+                {Byte, 8343}, {WriteCycle, 1}, {Read, 11}, {WriteCycle, 2}, {Read, 12}};
     const Moment lastRead{Read, command.reads};
     if (command.writes)
         return {{Access, 0}, {Clock, 14}, {Byte, 3}, {Byte, 5}, {WriteCycle, 1}, lastRead};
@@ -72,27 +72,17 @@ char ExpectedOf(const BusCommand& command, char letter) {
 Snapshot LeftAlone(const TestProgram& test) {
     Snapshot now = test.program.history.Now();
     for (CellContents& cell : now.cells)
-        cell = {.caption = cell.caption};
+        cell = {.shown = cell.shown};
     return now;
 }
 
-constexpr int kChangedBytes = 3 * kPageBytes;
-
-/// A program with an image, two changed settings and a pending write. Every byte has bits 7 and
-/// 0 set: what a device that gets lost leaves on SDA does not depend on the place.
+/// Every byte has bits 7 and 0 set: what a device that gets lost leaves on SDA does not depend on
+/// the place.
 void Prepare(TestProgram& test) {
     auto& memory = test.television.Memory(Chip::Primary);
     for (std::size_t address = 0; address < memory.size(); ++address)
         memory[address] = static_cast<std::uint8_t>(0x81 + 2 * (address % 32));
-    test.program.wholeDevice.ReadEntireEep();
-    for (std::uint8_t& byte : std::span(test.program.buffer).first(kChangedBytes))
-        byte ^= 0x04;
-    for (const int cell : {0, 1}) {
-        test.program.cells.ShowValue(cell, 201);
-        test.program.cells.SetMark(cell, Mark::Save);
-        test.program.cells.SetColour(cell, CellColour::Changed);
-    }
-    test.program.pending.AddPendingWrite({"16", "80", "201"});
+    PrepareWrites(test);
 }
 
 char OutcomeOf(TestProgram& test, const BusCommand& command) {
@@ -111,34 +101,11 @@ char OutcomeOf(TestProgram& test, const BusCommand& command) {
     if (command.writes)
         return 'o';
     const auto& memory = test.television.Memory(Chip::Primary);
-    bool right = true;
-    if (std::string_view(command.name) == "ReadEntireEep")
-        right = std::equal(memory.begin(), memory.end(), test.program.buffer.begin());
-    for (int cell = 0; cell < kCellCount; ++cell) {
-        const auto byte = memory[static_cast<std::size_t>(Cell(cell).address)];
-        right = right && test.program.cells.Caption(cell) ==
-                             std::to_string(FieldOf(byte, Cell(cell).setting->shift));
-    }
+    bool right =
+        command.reads > 1 || std::equal(memory.begin(), memory.end(), test.program.buffer.begin());
+    for (int cell = 0; cell < kCellCount; ++cell)
+        right = right && test.program.cells.Value(cell) == ValueIn(memory, cell);
     return right ? 'o' : 'r';
-}
-
-void ExpectSettingsRemembered(const TestProgram& test) {
-    for (const int cell : {0, 1}) {
-        const bool waits = test.program.cells.MarkOf(cell) == Mark::Save &&
-                           test.program.cells.Colour(cell) == CellColour::Changed;
-        const bool verified = test.program.cells.MarkOf(cell) == Mark::Clean;
-        EXPECT_TRUE(waits || verified) << "cell " << cell;
-    }
-}
-
-/// A device that the fault left in the middle of a byte lets go when it is switched off and on.
-void ExpectNothingDriven(TestProgram& test) {
-    test.television.Record();
-    test.program.settings.ReadSettingsFromEep();
-    EXPECT_THAT(test.user.TakeBoxes(),
-                ::testing::ElementsAre(::testing::HasSubstr("I2C Bus Activity")));
-    EXPECT_EQ(ToText(test.television.Events()), "");
-    test.television.PowerCycle();
 }
 
 /// How many bytes the device holds as they were asked for; the others are as it held them.
@@ -154,20 +121,11 @@ int ArrivedBytes(TestProgram& test, const EepromImage& held) {
     return arrived;
 }
 
-/// As many bytes as were told to be confirmed have arrived.
-void ExpectTrue(const std::string& told, int arrived) {
-    const std::size_t confirmed = told.find("EEProm: ");
-    if (confirmed == std::string::npos)
-        EXPECT_EQ(arrived, told.starts_with("Write ") ? kChangedBytes : 0) << told;
-    else
-        EXPECT_LE(std::stoi(told.substr(confirmed + 8)), arrived);
-}
-
 class FaultMatrix : public ::testing::TestWithParam<BusCommand> {
   protected:
     static BusTime TimeOf(TestProgram& test, const BusCommand& command) {
         const BusTime begin = test.television.Now();
-        command.run(test);
+        command.Run(test);
         return test.television.Now() - begin;
     }
 
@@ -184,25 +142,38 @@ class FaultMatrix : public ::testing::TestWithParam<BusCommand> {
                                 .address = command.firstAddress,
                                 .mask = 0x80,
                                 .samples = 3});
-        EXPECT_LE(TimeOf(test, command), 2 * healthyTime + 120ms);
+        const BusTime wholeRead = command.writes ? 820ms : 0ms;  // which finds what else changed
+        EXPECT_LE(TimeOf(test, command), 2 * healthyTime + 120ms + wholeRead);
         EXPECT_EQ(OutcomeOf(test, command), expected);
         if (expected == 'a' || expected == 'h' || expected == 'n') {
             EXPECT_TRUE(LeftAlone(test) == before && test.Eep() == "Pri");
             EXPECT_EQ(test.Status(), "I2C Operation Aborted");
-            ExpectSettingsRemembered(test);
+            for (const int cell : {0, 1})  // waits, or is verified
+                EXPECT_TRUE(test.program.cells.MarkOf(cell) == Mark::Clean ||
+                            (test.program.cells.MarkOf(cell) == Mark::Save &&
+                             test.program.cells.Colour(cell) == CellColour::Changed));
         }
-        if (IsDifferences(command) && fault != FaultKind::WrongWrite)
-            ExpectTrue(told, ArrivedBytes(test, held));
+        if (IsDifferences(command) && fault != FaultKind::WrongWrite) {
+            const int arrived = ArrivedBytes(test, held);
+            const std::size_t confirmed = told.find("EEProm: ");
+            if (confirmed == std::string::npos)
+                EXPECT_EQ(arrived, told.starts_with("Write ") ? kChangedBytes : 0) << told;
+            else
+                EXPECT_LE(std::stoi(told.substr(confirmed + 8)), arrived);
+        }
         test.television.ClearFaults();
         const bool idle = test.television.Scl() && test.television.Sda();
-        if (!idle && fault != FaultKind::PortFails)
-            ExpectNothingDriven(test);
+        if (!idle && fault != FaultKind::PortFails) {  // in the middle of a byte
+            test.program.settings.ReadSettingsFromEep();
+            EXPECT_THAT(test.user.TakeBoxes(), ElementsAre(HasSubstr("Clocks have freed the bus")));
+            EXPECT_TRUE(test.television.Scl() && test.television.Sda());
+        }
         EXPECT_EQ(test.program.state.targetDevice, TargetDevice::Primary);
         test.program.settings.ReadSettingsFromEep();
         EXPECT_EQ(test.Status(), "Settings Values Read from EEPROM");
         EXPECT_TRUE(test.television.Scl() && test.television.Sda());
         if (IsDifferences(command)) {
-            kWriteDifferences.run(test);
+            command.Run(test);
             EXPECT_EQ(ArrivedBytes(test, held), kChangedBytes) << "called again, it finishes";
         }
     }
@@ -229,7 +200,156 @@ TEST_P(FaultMatrix, EndsAsTheTableSays) {
 
 INSTANTIATE_TEST_SUITE_P(EveryCommand, FaultMatrix, ::testing::ValuesIn(kBusCommands),
                          [](const auto& command) { return std::string(command.param.name); });
-INSTANTIATE_TEST_SUITE_P(Differences, FaultMatrix, ::testing::Values(kWriteDifferences));
+
+struct KernelProgram : FakeKernel, TestProgram {
+    explicit KernelProgram(bool combines = true, std::size_t longest = kEepromBytes,
+                           int refusal = 0)
+        : TestProgram({}, kernel) {
+        system.combines = combines;
+        system.longest = longest;
+        system.tooLong = refusal;
+        std::mt19937 random{5};
+        for (std::uint8_t& byte : Memory())
+            byte = static_cast<std::uint8_t>(random());
+        program.state.bus.kernel = I2cBus{"Test adapter", ""};
+        if (!combines)
+            user.answers = {Answer::Yes};
+        PrepareWrites(*this);
+        user.TakeBoxes();
+    }
+    std::vector<std::uint8_t>& Memory() { return system.devices.at(0x50).memory; }
+
+    /// How many transfers it took.
+    std::uint64_t Run(const BusCommand& command) {
+        const std::uint64_t before = system.transfers;
+        user.onBox = [this](const Box& box) {  // a filled device, after its adapter was gone
+            if (box.text.find("too many of its bytes are alike") != std::string::npos)
+                user.answers.push_front(Answer::Yes);
+        };
+        command.Run(*this);
+        return system.transfers - before;
+    }
+};
+
+constexpr const char* kAborted =
+    "E R R O R|There is an I2C bus or\r\nInterface Hardware Problem\r\n";
+constexpr const char* kCause =
+    "not acknowledge|stuck|Some adapters|is gone|Another master|a part only|within 50 ms|SDA is "
+    "held low";
+
+class KernelFaults : public testing::TestWithParam<BusCommand> {
+  protected:
+    KernelFaults() { transfers_ = healthy_.Run(GetParam()); }
+
+    /// A command that was cut short says why; called again without the fault it does its work.
+    void Check(KernelProgram& test, bool mayWork) {
+        const auto held = test.Memory();
+        test.Run(GetParam());
+        const auto boxes = test.user.TakeBoxes();
+        const bool aborted = test.Status() == "I2C Operation Aborted";
+        EXPECT_TRUE(aborted || mayWork) << test.Status();
+        int wrong = 0;
+        for (std::size_t address = 0; address < held.size(); ++address) {
+            const std::uint8_t byte = test.Memory()[address];
+            wrong += byte == held[address] || byte == healthy_.Memory()[address] ? 0 : 1;
+        }
+        EXPECT_EQ(wrong, 0) << "bytes that nobody asked for";
+        if (aborted) {
+            EXPECT_THAT(boxes.back(), AllOf(StartsWith(kAborted), ContainsRegex(kCause)));
+        }
+        test.system.fault = {};
+        test.system.sdaLow = false;
+        test.system.now += 1s;
+        test.system.devices.at(0x50).busyUntil = {};
+        test.system.devices.at(0x50).writeCycle = 5ms;
+        if (aborted) {
+            test.Run(GetParam());
+            EXPECT_THAT(test.user.TakeBoxes(), Each(Not(HasSubstr("E R R O R"))));
+        } else {
+            EXPECT_EQ(test.Status(), healthy_.Status());
+        }
+        EXPECT_EQ(test.Memory(), healthy_.Memory());
+        EXPECT_EQ(test.program.buffer, healthy_.program.buffer);
+    }
+
+    KernelProgram healthy_;
+    std::uint64_t transfers_;
+};
+
+TEST_P(KernelFaults, LeaveTheDeviceAsTheMessageSays) {
+    constexpr int kSdaFalls = -1;
+    // Whether a fault of one transfer may go unseen: the bus is asked again, the poll goes
+    // on, or nobody was to answer, at the end of a whole reading.
+    constexpr std::pair<int, bool> kFaults[] = {
+        {ENXIO, true},   {EREMOTEIO, true}, {ETIMEDOUT, true}, {EIO, true},
+        {ENODEV, false}, {EAGAIN, true},    {EPROTO, true},    {kSdaFalls, false},
+    };
+    std::size_t carried = 0;
+    for (const auto& [error, mayPass] : kFaults) {
+        for (const std::uint64_t first :
+             {std::uint64_t{0}, std::uint64_t{1}, std::uint64_t{2}, std::uint64_t{3},
+              transfers_ / 2, transfers_ - 2, transfers_ - 1}) {
+            for (const bool stays : {true, false}) {
+                if (first >= transfers_ || (error == kSdaFalls && !stays))
+                    continue;
+                SCOPED_TRACE(testing::Message() << error << " from " << first << " on " << stays);
+                KernelProgram test;
+                test.system.carried = carried = (carried + 7) % 31;
+                std::uint64_t transfer = 0;
+                test.system.fault = [&, error = error, first = first] {
+                    const std::uint64_t now = transfer++;
+                    const bool due = now == first || (stays && now > first);
+                    test.system.sdaLow = due && error == kSdaFalls;
+                    return due && error != kSdaFalls ? error : 0;
+                };
+                Check(test, mayPass && (!stays || first == transfers_ - 1));
+            }
+        }
+    }
+}
+
+TEST_P(KernelFaults, WorkOnEveryAdapterAndEndWithAnEndlessWriteCycle) {
+    for (const bool combines : {true, false}) {
+        for (const auto& [longest, refusal] : {std::pair<std::size_t, int>{4096, EOPNOTSUPP},
+                                               {4096, ETIMEDOUT},
+                                               {254, EIO},
+                                               {255, EREMOTEIO},
+                                               {255, EMSGSIZE},
+                                               {34, EPROTO},
+                                               {32, EINVAL},
+                                               {32, EIO}}) {
+            SCOPED_TRACE(testing::Message() << combines << " " << longest << " " << refusal);
+            KernelProgram test(combines, longest, refusal);
+            Check(test, true);
+            EXPECT_GT(test.user.paintings, 0);
+        }
+    }
+    for (const auto& [cycle, works] : {std::pair<BusTime, bool>{40ms, true}, {1h, false}}) {
+        KernelProgram test;
+        test.system.devices.at(0x50).writeCycle = cycle;
+        Check(test, works || !GetParam().writes);
+    }
+}
+
+TEST(WholeWrite, GoesByPagesOnTheKernelsBusWhereTheyArriveAndCountsEachByteOnce) {
+    for (const auto& [page, cycles] : {std::pair(32U, 256U), {16U, 1U + 8192U}}) {
+        KernelProgram test;
+        FakeEeprom& device = test.system.devices.at(0x50);
+        device.pageSize = page;
+        const std::uint64_t before = device.cycles;
+        FollowedBus& bus = test.program.bus;
+        for (unsigned claim = 1; claim <= 2; ++claim) {
+            const BusClaim claimed(bus);
+            EXPECT_EQ(WriteWhole(bus, test.program.buffer), Transfer::Done);
+            EXPECT_EQ(bus.BytesWritten(), 8192);
+            EXPECT_EQ(device.cycles - before, claim * cycles);
+        }
+        EXPECT_TRUE(std::ranges::equal(device.memory, std::span(test.program.buffer).first(8192)));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryCommand, KernelFaults, testing::ValuesIn(kBusCommands),
+                         [](const auto& command) { return std::string(command.param.name); });
 
 }  // namespace
 }  // namespace tarnwell

@@ -2,22 +2,30 @@
 // widgets' own measures that its texts can be read. Usage: looks_test LOOK FOLDER
 #include <QApplication>
 #include <QDir>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QMenuBar>
 #include <QScreen>
+#include <QStyleOptionGroupBox>
+#include <QTabBar>
 #include <algorithm>
 #include <map>
 
-#include "WidgetTexts.h"
 #include "support/Gallery.h"
 #include "ui/looks/Colours.h"
+#include "ui/looks/Fitted.h"
 #include "ui/looks/Measures.h"
 #include "ui/looks/ReadableStyle.h"
+#include "ui/widgets/GridView.h"
+#include "ui/widgets/SettingCell.h"
 
 namespace tarnwell {
 namespace {
 
 constexpr double kSeenContrast = 3;  // of a focus frame
 constexpr int kSeenPixels = 40;
-constexpr double kContrast = 4.5;  // WCAG 2.1, 1.4.3
+constexpr double kContrast = 4.5;   // WCAG 2.1, 1.4.3
+constexpr double kNarrowest = 0.7;  // what a condensed text is still read at
 
 struct Look {
     QLatin1String name;
@@ -48,6 +56,73 @@ void wear(const Look& look) {
         QApplication::setPalette(palette);
     }
     qApp->setStyleSheet(QLatin1String(look.styleSheet));
+}
+
+/// A text of a widget, the room that it has there and the size that it needs.
+struct Text {
+    QString text;
+    QRect room;
+    QSize needed;
+    double narrowest;  ///< how far it may be condensed
+};
+
+/// By the widget's own measures; of a grid, those of the cells that are seen.
+std::vector<Text> textsOf(const QWidget& widget) {
+    std::vector<Text> texts;
+    const auto add = [&](const QString& text, const QRect& room, double narrowest = 1) -> Text& {
+        const QSize needed = widget.fontMetrics().size(Qt::TextShowMnemonic, text);
+        texts.push_back({text, room, needed, narrowest});
+        return texts.back();
+    };
+    const auto addMenu = [&](const auto& menu) {
+        for (QAction* action : menu.actions()) {
+            if (action->isVisible() && action->isEnabled())
+                add(action->text(), menu.actionGeometry(action));
+        }
+    };
+    if (const auto* fitted = qobject_cast<const FittedLabel*>(&widget)) {
+        add(fitted->text(), fitted->contentsRect(), kNarrowest);
+    } else if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
+        const int width = label->width();
+        add(label->text(), label->contentsRect()).needed =
+            label->wordWrap() ? QSize(0, label->heightForWidth(width)) : label->sizeHint();
+    } else if (const auto* cell = qobject_cast<const SettingCell*>(&widget)) {
+        add(cell->text(), cell->rect().adjusted(2, 1, -2, -1), kNarrowest);
+    } else if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+        QStyleOptionButton option;
+        option.initFrom(button);
+        const auto part = button->inherits("QCheckBox")      ? QStyle::SE_CheckBoxContents
+                          : button->inherits("QRadioButton") ? QStyle::SE_RadioButtonContents
+                                                             : QStyle::SE_PushButtonContents;
+        add(button->text(), button->style()->subElementRect(part, &option, button));
+    } else if (const auto* group = qobject_cast<const QGroupBox*>(&widget)) {
+        QStyleOptionGroupBox option;
+        option.initFrom(group);
+        option.text = group->title();
+        option.subControls = QStyle::SC_GroupBoxLabel;
+        add(group->title(),
+            group->rect() & group->style()->subControlRect(QStyle::CC_GroupBox, &option,
+                                                           QStyle::SC_GroupBoxLabel, group));
+    } else if (const auto* edit = qobject_cast<const QLineEdit*>(&widget)) {
+        // The names of a file are as long as the user likes.
+        add(edit->text(), edit->rect(), edit->objectName() == "fileNameEdit" ? 0 : 1);
+    } else if (const auto* tabs = qobject_cast<const QTabBar*>(&widget)) {
+        for (int tab = 0; tab < tabs->count(); ++tab)
+            add(tabs->tabText(tab), tabs->tabRect(tab));
+    } else if (const auto* menu = qobject_cast<const QMenu*>(&widget)) {
+        addMenu(*menu);
+    } else if (const auto* bar = qobject_cast<const QMenuBar*>(&widget)) {
+        addMenu(*bar);
+    } else if (const auto* grid = qobject_cast<const GridView*>(&widget)) {
+        const int rows = grid->rowAt(grid->viewport()->height() - 4);
+        for (int at = 0; at < kGridColumns * rows; ++at) {
+            const QModelIndex index = grid->model()->index(at / kGridColumns, at % kGridColumns);
+            const QRect room = grid->visualRect(index);
+            if (grid->viewport()->childAt(room.center()) == nullptr)
+                add(index.data().toString(), room.translated(grid->viewport()->pos()), kNarrowest);
+        }
+    }
+    return texts;
 }
 
 /// The background, which is the most common colour, and the greatest contrast to it.

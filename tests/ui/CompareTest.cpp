@@ -1,15 +1,11 @@
 // The window Compare, by keyboard and by mouse.
 #include <QAbstractItemModelTester>
-#include <QAbstractItemView>
-#include <QClipboard>
 #include <QComboBox>
-#include <QFile>
 #include <QHelpEvent>
-#include <QLabel>
-#include <QTimer>
 #include <QToolTip>
 #include <QTreeView>
 
+#include "archive/ImageRecords.h"
 #include "support/MainWindow.h"
 #include "ui/widgets/DifferenceMap.h"
 
@@ -25,69 +21,70 @@ class CompareTest : public FormMainTest {
         for (const int address : {2363, 4096, 4097})
             program.buffer[static_cast<std::size_t>(address)] ^= 0x11;
     }
-    void compare(const ModalWindows::Action& action) {
-        script.then([=](QWidget& dialog) {
-            dialog.activateWindow();
-            EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog, kPatience));
-            action(dialog);
-            if (dialog.isVisible())
-                QTest::keyClick(&dialog, Qt::Key_Escape);
-        });
-        key(Qt::Key_D, Qt::ControlModifier);
-        EXPECT_TRUE(script.isDone());
-    }
 };
 
 TEST_F(CompareTest, GoesThroughTheDifferencesAndTakesThem) {
-    compare([&](QWidget& dialog) {
-        auto& table = Child<QTreeView>(dialog, "tblDifferences");
-        const QAbstractItemModelTester tester(
-            table.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
-        auto& summary = Child<QLabel>(dialog, "lblDifferences");
-        auto& take = Child<QPushButton>(dialog, "cmdTake");
-        auto& onlySettings = Child<QAbstractButton>(dialog, "chkSettingsOnly");
-        EXPECT_EQ(Child<QComboBox>(dialog, "cboLeft").currentText(), "Memory Buffer");
-        EXPECT_EQ(Child<QComboBox>(dialog, "cboRight").currentText(), "Primary EEProm");
-        EXPECT_EQ(summary.text(), "3 bytes differ: 1 setting, 2 other bytes in 1 place");
-        EXPECT_FALSE(take.isEnabled() || Child<QPushButton>(dialog, "cmdShowInEditor").isEnabled());
-        const auto at = [&] { return table.currentIndex().data().toString(); };
-        for (const auto& [modifier, address] : {std::pair(Qt::NoModifier, "2363"),
-                                                {Qt::NoModifier, "4096 - 4097"},
-                                                {Qt::NoModifier, "2363"},
-                                                {Qt::ShiftModifier, "4096 - 4097"}}) {
-            QTest::keyClick(&table, Qt::Key_F6, modifier);
-            EXPECT_EQ(at(), address);
-        }
-        QTest::keyClick(&table, Qt::Key_C, Qt::ControlModifier);
-        EXPECT_EQ(QGuiApplication::clipboard()->text().count('\n'), 3);
-        QTest::keyClick(&table, Qt::Key_Right);
-        QTest::keyClick(&table, Qt::Key_Down);
-        EXPECT_EQ(at(), "4096");
-        EXPECT_FALSE(Child<QPushButton>(dialog, "cmdShowSetting").isEnabled());
-        QTest::mouseClick(&take, Qt::LeftButton);
-        EXPECT_EQ(summary.text(), "2 bytes differ: 1 setting, 1 other byte in 1 place");
-        EXPECT_EQ(program.buffer[4096], television.Memory(Chip::Primary)[4096]);
-        onlySettings.click();
-        EXPECT_EQ(table.model()->rowCount(), 1);
-        table.selectAll();
-        take.click();
-        EXPECT_EQ(table.model()->rowCount(), 0);
-        EXPECT_EQ(summary.text(), "1 byte differs: 1 byte in 1 place");
-    });
+    const auto testModel = [this] {
+        auto* model = Child<QTreeView>(window, "tblDifferences").model();
+        using Mode = QAbstractItemModelTester::FailureReportingMode;
+        new QAbstractItemModelTester(model, Mode::Fatal, model);
+    };
+    play({{"Ctrl+D", "lblDifferences", "3 bytes differ: 1 setting, 2 other bytes in 1 place"},
+          {testModel, "cboLeft cboRight cmdTake cmdShowInEditor",
+           "Memory Buffer / Primary EEProm / ~Take / ~Show in Editor"},
+          {"F6", "tblDifferences", "2363|..."},
+          {"F6", "tblDifferences", "4096 - 4097|..."},
+          {"F6", "tblDifferences", "2363|..."},
+          {"Shift+F6 Ctrl+C", "tblDifferences clipboard",
+           "4096 - 4097|... / Address\t...\n4096\t...\n4097\t...\n"},
+          {"Right Down", "tblDifferences cmdShowSetting", "4096|... / ~Show Setting"},
+          {"cmdTake", "lblDifferences", "2 bytes differ: 1 setting, 1 other byte in 1 place"},
+          {"chkSettingsOnly on:tblDifferences Ctrl+A cmdTake", "lblDifferences tblDifferences",
+           "1 byte differs: 1 byte in 1 place / ||||"},
+          {"Esc", "lblSetting_0", "104"}});
+    EXPECT_EQ(program.buffer[4096], eeprom[4096]);
     EXPECT_TRUE(program.cells.AnyHasMark(Mark::Save));
 }
 
+TEST_F(CompareTest, ReadsTheDeviceAgainAndWritesWhatIsSelected) {
+    sights["selected"] = [this] {
+        QString rows;
+        for (const QModelIndex& row :
+             Child<QTreeView>(window, "tblDifferences").selectionModel()->selectedRows())
+            rows += row.data().toString() + ';';
+        return rows;
+    };
+    sights["byte"] = [this] { return QString::number(eeprom[4097] ^ program.buffer[4097]); };
+    play({{"Ctrl+D"},
+          {[&] { eeprom[4097] ^= 0x40, eeprom[8000] ^= 1; }},
+          {"F5", "selected", "4096 - 4097;8000;"},
+          {"", "lblDifferences",
+           "4 bytes differ: 1 setting, 3 other bytes in 2 places.  2 bytes changed since the last "
+           "reading"},
+          {"cmdWriteSelected", "title", "V E R I F Y"},
+          {"No", "selected byte", "4096 - 4097;8000; / 81"},
+          {"cmdWriteSelected Yes", "lblDifferences byte selected",
+           "1 byte differs: 1 setting.  EEP Verified OK; 3 Bytes Written / 0 / "},
+          {"cmdWriteSelected Yes", "lblDifferences cmdWriteSelected.toolTip",
+           "No differences.  EEP Verified OK; 1 Byte Written / No row is shown"},
+          {"Esc"}});
+}
+
+TEST_F(CompareTest, AFileIsPickedOnceForBothSides) {
+    folder.Write("tv.mot", ArchiveText(ImageRecords(program.buffer)));
+    play({{"Ctrl+D"},
+          {"on:cboLeft Down Down Down Down Return", "title", "Load EEProm Image"},
+          {toQt("type:" + folder.Path("tv.mot") + " Return"), "cboLeft", "Image: tv.mot"},
+          {"", "cboLeft.toolTip", pathToQt(folder.Path()).chopped(1)},
+          {"on:cboRight Down End Return", "cboRight", "Image: tv.mot"},
+          {"", "lblDifferences", "No differences"},
+          {"Esc"}});
+}
+
 TEST_F(CompareTest, AnEntryInTheGridIsSettledBefore) {
-    child<QTabWidget>("SSTab1").setCurrentIndex(5);
-    child<QCheckBox>("EditorEnabled").click();
-    clickByte(0, 1);
-    type("200");
-    script.press(QMessageBox::Yes);
-    compare([](QWidget& dialog) {
-        EXPECT_EQ(Child<QLabel>(dialog, "lblDifferences").text(),
-                  "1 byte differs: 1 byte in 1 place")
-            << "the buffer is what the grid was";
-    });
+    play({{"page:5 EditorEnabled at:0 type:200 Ctrl+D", "title", "D A T A - Changed"},
+          {"Yes", "lblDifferences", "1 byte differs: 1 byte in 1 place"},
+          {"Esc"}});
 }
 
 TEST_F(CompareTest, ThePictureMarksEachKindOfByte) {
@@ -117,104 +114,144 @@ TEST_F(CompareTest, ThePictureMarksEachKindOfByte) {
 }
 
 TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {
-    compare([&](QWidget& dialog) {
-        auto& map = Child<DifferenceMap>(dialog, "mapDifferences");
-        dialog.setGeometry(40, 30, 700, 500);
-        auto& table = Child<QTreeView>(dialog, "tblDifferences");
-        const int ways[][3] = {
-            {Qt::Key_Up, 127, 127},     {Qt::Key_Up, 128, 0},     {Qt::Key_Down, 8063, 8191},
-            {Qt::Key_Down, 8064, 8064}, {Qt::Key_Left, 0, 0},     {Qt::Key_Left, 4098, 4097},
-            {Qt::Key_Home, 200, 0},     {Qt::Key_End, 200, 8191}, {Qt::Key_Right, 4096, 4097}};
+    const auto map = [this]() -> DifferenceMap& {
+        return Child<DifferenceMap>(window, "mapDifferences");
+    };
+    const auto place = [&](int address) {
+        const QRectF first = map().cellOf(0);
+        const QPointF middle(address % 128 + 0.5, address / 128 + 0.5);
+        return (first.topLeft() + middle * first.width()).toPoint();
+    };
+    const auto click = [&](const QPoint& at) { QTest::mouseClick(&map(), Qt::LeftButton, {}, at); };
+    sights["byte"] = [&] { return map().accessibleDescription().section(':', 0, 0).mid(8); };
+    sights["tip"] = [] { return QToolTip::text(); };
+    const auto moveAbout = [&] {
+        map().window()->setGeometry(40, 30, 700, 500);
+        const std::tuple<const char*, int, int> ways[] = {
+            {"Up", 127, 127},     {"Up", 128, 0},     {"Down", 8063, 8191},
+            {"Down", 8064, 8064}, {"Left", 0, 0},     {"Left", 4098, 4097},
+            {"Home", 200, 0},     {"End", 200, 8191}, {"Right", 4096, 4097}};
         for (const auto& [pressed, from, to] : ways) {
-            map.setCurrent(from);
-            QTest::keyClick(&map, Qt::Key(pressed));
-            EXPECT_EQ(map.accessibleDescription().section(':', 0, 0).mid(8).toInt(), to) << from;
+            click(place(from));
+            perform(pressed);
+            EXPECT_EQ(sights["byte"]().toInt(), to) << from;
         }
-        QTest::keyClick(&map, Qt::Key_Return);
-        EXPECT_EQ(table.currentIndex().data().toString(), "4097");
-        EXPECT_TRUE(map.accessibleDescription().startsWith("Address 4097: "));
-        const QRectF first = map.cellOf(0);
-        const QPoint byte = (first.topLeft() + QPointF(59.5, 18.5) * first.width()).toPoint();
-        for (const QPoint& clicked : {byte, first.topLeft().toPoint() - QPoint(3, 3)})
-            QTest::mouseClick(&map, Qt::LeftButton, {}, clicked);
-        EXPECT_EQ(table.currentIndex().data().toString(), "2363");
-        EXPECT_TRUE(map.accessibleDescription().startsWith("Address 2363 "));
-        QHelpEvent pointing(QEvent::ToolTip, byte, map.mapToGlobal(byte));
-        QCoreApplication::sendEvent(&map, &pointing);
-        EXPECT_TRUE(QToolTip::text().startsWith("Address 2363 (480i CR02): 121 left, 104 right"));
-        Child<QPushButton>(dialog, "cmdShowSetting").click();
-    });
-    EXPECT_EQ(program.state.page, Page::Chroma);
-    compare([&](QWidget& dialog) {
-        EXPECT_EQ(dialog.geometry(), QRect(40, 30, 700, 500));
-        QTest::keyClick(&Child<QTreeView>(dialog, "tblDifferences"), Qt::Key_F6, Qt::ShiftModifier);
-        Child<QPushButton>(dialog, "cmdShowInEditor").click();
-    });
-    EXPECT_EQ(program.state.page, Page::Editor);
-    EXPECT_EQ(program.grid.Current().Address(), 4096);
+    };
+    const auto point = [&] {
+        QHelpEvent pointing(QEvent::ToolTip, place(2363), map().mapToGlobal(place(2363)));
+        QCoreApplication::sendEvent(&map(), &pointing);
+    };
+    play({{"Ctrl+D"},
+          {moveAbout},
+          {"on:mapDifferences Return", "tblDifferences", "4097|..."},
+          {[&] { click(place(2363)); }, "tblDifferences", "2363|..."},
+          {[&] { click(map().cellOf(0).topLeft().toPoint() - QPoint(1, 1)); }, "byte",
+           "2363 (480i CR02)"},
+          {point, "tip", "Address 2363 (480i CR02): 121 left, 104 right"},
+          {"cmdShowSetting", "focus", "lblSetting_0"},
+          {"Ctrl+D"},
+          {[&] { EXPECT_EQ(map().window()->geometry(), QRect(40, 30, 700, 500)); }},
+          {"Shift+F6 cmdShowInEditor", "address SSTab1", "4096 / 5"}});
 }
 
 TEST_F(CompareTest, ASideThatCannotBeReadIsEmptyAndTheListIsSaved) {
-    compare([&](QWidget& dialog) {
-        const QString path = QString::fromStdString(folder.Path("list.csv"));
-        const auto soon = [](const ModalWindows::Action& action) {
-            QTimer::singleShot(200, [=] { action(*QApplication::activeModalWidget()); });
-        };
-        soon([=](QWidget& files) {
-            Child<QLineEdit>(files, "fileNameEdit").setText(path);
-            static_cast<QDialog&>(files).accept();
-        });
-        Child<QPushButton>(dialog, "cmdSaveList").click();
-        QFile list(path);
-        EXPECT_TRUE(list.open(QFile::ReadOnly));
-        EXPECT_TRUE(
-            list.readAll().startsWith("Address,Setting,Format,Left,Right\n2363,CR02,480i,"));
-        television.Inject({.kind = FaultKind::SclStuckLow});
-        soon(ModalWindows::pressing(QMessageBox::Ok));
-        auto& left = Child<QComboBox>(dialog, "cboLeft");
-        left.setFocus();
-        QTest::keyClick(&left, Qt::Key_Down);
-        EXPECT_EQ(left.currentIndex(), 0) << "a step alone reads nothing";
-        QTest::keyClick(left.view(), Qt::Key_Down);
-        QTest::keyClick(left.view(), Qt::Key_Return);
-        EXPECT_EQ(left.currentIndex(), -1);
-        EXPECT_EQ(Child<QLabel>(dialog, "lblDifferences").text(), "Choose both sides");
-        EXPECT_FALSE(Child<QPushButton>(dialog, "cmdSaveList").isEnabled());
-        EXPECT_EQ(Child<QWidget>(dialog, "mapDifferences").accessibleDescription(), "");
-    });
+    sights["reasons"] = [this] {
+        QString reasons;
+        for (const auto* button : front().findChildren<QPushButton*>())
+            reasons += button->isEnabled() ? "" : button->toolTip() + ';';
+        return reasons;
+    };
+    play({{"Ctrl+D"},
+          {"cmdSaveList", "title", "Save List As..."},
+          {toQt("type:" + folder.Path("list.csv") + " Return")},
+          {[&] { television.Inject({.kind = FaultKind::SclStuckLow}); }},
+          {"on:cboLeft Down", "cboLeft", "Memory Buffer"},  // a step alone reads nothing
+          {"Down Return", "title", "E R R O R"},
+          {"OK", "lblDifferences cboLeft cmdSaveList mapDifferences.accessibleDescription",
+           "Choose both sides /  / ~Save List... / "},
+          {"", "reasons",
+           "Choose the memory buffer on one side only;Choose an EEPROM on one side only;Select a "
+           "row first;Select a row first;No row is shown;"},
+          {"Esc"}});
+    EXPECT_TRUE(
+        folder.Read("list.csv").starts_with("Address,Setting,Format,Left,Right\n2363,CR02,480i,"));
+}
+
+struct OnPaint final : QObject {
+    std::function<void()> does;
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Paint)
+            does();
+        return false;
+    }
+};
+
+/// Each step is one key or one click.
+TEST_F(CompareTest, FewStepsLeadBackToAnArchiveOrABackup) {
+    EepromImage& device = television.Memory(Chip::Primary);
+    const EepromImage before = device;
+    const auto restored = [&] { EXPECT_TRUE(std::ranges::equal(device, before)); };
+    const auto spoil = [&] { device[7] ^= 0xFF, device[2400] ^= 1; };
+    play({{"mnuEEPRead"},
+          {"mnuFileSaveImage"},
+          {toQt("type:" + folder.Path("old.mot") + " Return")}});
+    const auto pick = [this] {
+        auto& box = Child<QComboBox>(window, "cboLeft");
+        box.showPopup();
+        const int row = box.findText("Image: old.mot");
+        QTest::mouseClick(box.view()->viewport(), Qt::LeftButton, {},
+                          box.view()->visualRect(box.model()->index(row, 0)).center());
+    };
+    const QString done = "EEP Verified OK; 2 Bytes Written";
+    play({{spoil},
+          {"Ctrl+D Alt+F End Return", "cboLeft", "Image: old.mot"},
+          {"Alt+W Alt+Y", "lblDifferences...", "..." + done},
+          {restored},
+          {"Esc"},
+          {spoil},
+          {"mnuEEP mnuEEPCompare"},
+          {pick},
+          {"cmdWriteSelected Yes", "lblDifferences...", "..." + done},
+          {restored},
+          {"Esc"}});
+    for (const char* back : {"Alt+F B Alt+R Alt+Y", "mnuFile mnuFileBackups cmdRestore Yes"}) {
+        ASSERT_NE(program.backups.Keep(TargetDevice::Primary, program.buffer), "");
+        play({{spoil}, {back, "status...", done}, {restored}});
+    }
+    for (std::uint8_t& byte : std::span(program.buffer).first(200))
+        byte ^= 1;
+    OnPaint stop;
+    stop.does = [this] {
+        if (status().startsWith("Please Wait, Writing Buffer"))
+            child<QPushButton>("cmdStop").click();
+    };
+    child("statusPanel_2").installEventFilter(&stop);
+    play({{"mnuEEPWrite Yes", "title", "I N F O"},
+          {[&] { EXPECT_NE(device[0], before[0]); }},
+          {"Return Alt+F B Alt+R Alt+Y", "status...", "EEP Verified OK; ... Written"},
+          {restored}});
 }
 
 TEST_F(CompareTest, TheListOfBackupsLeadsBackToOne) {
     MemoryBuffer image = program.buffer;
     image[5] ^= 1;
-    ASSERT_TRUE(program.backups.Keep(TargetDevice::Primary, image));
-    script.then([](QWidget& dialog) {
-        const auto* table = Child<QTreeView>(dialog, "tblBackups").model();
-        EXPECT_EQ(table->rowCount(), 1);
-        EXPECT_EQ(table->index(0, 0).data().toString(), "Primary");
-        EXPECT_EQ(table->index(0, 3).data().toString(), "1 byte differs: 1 byte in 1 place");
-        QTest::mouseClick(&Child<QPushButton>(dialog, "cmdCompare"), Qt::LeftButton);
-    });
-    script.then([](QWidget& dialog) {
-        EXPECT_EQ(Child<QComboBox>(dialog, "cboRight").currentText(), "Backup...");
-        auto& left = Child<QComboBox>(dialog, "cboLeft");
-        for (const auto& [button, shown] :
-             {std::pair("cmdClose", "Memory Buffer"), {"cmdCompare", "Backup..."}}) {
-            QTimer::singleShot(200, [button = button] {
-                Child<QPushButton>(*QApplication::activeModalWidget(), button).click();
-            });
-            left.setCurrentIndex(left.findText("Backup..."));
-            Q_EMIT left.activated(left.currentIndex());
-            EXPECT_EQ(left.currentText(), shown);
-        }
-        EXPECT_EQ(Child<QLabel>(dialog, "lblDifferences").text(), "No differences");
-        QTest::keyClick(&dialog, Qt::Key_Escape);
-    });
-    choose("mnuFileBackups");
-    script.then([](QWidget& dialog) { Child<QPushButton>(dialog, "cmdLoad").click(); });
-    script.press(QMessageBox::Yes);
-    choose("mnuFileBackups");
+    ASSERT_NE(program.backups.Keep(TargetDevice::Primary, image), "");
+    const auto chooseLeft = [this] {
+        Q_EMIT Child<QComboBox>(window, "cboLeft").activated(static_cast<int>(Source::Backup));
+    };
+    play({{"mnuFileBackups", "tblBackups", "Primary|...|1 byte differs: 1 byte in 1 place"},
+          {"cmdCompare", "cboRight", "Backup: Tarnwell-...-Pri.mot"},
+          {chooseLeft, "title", "Restore Backup"},
+          {"cmdClose", "cboLeft", "Memory Buffer"},
+          {chooseLeft},
+          {"cmdCompare", "cboLeft lblDifferences", "Backup: ... / No differences"},
+          {"Esc"},
+          {"mnuFileBackups"},
+          {"cmdLoad", "title", "..."},
+          {"Yes", "title", "..."}});
     EXPECT_TRUE(program.buffer[5] == image[5] && program.buffer[4096] == image[4096]);
+    play({{"mnuFileBackups cmdRestore", "title", "V E R I F Y"},
+          {"Yes", "status", "EEP Verified OK; 4 Bytes Written"}});
 }
 
 }  // namespace

@@ -57,6 +57,18 @@ TEST(ScreenPlace, ReadsBackAsSetUnlessTheWindowMoved) {
               window.screen()->availableGeometry().bottom())
         << "below its title";
     EXPECT_EQ(place.of(window).top, screenTwips(window.y()));
+
+    const int gap = scaled(60), right = window.screen()->availableGeometry().right();
+    const int last = right - window.width() - 15;  // where the window fits with its frame
+    for (const auto& [shown, at] :
+         {std::pair(QRect(20, 50, 40, 20), QPoint(59 + gap, 50)),
+          {QRect(last - gap, 50, 1, 20), {last, 50}},
+          {QRect(last - gap + 1, 50, 1, 20), {last - 2 * gap - window.width() - 14, 50}},
+          {QRect(5, 790, 790, 9), {0, 552}}}) {
+        place.placeBeside(window, {7, 8}, shown);
+        EXPECT_EQ(window.pos(), at);
+        EXPECT_TRUE(place.of(window).top == 7 && place.of(window).left == 8);
+    }
 }
 
 TEST(FittedLabel, WritesItsTextInTheMiddleOfItsRoomCondensedIfItMust) {

@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <thread>
 
 #include "cli/tools/Interruption.h"
-#include "cli/tools/Terminal.h"
+#include "command/WriteTexts.h"
+#include "core/Words.h"
 #include "core/files/UserFolders.h"
-#include "image/WriteTexts.h"
+#include "image/WholeWrite.h"
 
 namespace tarnwell::cli {
 
@@ -46,24 +48,32 @@ Device::Device(const Arguments& arguments, const JoinedPort& port, mRegistry& op
     program_.state.portAddress = arguments.portAddress.value_or(program_.state.portAddress);
     program_.state.pinOptions = arguments.pins.value_or(program_.state.pinOptions);
     program_.state.readPasses = arguments.passes.value_or(program_.state.readPasses);
-    program_.state.i2cBusOfRun = port.i2cBus;
+    program_.state.busOfRun = port.bus;
+    program_.state.simulated = port.isSimulated;
     program_.i2c.ApplyPortOptions();
+    if (arguments.set)
+        program_.ChooseSet(arguments.set);
+    program_.record.CallCommands(std::string(arguments.command->name));
     report.device = arguments.device;
-    const std::string& i2cBus = program_.state.I2cBusInUse();
-    report.simulated = port.isSimulated && i2cBus.empty();
+    const std::optional<I2cBus>& i2cBus = program_.state.BusInUse().kernel;
+    report.simulated = port.isSimulated && !i2cBus;
     report.port = report.simulated ? "simulated"
-                  : i2cBus.empty() ? arguments.port.kind.value_or("auto")
-                                   : "i2c:" + NodeOf(port.wire.kernel, I2cBusFromText(i2cBus));
+                  : i2cBus         ? "i2c:" + NodeOf(port.wire.kernel, *i2cBus)
+                                   : arguments.port.kind.value_or("auto");
     user_.onTrust = [this](const Box& box) { return IsTrusted(box); };
 }
 
+// The kernel refuses a port that is held exclusively at once, and writes two lines into its log.
 void Device::Claim() {
     using Steady = std::chrono::steady_clock;
+    constexpr std::chrono::seconds kBetweenClaims{1};
+    constexpr std::chrono::milliseconds kPause{10};
     const auto deadline = Steady::now() + std::chrono::seconds(arguments_.waitSeconds);
-    claim_.emplace(bus_);
-    while (bus_.IsTaken() && Steady::now() < deadline) {
-        stop_.Obey();
-        claim_.emplace(bus_);
+    auto again = Steady::now() + kBetweenClaims;
+    for (claim_.emplace(bus_); bus_.IsTaken() && Steady::now() < deadline; claim_.emplace(bus_)) {
+        for (stop_.Obey(); Steady::now() < std::min(again, deadline); stop_.Obey())
+            std::this_thread::sleep_for(kPause);
+        again = Steady::now() + kBetweenClaims;
     }
 }
 
@@ -113,6 +123,7 @@ bool Device::ReadImage(MemoryBuffer& image) {
     }
     user_.onQuestion = {};
     count();
+    TellLikeness();
     if (reading == DeviceReading::Refused)
         report_.End(Status::NotConfirmed,
                     HasTerminal() ? "EEProm Read Cancelled."
@@ -126,8 +137,29 @@ bool Device::ReadImage(MemoryBuffer& image) {
 bool Device::UsesDoubtful(const Box& question) {
     if (arguments_.force || !HasTerminal())
         return arguments_.force;
-    const std::string details = question.details + (question.details.empty() ? "" : "\n");
-    return AgreesOnTerminal(details + question.text);
+    std::string text = question.details + (question.details.empty() ? "" : "\n") + question.text;
+    std::erase(text, '\r');
+    return AgreesOnTerminal(text);
+}
+
+std::string Device::Doubts(WriteKind kind, const MemoryBuffer& wanted) {
+    program_.buffer = wanted;
+    const Box doubts = program_.writeGuard.Doubts(kind, &wanted);
+    return doubts.text.empty() ? std::string() : OneLine(doubts);
+}
+
+bool Device::Fits(WriteKind kind, const MemoryBuffer& wanted) {
+    program_.buffer = wanted;
+    user_.onQuestion = [this](const Box& box) { return UsesDoubtful(box); };
+    const bool fits = program_.writeGuard.Fits(kind, &wanted);
+    user_.onQuestion = {};
+    if (!fits)
+        report_.End(Status::NotConfirmed,
+                    HasTerminal() ? std::string(kWriteCancelled) + "."
+                                  : user_.LastLine() +
+                                        " Nobody can be asked without a terminal. Say --force to "
+                                        "write it all the same.");
+    return fits;
 }
 
 bool Device::ReadBytes(ByteRange range, std::vector<AddressedByte>& bytes) {
@@ -145,53 +177,92 @@ bool Device::ReadAgreed(int address, std::uint8_t& byte) {
     return true;
 }
 
-bool Device::KeepBackup() {
-    if (!program_.writeGuard.MayWrite()) {
-        report_.End(Status::File, user_.LastLine() +
-                                      " Nothing was written. Make room there, or name another "
-                                      "place by XDG_STATE_HOME.");
-        return false;
-    }
-    report_.backup = program_.backups.LastKept();
-    return true;
+bool Device::IsAgreed(SecondReading reading) {
+    if (reading == SecondReading::TooNoisy)
+        report_.End(Status::Bus, user_.LastLine() + " Nothing was written.");
+    return reading == SecondReading::Agreed || (reading == SecondReading::Aborted && EndAborted());
+}
+
+bool Device::ReadAgain(MemoryBuffer& present, const MemoryBuffer& wanted) {
+    return IsAgreed(program_.writeGuard.ReadAgain(present, wanted));
+}
+
+bool Device::MakeSure() {
+    return IsAgreed(program_.writeGuard.HoldAgainstNewest());
 }
 
 bool Device::KeepBackup(Backup backup, const MemoryBuffer& present) {
     if (backup == Backup::UnlessKept)
         report_.backup = program_.backups.PathOf(arguments_.device, present);
-    return !report_.backup.empty() || KeepBackup();
+    const bool isKept = !report_.backup.empty();
+    if (isKept ? !program_.writeGuard.MayRecord() : !program_.writeGuard.MayWrite()) {
+        report_.End(Status::File, user_.LastLine() +
+                                      " Nothing was written. Make room there, or name another "
+                                      "place by XDG_STATE_HOME.");
+        return false;
+    }
+    if (!isKept)
+        report_.backup = program_.backups.LastKept();
+    return true;
 }
 
-bool Device::WriteDifferences(const MemoryBuffer& present, const MemoryBuffer& wanted) {
+bool Device::EndWrite() {
+    const bool wasRecorded = program_.writeGuard.RecordsAll();
+    bus_.EndWrite();
+    return !wasRecorded || program_.writeGuard.RecordsAll();
+}
+
+void Device::TellLikeness() {
+    const SetRecord& record = program_.record;
+    const auto& like = record.LooksLike(arguments_.device);
+    if (!record.IsKeptOut(arguments_.device))
+        return;
+    const std::string& chosen = arguments_.set->name;
+    report_.looksLike = like ? "This looks like " + like->set.name + ", not like " + chosen + "."
+                             : "This does not look like " + chosen + ".";
+}
+
+bool Device::WriteDifferences(const MemoryBuffer& present, const MemoryBuffer& wanted,
+                              Others others) {
     report_.written = 0;
-    DifferenceWriter writer(bus_, program_.statusBar);
-    const Transfer transfer = writer.Write(present, wanted);
+    PageWriter writer(bus_, program_.statusBar, program_.writeGuard);
+    const Transfer transfer = writer.Write(present, wanted, others);
     report_.written = writer.Confirmed();
     if (transfer == Transfer::Aborted) {
-        bus_.AbortOperation(writer.ConfirmedText());
+        bus_.AbortOperation(writer.ConfirmedText(), {});
+        report_.mismatches = bus_.Strays();
         return TellAborted(" Repeat the command: it writes the rest.");
     }
     report_.mismatches = writer.Left();
     if (!report_.mismatches.empty())
         report_.End(Status::Unverified,
                     OneLine(Box(kImageNotVerified).WithLine(writer.ConfirmedText())));
-    return true;
+    return report_.mismatches.empty();
+}
+
+bool Device::WriteAll(const ByteValues& values) {
+    MemoryBuffer image{};
+    for (const auto& [address, value] : values)
+        image[static_cast<std::size_t>(address)] = value;
+    report_.written = 0;
+    const Transfer transfer = WriteWhole(bus_, image);
+    report_.written = bus_.BytesWritten();
+    return transfer == Transfer::Done || EndAborted();
 }
 
 bool Device::Write(const ByteValues& values) {
-    DeviceProgress progress = bus_.TrackProgress();
+    if (values.size() == kEepromBytes)
+        return WriteAll(values);
     int& written = report_.written.emplace(0);
     for (const auto& [address, value] : values) {
         if (bus_.WriteByte(Short(address), value) == Transfer::Aborted)
             return EndAborted();
         ++written;
-        if (values.size() == kEepromBytes)
-            progress.Show(address);
     }
     return true;
 }
 
-bool Device::ReadBack(const ByteValues& values) {
+bool Device::ReadBack(const ByteValues& values, const Box& notVerified) {
     const bool whole = values.size() == kEepromBytes;
     if (whole && bus_.ReadBlock(0, kEepromBytes) == Transfer::Aborted)
         return EndAborted();
@@ -202,21 +273,27 @@ bool Device::ReadBack(const ByteValues& values) {
         if (found != value)
             report_.mismatches.push_back({address, value, found});
     }
-    return true;
+    if (report_.mismatches.empty())
+        return true;
+    bus_.FindStrays();
+    std::ranges::copy_if(bus_.Strays(), std::back_inserter(report_.mismatches),
+                         [&](const Mismatch& stray) { return !values.contains(stray.address); });
+    report_.End(Status::Unverified, OneLine(notVerified));
+    return false;
 }
 
 std::string Device::HowFar() const {
     if (!report_.written)
         return {};
-    const int count = *report_.written;
-    if (count == 0)
+    if (*report_.written == 0)
         return " Nothing was written.";
-    return " " + std::to_string(count) + (count == 1 ? " byte was" : " bytes were") +
+    return " " + Counted(*report_.written, "byte", "was", "were") +
            " written and not verified: repeat the command.";
 }
 
 bool Device::EndAborted() {
     bus_.AbortOperation();
+    report_.mismatches = bus_.Strays();
     return TellAborted(HowFar());
 }
 

@@ -6,6 +6,7 @@
 #include "cli/tools/ProgressBar.h"
 #include "cli/tools/SystemCalendar.h"
 #include "cli/words/Report.h"
+#include "differences/PageWriter.h"
 #include "program/NoWindow.h"
 
 namespace tarnwell::cli {
@@ -14,8 +15,7 @@ namespace tarnwell::cli {
 struct JoinedPort {
     Wire wire;
     bool isSimulated;
-    std::optional<std::string> i2cBus =
-        std::nullopt;  ///< of the command line, empty for a parallel port
+    std::optional<ChosenBus> bus = std::nullopt;  ///< of the command line
 };
 
 /// When the image that a write replaces is kept.
@@ -39,36 +39,57 @@ class Device {
     /// Reads a byte of which some bits are to be kept.
     [[nodiscard]] bool ReadAgreed(int address, std::uint8_t& byte);
 
+    /// Reads what is to be written over a second time, which puts `present` right.
+    [[nodiscard]] bool ReadAgain(MemoryBuffer& present, const MemoryBuffer& wanted);
+
+    /// Makes sure of the whole image that was read, which will be kept.
+    [[nodiscard]] bool MakeSure();
+
+    /// What does not fit, of which Fits would ask; empty where all does.
+    std::string Doubts(WriteKind kind, const MemoryBuffer& wanted);
+
+    /// Whether what is to be written, which makes the device hold `wanted`, fits the device and the
+    /// settings; what does not is written only if --force or the user says so.
+    [[nodiscard]] bool Fits(WriteKind kind, const MemoryBuffer& wanted);
+
     /// Keeps the image that was read as a backup.
-    [[nodiscard]] bool KeepBackup();
     [[nodiscard]] bool KeepBackup(Backup backup, const MemoryBuffer& present);
 
     /// Gives the port back: what follows is no work on the device.
     void GiveBack() { claim_.reset(); }
 
+    /// A whole image where it is all of the device's bytes.
     [[nodiscard]] bool Write(const ByteValues& values);
 
-    /// Writes only what differs, and lists what then still does.
-    [[nodiscard]] bool WriteDifferences(const MemoryBuffer& present, const MemoryBuffer& wanted);
+    /// Writes only what differs, and lists what then still does, which ends the command.
+    [[nodiscard]] bool WriteDifferences(const MemoryBuffer& present, const MemoryBuffer& wanted,
+                                        Others others);
 
-    /// Reads back what was written and lists what differs.
-    [[nodiscard]] bool ReadBack(const ByteValues& values);
+    /// Reads back what was written and lists what differs, which ends the command.
+    [[nodiscard]] bool ReadBack(const ByteValues& values, const Box& notVerified);
+
+    /// Tells the record what was written; false if that failed now.
+    [[nodiscard]] bool EndWrite();
 
     /// A signal ended the command: frees the bus, gives the port back and tells how far it came.
     void EndInterrupted();
 
     Program& TheProgram() { return program_; }
-    EepromBus& TheBus() { return bus_; }
+    FollowedBus& TheBus() { return bus_; }
     const std::string& LastLine() const { return user_.LastLine(); }
 
   private:
     /// Counts what was read, however it ends.
     [[nodiscard]] bool Read(ByteRange range);
 
+    void TellLikeness();
+    bool WriteAll(const ByteValues& values);
     bool UsesDoubtful(const Box& question);
 
     /// Whether a device that may be the wrong one is to be used.
     bool IsTrusted(const Box& box) const;
+
+    bool IsAgreed(SecondReading reading);
 
     /// Always false.
     bool EndAborted();
@@ -84,7 +105,7 @@ class Device {
     LinuxPlatform platform_;
     SystemCalendar calendar_;
     Program program_;
-    EepromBus& bus_;
+    FollowedBus& bus_;
     std::optional<BusClaim> claim_;
 };
 

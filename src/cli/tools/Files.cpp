@@ -5,11 +5,14 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "archive/ImageFormat.h"
 #include "archive/ImageRecords.h"
 #include "archive/SRecord.h"
 #include "archive/SettingsRecords.h"
 #include "cli/tools/Interruption.h"
-#include "cli/tools/SystemCalendar.h"
+#include "cli/tools/LineUser.h"
+#include "cli/words/OperandKinds.h"
+#include "command/WriteTexts.h"
 #include "core/files/AtomicFile.h"
 #include "core/files/UserFolders.h"
 #include "program/NoWindow.h"
@@ -29,6 +32,8 @@ constexpr std::string_view KindText(ArchiveKind kind) {
         case ArchiveKind::NoSRecords:
             return "is not an S-Record file. If it holds the 8192 bytes as they are, name it "
                    "NAME.bin.";
+        case ArchiveKind::NoIntelHex:
+            return "is not an Intel HEX file, as its name says.";
         case ArchiveKind::Empty:
             return "is empty.";
         case ArchiveKind::LineTooLong:
@@ -47,6 +52,9 @@ constexpr std::string_view KindText(ArchiveKind kind) {
     return "cannot be read.";
 }
 
+constexpr std::string_view kNotSaved =
+    " could not be saved. Make room for it, or give a name in a folder that you may write in.";
+
 constexpr std::string_view EndText(LoadEnd end) {
     switch (end) {
         case LoadEnd::NoTerminator:
@@ -64,8 +72,10 @@ constexpr std::string_view EndText(LoadEnd end) {
     return "may be corrupt: a checksum is wrong.";
 }
 
-bool IsPlain(const std::string& name, const Arguments& arguments) {
-    return name == kStandardStream ? arguments.raw : name.ends_with(".bin");
+ImageFormat FormatIn(const std::string& name, const Arguments& arguments) {
+    if (name == kStandardStream)
+        return arguments.raw ? ImageFormat::Plain : ImageFormat::SRecords;
+    return FormatOf(name);
 }
 
 SmallFile FromStandardInput() {
@@ -87,30 +97,30 @@ class Loading {
     Loading(const std::string& name, Report& report)
         : name_(name == kStandardStream ? "Standard input" : name), report_(report) {}
 
-    std::optional<Content> FromBytes(const SmallFile& file) {
-        if (file.fault != FileFault::None)
-            return Fail(KindText(ArchiveFile(file).Kind()));
-        if (file.content.size() != kEepromBytes)
-            return Fail("has " + std::to_string(file.content.size()) + " bytes, not 8192.");
-        Content content;
-        std::ranges::copy(file.content, content.image.emplace().begin());
-        return content;
-    }
-
-    std::optional<Content> FromArchive(SmallFile file) {
-        ArchiveFile archive(std::move(file));
-        Content content;
-        switch (archive.Kind()) {
+    std::optional<Content> From(ArchiveFile& file) {
+        const bool plain = file.Format() == ImageFormat::Plain;
+        switch (file.Kind()) {
+            case ArchiveKind::Settings:
+                return FromSettings(file);
+            case ArchiveKind::Foreign:
+                if (file.Format() == ImageFormat::SRecords)
+                    break;
+                if (plain && file.Content().size() != kEepromBytes)
+                    return FailSize(file);
+                [[fallthrough]];
             case ArchiveKind::Image: {
-                content.image.emplace().fill(0xFF);
-                const LoadEnd end = LoadImageRecords(archive, *content.image);
+                Content content;
+                const LoadEnd end = LoadImageRecords(file, content.image.emplace());
                 return Finish(end, std::move(content));
             }
-            case ArchiveKind::Settings:
-                return FromSettings(archive);
+            case ArchiveKind::TooLarge:
+                if (plain && file.Content().size() > kEepromBytes)
+                    return FailSize(file);
+                break;
             default:
-                return Fail(KindText(archive.Kind()));
+                break;
         }
+        return Fail(KindText(file.Kind()));
     }
 
   private:
@@ -122,6 +132,8 @@ class Loading {
             if (!digits[cell].empty())
                 content.values[static_cast<int>(cell)] = ByteAt(digits[cell], 0);
         }
+        if (!digits.misfit.empty())
+            return Fail(std::string(EndText(end)) + " " + digits.misfit);
         return Finish(end, std::move(content));
     }
 
@@ -129,6 +141,10 @@ class Loading {
         if (end != LoadEnd::Complete)
             return Fail(EndText(end));
         return content;
+    }
+
+    std::nullopt_t FailSize(const ArchiveFile& file) {
+        return Fail("has " + std::to_string(file.Content().size()) + " bytes, not 8192.");
     }
 
     std::nullopt_t Fail(std::string_view what) {
@@ -150,10 +166,8 @@ std::vector<std::string> LinesOf(const CellValues& values) {
     return SettingsRecords(cells);
 }
 
-std::string BytesOf(const Content& content, bool plain) {
-    if (plain)
-        return {content.image->begin(), content.image->end() - 1};
-    return ArchiveText(content.image ? ImageRecords(*content.image) : LinesOf(content.values));
+std::string BytesOf(const Content& content, ImageFormat format) {
+    return content.image ? ImageText(*content.image, format) : ArchiveText(LinesOf(content.values));
 }
 
 bool SaveBytes(const std::string& name, const std::string& bytes) {
@@ -168,16 +182,18 @@ bool SaveBytes(const std::string& name, const std::string& bytes) {
 }  // namespace
 
 std::optional<Content> Load(const std::string& name, const Arguments& arguments, Report& report) {
-    SmallFile file = name == kStandardStream ? FromStandardInput() : ReadSmallFile(name);
-    Loading loading(name, report);
-    return IsPlain(name, arguments) ? loading.FromBytes(file)
-                                    : loading.FromArchive(std::move(file));
+    ArchiveFile file(name == kStandardStream ? FromStandardInput() : ReadSmallFile(name),
+                     FormatIn(name, arguments));
+    auto content = Loading(name, report).From(file);
+    if (content)
+        content->path = name;
+    return content;
 }
 
-std::vector<KeptImage> KeptBackups(TargetDevice device) {
-    const SystemCalendar calendar;
-    std::vector<KeptImage> images = ImageBackups(StateFolder() + "/backups", calendar).All();
-    std::erase_if(images, [=](const KeptImage& image) { return image.device != device; });
+std::vector<KeptImage> KeptBackups(const Arguments& arguments) {
+    std::vector<KeptImage> images =
+        KeptImagesIn(arguments.set ? arguments.set->folder : StateFolder() + "/backups");
+    std::erase_if(images, [&](const KeptImage& image) { return image.device != arguments.device; });
     return images;
 }
 
@@ -185,7 +201,7 @@ std::optional<Content> LoadSide(const std::string& name, const Arguments& argume
                                 Report& report) {
     if (name != kBackupSide && !name.starts_with(std::string(kBackupSide) + ":"))
         return Load(name, arguments, report);
-    const std::vector<KeptImage> backups = KeptBackups(arguments.device);
+    const std::vector<KeptImage> backups = KeptBackups(arguments);
     const std::string_view number =
         name == kBackupSide ? "1" : std::string_view(name).substr(kBackupSide.size() + 1);
     std::size_t index = 0;
@@ -211,22 +227,51 @@ bool MaySave(const std::string& name, const Arguments& arguments, Report& report
 
 void Save(const std::string& name, const Content& content, const Arguments& arguments,
           Report& report) {
-    const bool plain = IsPlain(name, arguments);
+    const ImageFormat format = FormatIn(name, arguments);
+    const bool plain = format != ImageFormat::SRecords;
     if (!content.image && (plain || content.values.size() != kCellCount))
         return report.End(Status::File, name + (plain ? " would hold bytes that a settings archive "
                                                         "does not have: give it another name."
                                                       : " would hold only a part of the settings: "
                                                         "the archive does not have them all."));
     const std::string shown = name == kStandardStream ? "standard output" : name;
-    if (SaveBytes(name, BytesOf(content, plain)))
+    if (SaveBytes(name, BytesOf(content, format)))
         report.End(Status::Done, std::string(content.image ? "EEProm Image Saved to Disk: "
                                                            : "Settings Saved to Archive Disk "
                                                              "File: ") +
                                      shown);
     else
-        report.End(Status::File, shown +
-                                     " could not be saved. Make room for it, or give a name "
-                                     "in a folder that you may write in.");
+        report.End(Status::File, shown + std::string(kNotSaved));
+}
+
+void SaveText(const std::string& name, const std::string& text, std::string_view saved,
+              Report& report) {
+    const std::string shown = name == kStandardStream ? "standard output" : name;
+    if (SaveBytes(name, text))
+        report.End(Status::Done, std::string(saved) + shown);
+    else
+        report.End(Status::File, shown + std::string(kNotSaved));
+}
+
+bool RefusesSettings(const Arguments& arguments, Report& report) {
+    if (arguments.device == TargetDevice::Primary)
+        return false;
+    report.End(Status::WrongUse, OneLine(kNoSettingsOnSecondary));
+    return true;
+}
+
+std::optional<std::uint8_t> ValueOf(int cell, const Content& content) {
+    if (content.image)
+        return ValueIn(*content.image, cell);
+    const auto value = content.values.find(cell);
+    return value == content.values.end() ? std::nullopt : std::optional(value->second);
+}
+
+void ShowSettings(const std::vector<int>& cells, const Content& content, Report& report) {
+    for (const int cell : cells) {
+        if (const auto value = ValueOf(cell, content))
+            report.settings.push_back({cell, *value});
+    }
 }
 
 }  // namespace tarnwell::cli

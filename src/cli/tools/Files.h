@@ -10,10 +10,11 @@ namespace tarnwell::cli {
 struct Content {
     std::optional<MemoryBuffer> image;
     CellValues values;
+    std::string path;
 };
 
-/// The images that are kept before writes.
-std::vector<KeptImage> KeptBackups(TargetDevice device);
+/// The images that are kept before writes, of the set that is chosen.
+std::vector<KeptImage> KeptBackups(const Arguments& arguments);
 
 /// `backup` and `backup:N` are the images that were kept of the device, anything else is a file.
 /// Nothing if it cannot be used, which ends the command.
@@ -30,5 +31,18 @@ std::vector<KeptImage> KeptBackups(TargetDevice device);
 /// Saves an image, or else the values, by the kind that the name asks for.
 void Save(const std::string& name, const Content& content, const Arguments& arguments,
           Report& report);
+
+/// Saves a text for people as it is.
+void SaveText(const std::string& name, const std::string& text, std::string_view saved,
+              Report& report);
+
+/// Named settings are those of the primary EEPROM: on the secondary one the command ends.
+[[nodiscard]] bool RefusesSettings(const Arguments& arguments, Report& report);
+
+/// The value of a cell that a file holds, if it does.
+std::optional<std::uint8_t> ValueOf(int cell, const Content& content);
+
+/// Puts those of the cells that a file holds into the report.
+void ShowSettings(const std::vector<int>& cells, const Content& content, Report& report);
 
 }  // namespace tarnwell::cli

@@ -5,7 +5,7 @@
 
 #include <span>
 
-#include "core/StopRequest.h"
+#include "core/run/StopRequest.h"
 
 namespace tarnwell::cli {
 

@@ -1,15 +1,21 @@
-// The user of a command line: boxes are kept as lines, and nothing is asked by them.
+// The user of a command line: boxes are kept as lines, and what is asked is asked on the terminal.
 #pragma once
 
 #include <functional>
 #include <string>
 
-#include "core/User.h"
+#include "core/user/User.h"
 
 namespace tarnwell::cli {
 
 /// The text of a box as one line; what its last part asks is left out.
 std::string OneLine(const Box& box);
+
+/// Whether somebody can be asked.
+bool HasTerminal();
+
+/// Asks on standard error; true for y or yes.
+bool AgreesOnTerminal(const std::string& question);
 
 class LineUser final : public User {
   public:
@@ -18,7 +24,7 @@ class LineUser final : public User {
     std::optional<std::string> AskText(const TextRequest& /*request*/) override { return {}; }
     std::optional<std::string> AskFile(const FileRequest& /*request*/) override { return {}; }
     void Beep() override {}
-    void KeepPainting() override {}
+    bool KeepPainting() override { return true; }
 
     /// Whether a question is answered with Yes; none is as long as it is empty.
     std::function<bool(const Box&)> onQuestion;

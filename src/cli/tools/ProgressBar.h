@@ -1,8 +1,8 @@
 // How far a whole device has been read or written, as a bar on standard error.
 #pragma once
 
-#include "core/Screen.h"
-#include "core/StatusBar.h"
+#include "core/user/Screen.h"
+#include "core/user/StatusBar.h"
 
 namespace tarnwell::cli {
 

@@ -12,6 +12,10 @@ class SystemCalendar final : public Calendar {
     std::string ShortDate() const override { return Now("%x"); }
     std::string TimeWithSeconds() const override { return Now("%X"); }
     std::string Timestamp() const override { return Now("%Y%m%d-%H%M%S"); }
+    std::string ZonedTime() const override {
+        std::string text = Now("%Y-%m-%dT%H:%M:%S%z");
+        return text.insert(text.size() - 2, 1, ':');
+    }
 
   private:
     static std::string Now(const char* format) {

@@ -5,27 +5,28 @@
 
 namespace tarnwell::cli {
 
+/// Each value as it is, or what the device does not hold, a page at a time.
+enum class How : std::uint8_t { ByteByByte, ByDifferences };
+
 /// A write with the texts that belong to it.
 struct Writing {
     ByteValues values;
-    Box question;
-    std::string_view done;
+    std::string question;
+    std::string done;
     Box notVerified;
+    How how = How::ByteByByte;
+    WriteKind kind = WriteKind::Differences;  ///< of which it is judged whether it fits
+    Backup keep = Backup::Always;
+    Others others = Others::AsWanted;
 };
+
+inline constexpr std::string_view kOnlyPlanned = "Nothing was written. This would be:";
 
 /// Whether somebody can agree to a write; if not, ends the command before the bus is touched.
 [[nodiscard]] bool CanBeConfirmed(const Arguments& arguments, Report& report);
 
-/// The present image of the device with what a write makes of it.
-std::vector<ByteChange> ChangesOf(const ByteValues& values, const MemoryBuffer& image);
-
-/// `image` is the device's, just read.
+/// `present` is the device's image, just read.
 void WriteConfirmed(const Arguments& arguments, Device& device, Report& report,
-                    const Writing& writing, const MemoryBuffer& image);
-
-/// Writes and verifies only where the device, which was just read to hold `present`, is not as
-/// wanted.
-void WriteOnlyDifferences(const Arguments& arguments, Device& device, Report& report,
-                          const MemoryBuffer& wanted, const MemoryBuffer& present);
+                    const Writing& writing, const MemoryBuffer& present);
 
 }  // namespace tarnwell::cli

@@ -1,70 +1,26 @@
 // The arguments of the command line, read and checked before anything happens.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "cli/words/CommandRow.h"
 #include "cli/words/Operands.h"
 #include "core/ProgramState.h"
 #include "i2c/PortRequest.h"
+#include "sets/TvSet.h"
 
 namespace tarnwell::cli {
-
-enum class Command : std::uint8_t {
-    Check,
-    Read,
-    Write,
-    Verify,
-    Info,
-    Get,
-    Set,
-    Peek,
-    Poke,
-    Compare,
-    Backups,
-    Restore
-};
-
-struct CommandInfo {
-    Command command;
-    std::string_view name;
-    std::string_view operands;
-    std::string_view description;
-};
-
-inline constexpr std::array kCommands{
-    CommandInfo{Command::Check, "check", "",
-                "Say which EEPROMs answer; where the bus fails, find the cause."},
-    CommandInfo{Command::Read, "read", "FILE", "Read the whole EEPROM into a file."},
-    CommandInfo{Command::Write, "write", "FILE",
-                "Write an image, or the values of a settings archive, and verify."},
-    CommandInfo{Command::Verify, "verify", "FILE", "Compare the EEPROM with a file."},
-    CommandInfo{Command::Info, "info", "FILE", "Say what a file is and what it holds."},
-    CommandInfo{Command::Get, "get", "[NAME[.FORMAT]...]",
-                "Show settings, all of them without a name."},
-    CommandInfo{Command::Set, "set", "NAME[.FORMAT]=VALUE...", "Change settings and verify."},
-    CommandInfo{Command::Peek, "peek", "ADDRESS[-ADDRESS|+COUNT]...", "Show bytes."},
-    CommandInfo{Command::Poke, "poke", "ADDRESS=VALUE...", "Write bytes and verify."},
-    CommandInfo{Command::Compare, "compare", "A [B]",
-                "Compare two of FILE, device, backup and backup:N; B is the device if left out."},
-    CommandInfo{Command::Backups, "backups", "", "List the images that were kept, newest first."},
-    CommandInfo{Command::Restore, "restore", "[backup:N|FILE]",
-                "Write what differs from a backup, the newest if left out, and verify."},
-};
-
-constexpr const CommandInfo& Info(Command command) {
-    return kCommands[static_cast<std::size_t>(command)];
-}
 
 enum class Show : std::uint8_t { Auto, Always, Never };
 
 struct Arguments {
-    Command command = Command::Check;
+    const CommandRow* command = nullptr;
 
     std::string file;                ///< of read, write, verify, info and restore
     std::vector<std::string> sides;  ///< of compare, two
@@ -75,7 +31,7 @@ struct Arguments {
 
     TargetDevice device = TargetDevice::Primary;
     PortRequest port;
-    std::optional<std::string> portAddress;  ///< as the program state has it
+    std::optional<std::uint16_t> portAddress;  ///< the base address
     std::optional<std::string> pins;
     int waitSeconds = 0;
 
@@ -85,6 +41,14 @@ struct Arguments {
     bool force = false;
     bool differences = false;
     std::optional<int> passes;  ///< how often a whole device is read
+
+    std::string setName;  ///< as it was given
+    bool newSet = false;
+    std::optional<TvSet> set;   ///< the one of that name, once it was looked up
+    std::vector<int> events;    ///< of take-back
+    std::vector<int> logCells;  ///< of log, all if empty
+    std::string since;          ///< of log, the beginning of a time as Calendar::ZonedTime
+    bool alsoNewer = false;
 
     bool yes = false;
     bool trustDevice = false;
@@ -97,10 +61,6 @@ struct Arguments {
 
 /// `-` stands for standard input or output.
 inline constexpr std::string_view kStandardStream = "-";
-
-/// What stands for the device, and for the newest backup; `backup:2` is the one before.
-inline constexpr std::string_view kDeviceSide = "device";
-inline constexpr std::string_view kBackupSide = "backup";
 
 /// Whether the command needs no device.
 bool WorksOnFiles(const Arguments& arguments);
@@ -116,10 +76,25 @@ struct Text {
 /// Why the arguments are wrong, and what of them counts all the same.
 struct WrongUse {
     std::string reason;
-    std::optional<Command> command;
+    const CommandRow* command;
     bool json;
 };
 
-std::variant<Arguments, Text, WrongUse> ReadArguments(int argc, const char* const* argv);
+std::variant<Arguments, Text, WrongUse> ReadArguments(std::span<const char* const> words,
+                                                      std::span<const CommandRow> commands);
+
+/// The arguments as they are given, one text each.
+struct GivenWords {
+    std::vector<std::string> operands;
+    std::string device;
+    std::string address;
+    std::string pins;
+    std::string progress;
+    std::string setting;
+};
+
+/// Takes what the words say, and throws WrongArgument where they make no sense or do not go
+/// together.
+void TakeWords(const GivenWords& words, Arguments& arguments);
 
 }  // namespace tarnwell::cli

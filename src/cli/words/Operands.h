@@ -1,4 +1,4 @@
-// The names and numbers that commands take: settings, addresses, values.
+// What commands are given: settings, addresses and values, and what is wrong with a word.
 #pragma once
 
 #include <cstdint>
@@ -28,18 +28,6 @@ struct ByteRange {
 
 /// The name of a cell's setting, with its format where it has one: "R-YR.480p", "TINT".
 std::string CellName(int cell);
-
-/// NAME[.FORMAT]: the cells of a setting, or the one of a format; case does not matter.
-std::vector<int> CellsNamed(std::string_view word);
-
-/// Adds NAME[.FORMAT]=VALUE.
-void AddCellValue(std::string_view word, CellValues& values);
-
-/// ADDRESS, ADDRESS-ADDRESS or ADDRESS+COUNT, within the device.
-ByteRange RangeFrom(std::string_view word);
-
-/// Adds ADDRESS=VALUE.
-void AddByteValue(std::string_view word, ByteValues& values);
 
 /// The known word that takes the fewest changed, missing, additional or exchanged letters to
 /// become `word`.

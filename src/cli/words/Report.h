@@ -9,7 +9,9 @@
 
 #include "archive/ImageBackups.h"
 #include "cli/words/Arguments.h"
-#include "image/Mismatch.h"
+#include "i2c/Mismatch.h"
+#include "sets/HistoryFile.h"
+#include "sets/SetStore.h"
 
 namespace tarnwell::cli {
 
@@ -37,16 +39,20 @@ struct AddressedByte {
     std::uint8_t value;
 };
 
+/// What mismatches are: bytes, and whether the values of settings are shown in their place.
+enum class Told : std::uint8_t { Bytes, BytesAndValues, Values };
+
 struct CellValue {
     int cell;
     std::uint8_t value;
 };
 
 struct Report {
-    std::optional<Command> command;
+    std::string_view command;  ///< empty where none is known
     std::optional<TargetDevice> device;
-    std::optional<std::array<bool, 2>> devices;  ///< whether each answers
-    std::string port;                            ///< empty where none was opened
+    TargetDevice settingsOf = TargetDevice::Primary;  ///< whose bytes `data` and so on are
+    std::optional<std::array<bool, 2>> devices;       ///< whether each answers
+    std::string port;                                 ///< empty where none was opened
     bool simulated = false;
     Status status = Status::Done;
     int signal = 0;
@@ -54,11 +60,21 @@ struct Report {
     std::optional<int> bytes;
     std::vector<AddressedByte> data;
     std::vector<ByteChange> planned;  ///< of a dry run
+    std::string doubts;               ///< what does not fit with it
+    std::string file;                 ///< whose image or values it is about
     std::optional<int> written;
-    std::vector<Mismatch> mismatches;  ///< of setting values, compared with a settings archive
+    std::vector<Mismatch> mismatches;
+    Told mismatchesAre = Told::Bytes;
     std::vector<CellValue> settings;
     std::string backup;
     std::optional<std::vector<KeptImage>> backups;  ///< newest first
+    std::string set;                                ///< whose record is kept
+    std::string looksLike;                          ///< the set that was read instead, in words
+    std::optional<SetList> sets;
+    std::optional<std::vector<HistoryEvent>> events;  ///< newest first
+    int skipped = 0;                                  ///< lines of the history that are no event
+    std::vector<int> newer;                           ///< addresses that take-back left out
+    std::vector<int> unknown;  ///< of bytes that it does not know the former value of
     std::string message;
 
     /// Ends the command; the message of an error says what failed and what to do.
@@ -76,7 +92,8 @@ std::string KeptWhen(const KeptImage& backup);
 
 /// One line for each byte, with the setting's name where it has one; of a whole device only those
 /// that change, behind a line that counts them. After `most` lines the rest is counted.
-std::string ChangeLines(const std::vector<ByteChange>& changes, std::size_t most);
+std::string ChangeLines(const std::vector<ByteChange>& changes, TargetDevice device,
+                        std::size_t most);
 
 /// The report for a person, without the message of an error.
 std::string PlainText(const Report& report);
@@ -84,10 +101,7 @@ std::string PlainText(const Report& report);
 /// One JSON object, on one line.
 std::string JsonText(const Report& report);
 
-/// The name of the setting that an address belongs to, if it does to one.
-std::optional<std::string> SettingAt(int address);
-
-/// "7-2": the bits of its byte that the cell's value fills.
+/// The bits of its byte that the cell's value fills: "7-2".
 std::string BitsOf(int cell);
 
 /// A neighbour's description covers a row without one.

@@ -2,6 +2,7 @@
 
 #include "cli/words/Report.h"
 #include "core/Pages.h"
+#include "core/Words.h"
 
 namespace tarnwell::cli {
 
@@ -62,8 +63,13 @@ Json MismatchesOf(const Report& report) {
         list.push_back({{"address", mismatch.address},
                         {"expected", mismatch.expected},
                         {"found", mismatch.found}});
-        if (const auto name = SettingAt(mismatch.address))
-            list.back()["setting"] = *name;
+        const auto cell = CellOn(report.settingsOf, mismatch.address);
+        if (!cell)
+            continue;
+        const int shift = report.mismatchesAre == Told::Values ? 0 : Cell(*cell).setting->shift;
+        list.back()["setting"] = CellName(*cell);
+        list.back()["expectedValue"] = FieldOf(mismatch.expected, shift);
+        list.back()["foundValue"] = FieldOf(mismatch.found, shift);
     }
     return list;
 }
@@ -77,21 +83,53 @@ Json BackupsOf(const std::vector<KeptImage>& backups) {
     return list;
 }
 
+Json SetsOf(const SetList& sets) {
+    Json list = Json::array();
+    for (const TvSet& set : sets.sets) {
+        list.push_back({{"name", set.name},
+                        {"model", set.model},
+                        {"notes", set.notes},
+                        {"folder", set.folder},
+                        {"lastRead", Json::object()}});
+        for (const TargetDevice device : {TargetDevice::Primary, TargetDevice::Secondary}) {
+            const std::string& time = set.lastRead[static_cast<std::size_t>(device)];
+            if (!time.empty())
+                list.back()["lastRead"][std::string(DeviceWord(device))] = time;
+        }
+        if (const auto event = LastWrite(HistoryPath(set)))
+            list.back()["lastWritten"] = event->time;
+    }
+    return list;
+}
+
+Json EventsOf(const std::vector<HistoryEvent>& events) {
+    Json list = Json::array();
+    for (const HistoryEvent& event : events) {
+        list.push_back({{"number", event.number}});
+        list.back().update(Json::parse(JsonOf(event)));
+    }
+    return list;
+}
+
 }  // namespace
 
 std::string JsonText(const Report& report) {
     Json object = Json::object();
-    if (report.command)
-        object["command"] = Info(*report.command).name;
+    if (!report.command.empty())
+        object["command"] = report.command;
     if (report.device)
-        object["device"] = *report.device == TargetDevice::Primary ? "primary" : "secondary";
-    if (report.devices)
-        object["devices"] = {{"primary", (*report.devices)[0]},
-                             {"secondary", (*report.devices)[1]}};
+        object["device"] = DeviceWord(*report.device);
+    for (const TargetDevice device : {TargetDevice::Primary, TargetDevice::Secondary}) {
+        if (report.devices)
+            object["devices"][std::string(DeviceWord(device))] =
+                report.devices->at(static_cast<std::size_t>(device));
+    }
     if (!report.port.empty()) {
         object["port"] = report.port;
         object["simulated"] = report.simulated;
     }
+    if (!report.file.empty())
+        object["file"] = report.file;
     object["result"] = ResultOf(report.status);
     if (!report.crc.empty())
         object["crc"] = report.crc;
@@ -99,6 +137,8 @@ std::string JsonText(const Report& report) {
         object["bytes"] = *report.bytes;
     if (!report.data.empty() || !report.planned.empty())
         object["data"] = DataOf(report);
+    if (!report.doubts.empty())
+        object["doubts"] = report.doubts;
     if (report.written)
         object["written"] = *report.written;
     if (!report.mismatches.empty())
@@ -109,6 +149,22 @@ std::string JsonText(const Report& report) {
         object["backups"] = BackupsOf(*report.backups);
     if (!report.backup.empty())
         object["backup"] = report.backup;
+    if (!report.set.empty())
+        object["set"] = report.set;
+    if (!report.looksLike.empty())
+        object["looksLike"] = report.looksLike;
+    if (report.sets) {
+        object["sets"] = SetsOf(*report.sets);
+        object["damaged"] = report.sets->damaged;
+    }
+    if (report.events)
+        object["events"] = EventsOf(*report.events);
+    if (report.skipped > 0)
+        object["skipped"] = report.skipped;
+    if (!report.newer.empty())
+        object["newer"] = report.newer;
+    if (!report.unknown.empty())
+        object["unknown"] = report.unknown;
     if (!report.message.empty())
         object["message"] = report.message;
     return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";

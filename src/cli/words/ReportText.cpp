@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
 #include "cli/words/Report.h"
 #include "core/Pages.h"
+#include "core/Words.h"
+#include "sets/HistoryTexts.h"
 
 namespace tarnwell::cli {
 
@@ -15,22 +18,12 @@ std::string Format(const char* format, Values... values) {
     return text;
 }
 
-std::string Place(int address) {
-    const auto name = SettingAt(address);
-    return "Address " + std::to_string(address) + (name ? " (" + *name + ")" : "");
-}
-
-std::string Line(const ByteChange& change) {
-    return "  " + Place(change.address) + ": " + std::to_string(change.before) + " becomes " +
-           std::to_string(change.after) + "\n";
-}
-
-std::string DeviceName(TargetDevice device) {
-    return device == TargetDevice::Primary ? "Primary EEProm" : "Secondary EEProm";
+std::string Place(int address, std::optional<int> cell) {
+    return "Address " + std::to_string(address) + (cell ? " (" + CellName(*cell) + ")" : "");
 }
 
 std::string ByteCount(const std::optional<int>& count) {
-    return count ? std::to_string(*count) + (*count == 1 ? " byte" : " bytes") : "";
+    return count ? Counted(*count, "byte") : "";
 }
 
 std::string SettingsTable(const Report& report) {
@@ -50,18 +43,33 @@ std::string SettingsTable(const Report& report) {
 std::string DataTable(const Report& report) {
     std::string text;
     for (const AddressedByte& byte : report.data) {
-        const std::string name = SettingAt(byte.address).value_or("");
-        text += Format("%4d 0x%04X  %3d 0x%02X%s%s\n", byte.address, unsigned(byte.address),
-                       byte.value, unsigned(byte.value), name.empty() ? "" : "  ", name.c_str());
+        const auto cell = CellOn(report.settingsOf, byte.address);
+        text +=
+            Format("%4d 0x%04X  %3d 0x%02X%s\n", byte.address, unsigned(byte.address), byte.value,
+                   unsigned(byte.value), cell ? ("  " + CellName(*cell)).c_str() : "");
     }
     return text;
 }
 
+std::string MismatchLine(const std::string& place, int expected, int found) {
+    return place + ": expected " + std::to_string(expected) + ", found " + std::to_string(found) +
+           "\n";
+}
+
+/// Where values are told, bits that belong to no setting get a line of their own, as in a list of
+/// the window.
 std::string MismatchList(const Report& report) {
     std::string text;
-    for (const Mismatch& mismatch : report.mismatches)
-        text += Place(mismatch.address) + ": expected " + std::to_string(mismatch.expected) +
-                ", found " + std::to_string(mismatch.found) + "\n";
+    for (const auto& [address, expected, found] : report.mismatches) {
+        const auto cell = CellOn(report.settingsOf, address);
+        const bool hasValues = cell && report.mismatchesAre == Told::BytesAndValues;
+        const int shift = hasValues ? Cell(*cell).setting->shift : 0;
+        if (FieldOf(expected, shift) != FieldOf(found, shift))
+            text +=
+                MismatchLine(Place(address, cell), FieldOf(expected, shift), FieldOf(found, shift));
+        if (((expected ^ found) & ((1 << shift) - 1)) != 0)
+            text += MismatchLine(Place(address, {}), expected, found);
+    }
     return text;
 }
 
@@ -71,6 +79,71 @@ std::string BackupTable(const Report& report) {
     for (const KeptImage& backup : report.backups.value_or(std::vector<KeptImage>()))
         text += "backup:" + std::to_string(++number) + "  " + KeptWhen(backup) + "  " +
                 backup.path + "\n";
+    return text;
+}
+
+/// "2026-11-24 19:52:30".
+std::string WhenOf(std::string time) {
+    return EventWhen({.time = std::move(time)});
+}
+
+std::string SetTable(const Report& report) {
+    std::string text;
+    if (!report.sets)
+        return text;
+    for (const TvSet& set : report.sets->sets) {
+        text += set.name + (set.model.empty() ? "" : " (" + set.model + ")");
+        const std::string& read = std::max(set.lastRead[0], set.lastRead[1]);
+        text += read.empty() ? "" : ", last read " + WhenOf(read);
+        const auto written = LastWrite(HistoryPath(set));
+        text += written ? ", last written " + WhenOf(written->time) : "";
+        text += "\n";
+    }
+    for (const std::string& path : report.sets->damaged)
+        text += path + " is damaged, or of a newer program: it is left as it is.\n";
+    return text;
+}
+
+std::string EventTable(const Report& report) {
+    std::string text;
+    if (!report.events)
+        return text;
+    for (const HistoryEvent& event : *report.events) {
+        text += Format("%4d", event.number) + "  " + EventWhen(event) + "  ";
+        text += event.kind == EventKind::Read ? "read" : event.command;
+        if (!event.image.empty())
+            text += (event.kind == EventKind::Read ? ", kept as " : " ") + event.image;
+        text.append(", ").append(DeviceWord(event.device));
+        if (event.kind == EventKind::Read && event.image.empty())
+            text += ", " + Counted(event.bytes.size(), "byte", "was", "were") + " otherwise";
+        else if (event.kind != EventKind::Read)
+            text.append(", ")
+                .append(WordOf(event.end))
+                .append(", ")
+                .append(Counted(event.written, "byte"));
+        text += "\n";
+        for (const EventByte& byte : event.bytes)
+            text += "      " +
+                    ChangeText(byte, event.device, NumberMode::Decimal,
+                               [&](int address) {
+                                   const auto cell = CellOn(event.device, address);
+                                   return cell ? CellName(*cell) : std::string();
+                               }) +
+                    "\n";
+    }
+    if (report.skipped > 0)
+        text += Counted(report.skipped, "line") +
+                " of the history cannot be read: cut short, or damaged.\n";
+    return text;
+}
+
+std::string LeftOut(const Report& report) {
+    std::string text;
+    for (const int address : report.newer)
+        text += Place(address, CellOn(report.settingsOf, address)) + " was written again since.\n";
+    for (const int address : report.unknown)
+        text += Place(address, CellOn(report.settingsOf, address)) +
+                ": what it held before is not known.\n";
     return text;
 }
 
@@ -89,13 +162,9 @@ void Report::Interrupt(int bySignal, const std::string& howFar) {
     End(Status::Interrupted, std::string("Stopped by SIG") + sigabbrev_np(signal) + "." + howFar);
 }
 
-std::optional<std::string> SettingAt(int address) {
-    const auto cell = CellAtAddress(address);
-    return cell ? std::optional(CellName(*cell)) : std::nullopt;
-}
-
 std::string BitsOf(int cell) {
-    return "7-" + std::to_string(Cell(cell).setting->shift);
+    const auto [lowest, highest] = BitsOf(*Cell(cell).setting);
+    return std::to_string(highest) + "-" + std::to_string(lowest);
 }
 
 std::string_view DescriptionOf(int cell) {
@@ -105,7 +174,17 @@ std::string_view DescriptionOf(int cell) {
     return setting->description;
 }
 
-std::string ChangeLines(const std::vector<ByteChange>& changes, std::size_t most) {
+namespace {
+
+/// Whether the bits below the setting's stay.
+bool IsOfSettingAlone(const ByteChange& change, int cell) {
+    return WithValue(change.before, cell, ValueIn(change.after, cell)) == change.after;
+}
+
+}  // namespace
+
+std::string ChangeLines(const std::vector<ByteChange>& changes, TargetDevice device,
+                        std::size_t most) {
     const bool whole = changes.size() == kEepromBytes;
     std::string text;
     std::size_t lines = 0;
@@ -115,8 +194,13 @@ std::string ChangeLines(const std::vector<ByteChange>& changes, std::size_t most
         differing += differs ? 1 : 0;
         if (whole && !differs)
             continue;
-        if (++lines <= most)
-            text += Line(change);
+        if (++lines > most)
+            continue;
+        const auto cell = CellOn(device, change.address);
+        const int shift = cell && IsOfSettingAlone(change, *cell) ? Cell(*cell).setting->shift : 0;
+        text += "  " + Place(change.address, cell) + ": " +
+                std::to_string(FieldOf(change.before, shift)) + " becomes " +
+                std::to_string(FieldOf(change.after, shift)) + "\n";
     }
     if (lines > most)
         text += "  and " + std::to_string(lines - most) + " more\n";
@@ -133,19 +217,25 @@ std::string PlainText(const Report& report) {
     };
     if (!report.IsError() && !report.message.empty())
         text += report.message + "\n";
+    add("Set", report.set);
+    if (!report.looksLike.empty())
+        text += report.looksLike + "\n";
     if (report.device)
-        add("Device", DeviceName(*report.device) + (report.simulated ? ", simulated" : ""));
+        add("Device", EepromName(*report.device) + (report.simulated ? ", simulated" : ""));
     for (const auto device : {TargetDevice::Primary, TargetDevice::Secondary}) {
         if (report.devices)
-            add(DeviceName(device), report.devices->at(static_cast<std::size_t>(device))
+            add(EepromName(device), report.devices->at(static_cast<std::size_t>(device))
                                         ? "answers"
                                         : "does not answer");
     }
+    add("File", report.file);
     add("Read", ByteCount(report.bytes));
     add("Written", ByteCount(report.written));
     add("CRC-32", report.crc);
     add("Backup", report.backup);
-    text += ChangeLines(report.planned, report.planned.size());
+    add("To be asked", report.doubts);
+    text += ChangeLines(report.planned, report.settingsOf, report.planned.size());
+    text += LeftOut(report) + SetTable(report) + EventTable(report);
     return text + BackupTable(report) + DataTable(report) + MismatchList(report) +
            SettingsTable(report);
 }

@@ -2,10 +2,12 @@
 #include "core/files/AtomicFile.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <random>
 #include <utility>
@@ -32,11 +34,38 @@ std::string Followed(std::filesystem::path name) {
     return name;
 }
 
+constexpr std::string_view kPartPrefix = ".tarnwell-";
+constexpr std::size_t kPartDigits = 8;
+
 /// Short, so that it can stand beside the longest name.
 std::string RandomName() {
-    char name[sizeof ".tarnwell-12345678"];
-    std::snprintf(name, sizeof name, ".tarnwell-%08x", std::random_device{}());
-    return name;
+    char digits[kPartDigits + 1];
+    std::snprintf(digits, sizeof digits, "%08x", std::random_device{}());
+    return std::string(kPartPrefix) + digits;
+}
+
+bool IsPartName(std::string_view name) {
+    return name.size() == kPartPrefix.size() + kPartDigits && name.starts_with(kPartPrefix) &&
+           name.find_first_not_of("0123456789abcdef", kPartPrefix.size()) == std::string_view::npos;
+}
+
+/// Whoever writes a part holds its lock, but for a moment behind its creation.
+void RemoveIfLeft(const std::string& part) {
+    constexpr std::time_t kSeconds = 60;
+    const RegularFile file(part, O_RDONLY | O_NOFOLLOW);
+    if (file.Fault() == FileFault::None && std::time(nullptr) - file.About().st_mtime > kSeconds &&
+        flock(file.Descriptor(), LOCK_EX | LOCK_NB) == 0)
+        unlink(part.c_str());
+}
+
+/// What killed programs have left in the folder.
+void RemoveLeftParts(const std::string& folder) {
+    std::error_code failed;
+    for (std::filesystem::directory_iterator entry(folder.empty() ? "." : folder, failed), end;
+         !failed && entry != end; entry.increment(failed)) {
+        if (IsPartName(entry->path().filename().native()))
+            RemoveIfLeft(entry->path());
+    }
 }
 
 }  // namespace
@@ -51,6 +80,8 @@ AtomicFile::~AtomicFile() {
         close(descriptor_);
     if (!part_.empty())
         unlink(part_.c_str());
+    if (lock_ >= 0)
+        close(lock_);
 }
 
 bool AtomicFile::LookAtFormer(const std::string& name) {
@@ -61,6 +92,7 @@ bool AtomicFile::LookAtFormer(const std::string& name) {
 }
 
 bool AtomicFile::Create() {
+    RemoveLeftParts(folder_);
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         std::string part = folder_ + RandomName();
         descriptor_ =
@@ -70,6 +102,9 @@ bool AtomicFile::Create() {
         if (descriptor_ >= 0 || errno != EEXIST)
             break;
     }
+    lock_ = fcntl(descriptor_, F_DUPFD_CLOEXEC, 0);
+    if (lock_ >= 0)
+        static_cast<void>(flock(lock_, LOCK_EX | LOCK_NB));
     return descriptor_ >= 0;
 }
 

@@ -12,7 +12,8 @@ namespace tarnwell {
 /// Writes a file of another name beside NAME and renames it when it is complete. Where NAME is a
 /// symbolic link, the link stays and the file that it points to is replaced.
 ///
-/// Whatever goes wrong before, NAME is what it was and the other file is removed.
+/// Whatever goes wrong before, NAME is what it was and the other file is removed; if the program is
+/// killed, by the next save into that folder a minute later at the earliest.
 class AtomicFile {
   public:
     /// Creates the other file. A failure shows in the result of Commit; it is one, too, if `name`
@@ -39,6 +40,8 @@ class AtomicFile {
     std::string part_;                   ///< the other file; empty when there is none
     std::optional<mode_t> permissions_;  ///< of the file that is replaced
     int descriptor_ = -1;
+    int lock_ =
+        -1;  ///< the same open file, which keeps others from removing it until it is renamed
     bool failed_;
 };
 

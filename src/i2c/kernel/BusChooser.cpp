@@ -38,6 +38,9 @@ std::string BusChooser::Look(const I2cBus& bus) {
         return std::string(kMainboard);
     kernel_.Open(bus);
     std::string found = kernel_.Failure();
+    if (const int error = found.empty() ? KernelTransfers(kernel_, stop_).LookAtSda() : 0;
+        error == kSdaHeld || error == kClockHeld)
+        found = FailureLine(bus, error);
     if (found.empty())
         found = "0x50 (primary EEPROM): " + AnswerOf(bus, 0x50) +
                 "\n0x51 (secondary EEPROM): " + AnswerOf(bus, 0x51);

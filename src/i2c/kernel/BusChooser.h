@@ -1,7 +1,7 @@
 // Choosing one of the kernel's I2C buses: which there are, and what answers on one.
 #pragma once
 
-#include "core/StopRequest.h"
+#include "core/run/StopRequest.h"
 #include "i2c/KernelI2c.h"
 
 namespace tarnwell {
@@ -23,8 +23,8 @@ class BusChooser {
     /// Not where memory modules may be what would answer.
     static bool MayLook(const I2cBus& bus) { return !IsMainboardBus(bus); }
 
-    /// What answers at the EEPROMs' addresses, found out by a read of one byte of each, or why that
-    /// cannot be found out.
+    /// What answers at the EEPROMs' addresses, found out by a read of one byte of each and of an
+    /// address that nothing has, or why that cannot be found out.
     std::string Look(const I2cBus& bus);
 
     /// Why the program cannot work on the bus, and what to do about it; empty if it can.

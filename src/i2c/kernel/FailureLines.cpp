@@ -28,6 +28,10 @@ constexpr std::string_view kLost =
 constexpr std::string_view kCannot =
     "The adapter cannot send the messages that an EEPROM needs. Choose another adapter.";
 constexpr std::array kCauses{
+    Cause{-kSdaHeld, "Every address answers: SDA is held low."},
+    Cause{-kClockHeld,
+          "The clock is held: SCL stays low. Switch the device off and on; if that does not help, "
+          "look for a short of SCL to ground or to SDA, or a missing pull-up resistor."},
     Cause{ENXIO, kSilent},
     Cause{EREMOTEIO, kSilent},
     Cause{ETIMEDOUT, kStuck},

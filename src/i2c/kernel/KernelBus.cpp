@@ -29,7 +29,7 @@ KernelBus::KernelBus(const Wire& wire, const ProgramState& state, StatusBar& sta
 
 void KernelBus::Claim() {
     failure_.clear();
-    const I2cBus wanted = I2cBusFromText(state_.I2cBusInUse());
+    const I2cBus wanted = state_.BusInUse().kernel.value_or(I2cBus{});
     const auto buses = kernel_.Buses();
     const auto found = FindI2cBus(buses, wanted);
     if (!found) {
@@ -44,7 +44,7 @@ void KernelBus::Claim() {
 
 void KernelBus::Release() {
     kernel_.Close();
-    bytesWritten_ = 0;
+    ForgetCommand();
 }
 
 void KernelBus::Meet(const I2cBus& bus) {
@@ -67,7 +67,8 @@ bool KernelBus::IsStillThere() const {
 
 Transfer KernelBus::Fail(int error) {
     const bool gone = IsGone(error) || !IsStillThere();
-    failure_ = FailureLine(open_, gone ? -ENODEV : error);
+    if (gone || failure_.empty())
+        failure_ = FailureLine(open_, gone ? -ENODEV : error);
     if (gone)
         Forget();
     return Transfer::Aborted;
@@ -83,13 +84,16 @@ BusCheck KernelBus::CheckAnswer(Quiet quiet) {
                        driver->device + " | sudo tee /sys/bus/i2c/drivers/" + driver->name +
                        "/unbind\" and repeat the command.";
         } else {
-            const int error = transfers_.ReadCurrent(Device());
+            int error = transfers_.ReadCurrent(Device());
             stop_.Obey();
+            if (error == 0)
+                error = transfers_.LookAtSda();
             if (error == 0)
                 return BusCheck::Ok;
             static_cast<void>(Fail(error));
             if (quiet == Quiet::Yes && IsMet()) {
-                failure_.clear();
+                if (error != kClockHeld)  // which takes seconds to find out
+                    failure_.clear();
                 return BusCheck::NobodyAnswered;
             }
         }
@@ -146,7 +150,7 @@ Transfer KernelBus::ReadBlock(std::int16_t address, std::int16_t count) {
     bytesRead_ = 0;
     std::optional<DeviceProgress> progress;
     if (count == kEepromBytes)
-        progress.emplace(statusBar_, user_, clock_);
+        progress.emplace(statusBar_, user_, clock_, stopped_);
     while (bytesRead_ < count) {
         std::size_t done = 0;
         const auto rest = std::span(readData_)
@@ -159,9 +163,13 @@ Transfer KernelBus::ReadBlock(std::int16_t address, std::int16_t count) {
         stop_.Obey();
         if (progress && bytesRead_ < count)
             progress->Show(bytesRead_ / 64 * 64);
+        if (stopped_ && progress && bytesRead_ < count)
+            return Transfer::Aborted;
     }
-    const int silent = progress ? transfers_.ReadCurrent(Device()) : 0;
-    return silent == 0 ? Transfer::Done : Fail(silent);
+    int error = progress ? transfers_.ReadCurrent(Device()) : 0;
+    if (error == 0 && (progress || readData_[static_cast<std::size_t>(count - 1)] == 0))
+        error = transfers_.LookAtSda();
+    return error == 0 ? Transfer::Done : Fail(error);
 }
 
 Transfer KernelBus::WritePage(std::int16_t address, std::span<const std::uint8_t> bytes) {

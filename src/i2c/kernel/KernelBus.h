@@ -2,6 +2,7 @@
 #pragma once
 
 #include <set>
+#include <utility>
 
 #include "core/ProgramState.h"
 #include "i2c/kernel/DeviceLook.h"
@@ -22,9 +23,13 @@ class KernelBus final : public DrivenBus {
     /// In several write cycles where the adapter takes no message of this length.
     [[nodiscard]] Transfer WritePage(std::int16_t address,
                                      std::span<const std::uint8_t> bytes) override;
+    bool TakesPages() const override { return true; }
     [[nodiscard]] Transfer Recover() override;
     using EepromBus::AbortOperation;
-    void AbortOperation(std::string_view line) override { Report(kNoAcknowledge, line); }
+    void AbortOperation(std::string_view line, std::string details) override {
+        ReportAborted(line, std::move(details));
+    }
+    void Free() override {}  // the kernel did
     void GiveUp() override { Release(); }
     bool IsTaken() const override { return IsMet() && kernel_.IsTaken(); }
     const std::string& Failure() const override { return failure_; }
@@ -47,7 +52,7 @@ class KernelBus final : public DrivenBus {
     Trust AskForTrust();
     bool Agreed(Box question);
 
-    /// Keeps what failed; always Aborted.
+    /// Keeps what failed first, or that the adapter is gone; always Aborted.
     Transfer Fail(int error);
 
     KernelI2c& kernel_;

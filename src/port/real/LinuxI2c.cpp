@@ -92,8 +92,8 @@ void LinuxI2c::Open(const I2cBus& bus) {
         return Fail(ErrorLine(bus.node, -locked, "Check the adapter and try again."));
     if (!SendsPlainMessages())
         Fail(bus.node +
-             " cannot send the messages that an EEPROM of this size needs. Choose another "
-             "adapter.");
+             " takes SMBus commands only: with these an address of a 24C64 is no other than a byte "
+             "that a smaller device stores. Choose another adapter.");
 }
 
 bool LinuxI2c::SendsPlainMessages() {

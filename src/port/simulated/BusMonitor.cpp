@@ -3,12 +3,11 @@
 
 #include <cstdio>
 
+#include "port/simulated/Eeprom24C64.h"
+
 namespace tarnwell {
 
 namespace {
-
-constexpr int kBitsInByte = 8;
-constexpr std::uint8_t kReadBit = 0x01;
 
 std::string ToText(const BusEvent& event) {
     char text[8];

@@ -2,13 +2,12 @@
 #include "port/simulated/Eeprom24C64.h"
 
 #include <bit>
+#include <utility>
 
 namespace tarnwell {
 
 namespace {
 
-constexpr int kBitsInByte = 8;
-constexpr std::uint8_t kReadBit = 0x01;
 constexpr std::uint16_t kAddressMask = kEepromSize - 1;
 
 }  // namespace
@@ -37,7 +36,10 @@ void Eeprom24C64::OnStop(BusTime readyAt) {
 }
 
 void Eeprom24C64::OnRisingEdge(bool sda) {
-    if (phase_ == Phase::Receive) {
+    losesClock_ = faults_.lostClocks != 0;
+    if (losesClock_)
+        --faults_.lostClocks;
+    else if (phase_ == Phase::Receive) {
         shift_ = static_cast<std::uint8_t>(shift_ << 1 | static_cast<int>(sda));
         ++bits_;
     } else if (phase_ == Phase::AwaitAcknowledge) {
@@ -46,6 +48,8 @@ void Eeprom24C64::OnRisingEdge(bool sda) {
 }
 
 void Eeprom24C64::OnFallingEdge() {
+    if (std::exchange(losesClock_, false))
+        return;
     switch (phase_) {
         case Phase::StandBy:
             return;

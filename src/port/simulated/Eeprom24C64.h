@@ -9,6 +9,8 @@
 namespace tarnwell {
 
 inline constexpr int kEepromSize = 8192;
+inline constexpr int kBitsInByte = 8;
+inline constexpr std::uint8_t kReadBit = 0x01;  ///< of a select byte
 using EepromImage = std::array<std::uint8_t, kEepromSize>;
 
 /// What is wrong with a device; the defaults are a sound one.
@@ -19,6 +21,7 @@ struct EepromFaults {
     std::uint8_t pageSize = 32;
     std::uint8_t wrongBits = 0;
     std::uint8_t lateSamples = 0;  ///< clocks after a byte that go unacknowledged
+    std::uint8_t lostClocks = 0;   ///< how many of the next ones it does not see
     std::uint16_t flippedAddress = 0;
     std::uint8_t flippedBits = 0;
 };
@@ -79,6 +82,7 @@ class Eeprom24C64 {
     bool reading_ = false;
     bool acknowledged_ = false;
     bool pullsSdaLow_ = false;
+    bool losesClock_ = false;
 };
 
 }  // namespace tarnwell

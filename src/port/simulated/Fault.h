@@ -35,8 +35,10 @@ enum class FaultKind {
     InputsInverted,   ///< both sensed levels are complemented
     SdaMisread,       ///< the level sensed of SDA is complemented
     AdapterGone,      ///< the port works, its status bits read 1 and nothing drives the bus
+    DriveLost,        ///< the same, but the lines are sensed
     PortFails,        ///< the access fails, and every later one and each Claim
     DeviceSilent,     ///< the device answers nothing and takes nothing
+    LostClocks,       ///< the device does not count the next `clocks` clocks
     LateAcknowledge,  ///< the device acknowledges at the `samples`-th clock after a byte
     LostWrite,        ///< acknowledged, but not stored
     WrongWrite,       ///< each byte is stored with the bits of `mask` complemented
@@ -55,6 +57,7 @@ struct Fault {
     std::uint16_t address = 0;   ///< FlippedBit
     std::uint8_t mask = 0x01;    ///< WrongWrite, FlippedBit
     std::uint8_t samples = 2;    ///< LateAcknowledge
+    std::uint8_t clocks = 1;     ///< LostClocks
 };
 
 }  // namespace tarnwell

@@ -110,7 +110,7 @@ SimulatedTelevision::Levels SimulatedTelevision::Driven() const {
 }
 
 SimulatedTelevision::Levels SimulatedTelevision::Disturbed(Levels levels) const {
-    if (!faults_.adapterGone) {
+    if (!faults_.adapterGone && !faults_.driveLost) {
         levels.scl = levels.scl && (data_ & kDriveSclLow) == 0;
         levels.sda = levels.sda && (data_ & kDriveSdaLow) == 0;
     }
@@ -259,6 +259,8 @@ bool SimulatedTelevision::AdapterFaults::*SimulatedTelevision::AdapterFault(Faul
             return &AdapterFaults::sdaMisread;
         case FaultKind::AdapterGone:
             return &AdapterFaults::adapterGone;
+        case FaultKind::DriveLost:
+            return &AdapterFaults::driveLost;
         case FaultKind::PortFails:
             return &AdapterFaults::portFails;
         default:
@@ -282,6 +284,9 @@ void SimulatedTelevision::Begin(const Fault& fault) {
         case FaultKind::DeviceSilent:
             device.silent = true;
             return Device(fault.chip).StandBy();
+        case FaultKind::LostClocks:
+            device.lostClocks = fault.clocks;
+            return;
         case FaultKind::LateAcknowledge:
             device.lateSamples = static_cast<std::uint8_t>(fault.samples - 1);
             return;

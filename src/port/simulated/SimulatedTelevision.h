@@ -87,6 +87,7 @@ class SimulatedTelevision : public Port, public Clock {
         bool inputsInverted = false;
         bool sdaMisread = false;
         bool adapterGone = false;
+        bool driveLost = false;
         bool portFails = false;
     };
 

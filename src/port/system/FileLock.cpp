@@ -3,18 +3,18 @@
 
 #include <sys/file.h>
 
+#include "core/files/LockAttempts.h"
+
 namespace tarnwell {
 
 int LockUntil(SystemCalls& system, const OpenFile& file, std::chrono::nanoseconds deadline) {
-    constexpr std::chrono::milliseconds kPause{10};
-    for (;;) {
-        const int result = system.Lock(file.Descriptor(), LOCK_EX | LOCK_NB);
-        if (result != -EWOULDBLOCK && result != -EINTR)
-            return result;
-        if (system.Now() + kPause > deadline)
-            return -EWOULDBLOCK;
-        system.Sleep(kPause);
-    }
+    return LockWithin([&] { return system.Lock(file.Descriptor(), LOCK_EX | LOCK_NB); },
+                      [&] {
+                          if (system.Now() + kLockPause > deadline)
+                              return false;
+                          system.Sleep(kLockPause);
+                          return true;
+                      });
 }
 
 }  // namespace tarnwell

@@ -56,6 +56,14 @@ std::string Holder(const std::string& procFolder, const std::string& path) {
     return holder;
 }
 
+/// The driver of the kernel that has the port; empty for none, or for a program's.
+std::string ActiveDriver(const std::string& procFolder, const std::string& path) {
+    const std::string port = fs::path(path).filename();
+    std::string name;
+    std::ifstream(procFolder + "/sys/dev/parport/" + port + "/devices/active") >> name;
+    return name == "none" || name.starts_with("ppdev") ? "" : name;
+}
+
 std::string PortName(std::uint16_t baseAddress) {
     char hex[8];
     std::snprintf(hex, sizeof hex, "%Xh", static_cast<unsigned>(baseAddress));
@@ -114,8 +122,12 @@ std::string ErrorLine(const std::string& path, int error, const std::string& adv
 
 std::string InUseLine(const std::string& what, const std::string& procFolder,
                       const std::string& path) {
-    return what + " is in use by another program" + Holder(procFolder, path) +
-           ". Close it and try again.";
+    const std::string holder = Holder(procFolder, path);
+    const std::string driver = holder.empty() ? ActiveDriver(procFolder, path) : "";
+    if (!driver.empty())
+        return what + " is in use by the kernel's driver " + driver +
+               ". Take it away with \"sudo modprobe -r " + driver + "\" and try again.";
+    return what + " is in use by another program" + holder + ". Close it and try again.";
 }
 
 }  // namespace tarnwell

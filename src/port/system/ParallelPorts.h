@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "i2c/PinMapping.h"
+#include "i2c/parallel/PinMapping.h"
 
 namespace tarnwell {
 
@@ -33,7 +33,8 @@ std::string NoPortLine(std::uint16_t baseAddress);
 std::string NoPortAtAllLine();
 std::string ErrorLine(const std::string& path, int error, const std::string& advice);
 
-/// Names the program that has the file `path` open, where /proc shows it.
+/// Names the program that has the file `path` open, or else the kernel's driver that has the
+/// parallel port of that name, where /proc shows it.
 std::string InUseLine(const std::string& what, const std::string& procFolder,
                       const std::string& path);
 

@@ -1,5 +1,7 @@
 #include "ui/desktop/ArchiveDialog.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QDir>
 #include <QLineEdit>
 #include <QListView>
@@ -18,15 +20,21 @@ namespace {
 constexpr double kShareOfScreen = 0.9;
 
 /// Qt takes the pattern from the last brackets and is told to show what stands before them.
-QStringList archiveFilters() {
+QStringList filtersOf(std::string_view filter) {
     QStringList filters;
-    const QStringList parts = toQt(kArchiveFilter).split(QLatin1Char('|'));
+    const QStringList parts = toQt(filter).split(QLatin1Char('|'));
     for (qsizetype index = 0; index + 1 < parts.size(); index += 2) {
         const QString pattern =
             parts[index + 1] == QLatin1String("*.*") ? QStringLiteral("*") : parts[index + 1];
         filters.append(QStringLiteral("%1 (%2)").arg(parts[index], pattern));
     }
     return filters;
+}
+
+/// Of the files that a filter shows; an archive's where it shows all.
+QString suffixOf(const QString& filter) {
+    const QString suffix = filter.section(QLatin1Char('*'), -1).chopped(1);
+    return suffix.size() > 1 ? suffix : toQt(kArchiveExtension);
 }
 
 QString startFolder(const std::string& folder) {
@@ -47,9 +55,17 @@ QString proposedName(const FileRequest& request) {
 
 }  // namespace
 
-ArchiveDialog::ArchiveDialog(QWidget* parent) : QFileDialog(parent) {
+void FileDialog::done(int result) {
+    QFileDialog::done(result);
+    if (auto* name = findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
+        name->completer()->popup()->hide();
+}
+
+ArchiveDialog::ArchiveDialog(QWidget* parent) : FileDialog(parent) {
     setOption(HideNameFilterDetails);
-    setNameFilters(archiveFilters());
+    setNameFilters(filtersOf(kArchiveFilter));
+    connect(this, &QFileDialog::filterSelected, this,
+            [this](const QString& filter) { setDefaultSuffix(suffixOf(filter)); });
     resize(scaledRect(0, 0, 8700, 5600).size());
 }
 
@@ -58,13 +74,26 @@ std::optional<std::string> ArchiveDialog::ask(const FileRequest& request) {
     setWindowTitle(toQt(request.title));
     setAcceptMode(save ? AcceptSave : AcceptOpen);
     setFileMode(request.kind == FileRequest::Kind::Open ? ExistingFile : AnyFile);
-    setDefaultSuffix(toQt(kArchiveExtension));
+    offer(filtersOf(request.filter));
+    setDefaultSuffix(suffixOf(selectedNameFilter()));
     setDirectory(startFolder(request.folder));
     propose(request);
     resize(size().boundedTo(screen()->availableGeometry().size() * kShareOfScreen));
     if (exec() != Accepted || selectedFiles().isEmpty())
         return std::nullopt;
     return pathFromQt(selectedFiles().constFirst());
+}
+
+/// What was selected stays so where it is offered again.
+void ArchiveDialog::offer(const QStringList& filters) {
+    const QString selected = selectedNameFilter();
+    if (filters == nameFilters())
+        return;
+    setNameFilters(filters);
+    for (const QString& filter : filters) {
+        if (filter.startsWith(selected))
+            selectNameFilter(filter);
+    }
 }
 
 /// The empty name would leave what was picked before.
@@ -82,9 +111,9 @@ void ArchiveDialog::accept() {
         setDefaultSuffix({});
         const QStringList named = selectedFiles();
         if (named.size() != 1 || !QFileInfo::exists(named.constFirst()))
-            setDefaultSuffix(toQt(kArchiveExtension));
+            setDefaultSuffix(suffixOf(selectedNameFilter()));
     }
-    QFileDialog::accept();
+    FileDialog::accept();
 }
 
 }  // namespace tarnwell

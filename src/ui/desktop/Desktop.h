@@ -4,21 +4,27 @@
 #include <QTimer>
 
 #include "core/Calendar.h"
-#include "core/Programs.h"
-#include "core/StatusBar.h"
+#include "core/run/Programs.h"
+#include "core/user/StatusBar.h"
 
 namespace tarnwell {
 
 class Desktop final : public Programs, public Calendar {
   public:
+    ~Desktop() override;
     std::string ProgramFolder() const override;
     bool Exists(const std::string& path) const override;
-    bool OpenInViewer(const std::string& path) override;
+    void OpenInViewer(const std::string& path, std::function<void()> failed) override;
     bool Start(const std::string& path) override;
+    bool MoveToTrash(const std::string& path) override;
     std::string KernelModulePath(const std::string& module) const override;
     std::string ShortDate() const override;
     std::string TimeWithSeconds() const override;
     std::string Timestamp() const override;
+    std::string ZonedTime() const override;
+
+  private:
+    QObject m_openers;  ///< parent of the processes that may still tell that they failed
 };
 
 /// `MsgTimer`.

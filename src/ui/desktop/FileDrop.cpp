@@ -49,3 +49,5 @@ bool FileDrop::eventFilter(QObject* /*watched*/, QEvent* event) {
 }
 
 }  // namespace tarnwell
+
+#include "moc_FileDrop.cpp"

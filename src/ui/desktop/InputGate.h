@@ -1,8 +1,8 @@
-// Drops the user's input while a command works on a whole device.
+// Drops the user's input while a command works on a whole device, but for the wish to stop it.
 #pragma once
 
+#include <QAbstractButton>
 #include <QElapsedTimer>
-#include <QObject>
 
 namespace tarnwell {
 
@@ -12,8 +12,12 @@ class InputGate final : public QObject {
     Q_OBJECT
   public:
     /// Shuts the gate; lets pending events through at once, then ten times a second, which is as
-    /// often as a person sees a number change.
-    void keepPainting();
+    /// often as a person sees a number change. False once the user wants to stop the command: by
+    /// the button, or by Escape twice within two seconds.
+    bool keepPainting();
+
+    /// The button that stops what runs; it outlives the gate's use.
+    void setStopButton(QAbstractButton& button);
 
     bool isShut() const { return m_shut; }
 
@@ -28,8 +32,14 @@ class InputGate final : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void noteEscape(const QKeyEvent& event);
+    void noteMouse(const QObject* watched, const QMouseEvent& event);
+
+    QAbstractButton* m_stopButton = nullptr;
     bool m_shut = false;
+    bool m_stopWanted = false;
     QElapsedTimer m_sinceEvents;
+    QElapsedTimer m_sinceEscape;
 };
 
 }  // namespace tarnwell

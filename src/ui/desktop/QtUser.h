@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "core/User.h"
+#include "core/user/User.h"
 #include "ui/desktop/InputGate.h"
 
 namespace tarnwell {
@@ -16,9 +16,9 @@ class QtUser final : public User {
     std::optional<std::string> AskText(const TextRequest& request) override;
     std::optional<std::string> AskFile(const FileRequest& request) override;
     void Beep() override;
-    void KeepPainting() override { m_gate.keepPainting(); }
+    bool KeepPainting() override { return m_gate.keepPainting(); }
 
-    const InputGate& gate() const { return m_gate; }
+    InputGate& gate() { return m_gate; }
 
     /// The window that boxes belong to while no dialog is open.
     void setWindow(QWidget* window) { m_window = window; }

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QEvent>
 #include <QPainter>
-#include <QScreen>
 #include <QScrollBar>
 
 #include "ui/looks/Measures.h"
@@ -17,8 +16,8 @@ constexpr int kFocusMargin = 2;
 
 }  // namespace
 
-ScreenArea::ScreenArea(QWidget& content, const QWidget& beside, QWidget* parent)
-    : QScrollArea(parent), m_beside(beside) {
+ScreenArea::ScreenArea(QWidget& content, QList<const QWidget*> beside, QWidget* parent)
+    : QScrollArea(parent), m_beside(std::move(beside)) {
     setObjectName(QStringLiteral("ScreenArea"));
     setAccessibleName(QStringLiteral("Part of the window that is seen"));
     setFrameShape(QFrame::NoFrame);
@@ -32,17 +31,32 @@ ScreenArea::ScreenArea(QWidget& content, const QWidget& beside, QWidget* parent)
     adapt();
 }
 
+void ScreenArea::stretch() {
+    setWidgetResizable(true);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    adapt();
+}
+
 QSize ScreenArea::room() const {
-    return screen()->availableGeometry().size() - kWindowFrame -
-           QSize(0, m_beside.sizeHint().height());
+    int height = 0;
+    for (const QWidget* widget : m_beside)
+        height += widget->isHidden() ? 0 : widget->sizeHint().height();
+    return roomFor(*this) - QSize(0, height);
+}
+
+QSize ScreenArea::least() const {
+    return widgetResizable() ? widget()->minimumSizeHint() : widget()->size();
 }
 
 bool ScreenArea::scrolls() const {
-    return widget()->size().boundedTo(room()) != widget()->size();
+    return least().boundedTo(room()) != least();
 }
 
 QSize ScreenArea::sizeHint() const {
-    const QSize content = widget()->size();
+    return around(widgetResizable() ? widget()->sizeHint().boundedTo(room()) : widget()->size());
+}
+
+QSize ScreenArea::around(QSize content) const {
     if (!scrolls())
         return content;
     constexpr QSize kMargins(2 * kFocusMargin, 2 * kFocusMargin);
@@ -69,7 +83,8 @@ bool ScreenArea::event(QEvent* event) {
 }
 
 bool ScreenArea::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == widget() && event->type() == QEvent::Resize)
+    if (watched == widget() &&
+        (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest))
         adapt();
     return QScrollArea::eventFilter(watched, event);
 }

@@ -8,13 +8,16 @@ namespace tarnwell {
 /// As large as its content, if the screen has room for it. With scroll bars it takes the focus, so
 /// that the arrow keys scroll it, and follows the focus of what it shows.
 class ScreenArea final : public QScrollArea {
-    Q_OBJECT
   public:
-    /// `content` sizes itself; `beside` stands above or below the area in the same window.
-    ScreenArea(QWidget& content, const QWidget& beside, QWidget* parent);
+    /// `content` sizes itself; what is `beside` it stands above or below the area in the same
+    /// window.
+    ScreenArea(QWidget& content, QList<const QWidget*> beside, QWidget* parent);
+
+    /// The content fills the area, which may be larger than what the content asks for.
+    void stretch();
 
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    QSize minimumSizeHint() const override { return around(least()); }
 
   protected:
     bool event(QEvent* event) override;
@@ -22,10 +25,12 @@ class ScreenArea final : public QScrollArea {
 
   private:
     QSize room() const;
+    QSize least() const;
+    QSize around(QSize content) const;
     bool scrolls() const;
     void adapt();
 
-    const QWidget& m_beside;
+    QList<const QWidget*> m_beside;
 };
 
 }  // namespace tarnwell

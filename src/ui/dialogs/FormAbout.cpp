@@ -9,7 +9,7 @@ namespace tarnwell {
 
 namespace {
 
-constexpr int kPictureSide = 1800;
+constexpr int kAboutPictureSide = 1800;
 
 QString versionLine() {
     return QStringLiteral("Beta Version %1.%2.%3")
@@ -40,7 +40,7 @@ FormAbout::FormAbout(QWidget* parent) : QDialog(parent) {
     addLine(*layout, "lblPurpose", QStringLiteral("HDTV EEP Value Editor"), 12, Weight::Bold);
     addLine(*layout, "lblVersion", versionLine(), 8.25, Weight::Normal);
     layout->addWidget(
-        pictureLabel(":/pictures/about.svg", "Picture of a television", kPictureSide, this));
+        pictureLabel(":/pictures/about.svg", "Picture of a television", kAboutPictureSide, this));
     addLine(*layout, "lblSupport", QStringLiteral("Support Quality Freeware!"), 9.75, Weight::Bold);
     addLine(*layout, "lblThanks", QStringLiteral("- Thanks for Your Support -"), 8.25,
             Weight::Normal);

@@ -6,7 +6,6 @@
 namespace tarnwell {
 
 class FormAbout final : public QDialog {
-    Q_OBJECT
   public:
     explicit FormAbout(QWidget* parent);
 };

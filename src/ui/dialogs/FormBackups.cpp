@@ -7,7 +7,8 @@
 #include <QVBoxLayout>
 
 #include "archive/ImageRecords.h"
-#include "differences/DifferenceCount.h"
+#include "core/Words.h"
+#include "differences/DifferenceTexts.h"
 #include "ui/looks/Measures.h"
 #include "ui/looks/Text.h"
 
@@ -15,7 +16,7 @@ namespace tarnwell {
 
 namespace {
 
-enum Column { Device, Time, Crc, Differing };
+enum BackupColumn { Device, Time, Crc, Differing };
 
 /// In the user's own form.
 QString timeText(const std::string& timestamp) {
@@ -25,10 +26,11 @@ QString timeText(const std::string& timestamp) {
 
 }  // namespace
 
-FormBackups::FormBackups(const Program& program, Purpose purpose, QWidget* parent)
+FormBackups::FormBackups(const Program& program, const std::string& folder, Purpose purpose,
+                         QWidget* parent)
     : QDialog(parent),
       m_program(program),
-      m_kept(program.backups.All()),
+      m_kept(KeptImagesIn(folder)),
       m_table("tblBackups", QStringLiteral("Backups"),
               {QStringLiteral("Device"), QStringLiteral("Date and time"), QStringLiteral("CRC"),
                QStringLiteral("Against the buffer")}) {
@@ -49,10 +51,10 @@ FormBackups::FormBackups(const Program& program, Purpose purpose, QWidget* paren
     buttons->addStretch();
     if (purpose == Purpose::Restore) {
         buttons->addWidget(addButton("cmdLoad", QStringLiteral("&Load"), Choice::Load));
-        buttons->addWidget(addButton("cmdCompare", QStringLiteral("Co&mpare"), Choice::Compare));
-    } else {
-        buttons->addWidget(addButton("cmdCompare", QStringLiteral("Co&mpare"), Choice::Compare));
+        buttons->addWidget(
+            addButton("cmdRestore", QStringLiteral("&Restore to EEPROM..."), Choice::Restore));
     }
+    buttons->addWidget(addButton("cmdCompare", QStringLiteral("Co&mpare"), Choice::Compare));
     m_rowButtons = findChildren<QPushButton*>();
     m_rowButtons.first()->setDefault(true);
     if (purpose == Purpose::Restore)
@@ -69,7 +71,7 @@ FormBackups::FormBackups(const Program& program, Purpose purpose, QWidget* paren
     if (QTreeWidgetItem* newest = m_table.topLevelItem(0))
         m_table.setCurrentItem(newest);
     enableButtons();
-    resize(width, scaled(4500));
+    resize(QSize(width, scaled(4500)).boundedTo(roomFor(*this)));
     m_table.setFocus();
 }
 
@@ -80,7 +82,7 @@ FormBackups::~FormBackups() {
 
 void FormBackups::addRow(const KeptImage& kept) {
     auto* row = new QTreeWidgetItem(&m_table);
-    row->setText(Device, toQt(kept.device == TargetDevice::Primary ? "Primary" : "Secondary"));
+    row->setText(Device, toQt(DeviceName(kept.device)));
     row->setText(Time, timeText(kept.timestamp));
     MemoryBuffer image{};
     ArchiveFile file(kept.path);
@@ -89,10 +91,10 @@ void FormBackups::addRow(const KeptImage& kept) {
         return;
     }
     row->setText(Crc, toQt(mCRC32::BufferCrcText(image)));
-    row->setText(Differing,
-                 HoldsImage(m_program.state, m_program.buffer)
-                     ? toQt(DifferencesText(CountDifferences(kept.device, image, m_program.buffer)))
-                     : QStringLiteral("the buffer holds no image"));
+    row->setText(Differing, HoldsImage(m_program.state, m_program.buffer)
+                                ? toQt(DifferencesText(CountDifferences(
+                                      DifferenceRows(kept.device, image, m_program.buffer))))
+                                : QStringLiteral("the buffer holds no image"));
 }
 
 QPushButton* FormBackups::addButton(const char* name, const QString& text, Choice choice) {
@@ -107,7 +109,7 @@ QPushButton* FormBackups::addButton(const char* name, const QString& text, Choic
 
 void FormBackups::enableButtons() {
     for (QPushButton* button : m_rowButtons)
-        button->setEnabled(m_table.selectedRow() >= 0);
+        allow(*button, m_table.selectedRow() >= 0, "Select a backup first");
 }
 
 const KeptImage& FormBackups::selected() const {

@@ -10,15 +10,16 @@
 namespace tarnwell {
 
 class FormBackups final : public QDialog {
-    Q_OBJECT
   public:
     /// Shown to go back to one of them, or to pick one for a comparison that is open already.
     enum class Purpose { Restore, Pick };
 
     /// How it ends.
-    enum class Choice { Load = 10, Compare, ShowFolder };
+    enum class Choice { Load = 10, Restore, Compare, ShowFolder };
 
-    FormBackups(const Program& program, Purpose purpose, QWidget* parent);
+    /// Those of a folder.
+    FormBackups(const Program& program, const std::string& folder, Purpose purpose,
+                QWidget* parent);
 
     ~FormBackups() override;
 

@@ -7,7 +7,6 @@
 namespace tarnwell {
 
 class FormCnP final : public QDialog {
-    Q_OBJECT
   public:
     FormCnP(const std::string& driverPath, QWidget* parent);
 

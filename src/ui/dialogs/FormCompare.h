@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
@@ -13,13 +12,13 @@
 #include "program/Program.h"
 #include "ui/widgets/DifferenceMap.h"
 #include "ui/widgets/DifferenceModel.h"
+#include "ui/widgets/ElidingBox.h"
 
 class QBoxLayout;
 
 namespace tarnwell {
 
 class FormCompare final : public QDialog {
-    Q_OBJECT
   public:
     /// `run` runs a command that may end the program. The sides are chosen already.
     FormCompare(Program& program, User& user, std::function<void(const std::function<void()>&)> run,
@@ -42,10 +41,12 @@ class FormCompare final : public QDialog {
                  Side side);
     void addButtons(QBoxLayout& layout);
     void buildTable();
-    void choose(Side side, int source);
+    void choose(Side side, const QComboBox& box, int index);
     void chooseBackup(Side side);
     void showSides();
+    void showSide(QComboBox& box, Side side);
     void showDifferences();
+    void showSummary(const QString& outcome = {});
     void fitTable();
     void placeWindow();
     void step(int direction);
@@ -56,24 +57,29 @@ class FormCompare final : public QDialog {
     void saveList();
     void showSelected(bool asSetting);
     void take();
+    void write();
+    void readAgain();
 
     Program& m_program;
-    Compare& m_compare;
+    CompareCommand& m_compare;
     User& m_user;
     std::function<void(const std::function<void()>&)> m_run;
     std::optional<Destination> m_destination;
 
-    QComboBox m_left;
-    QComboBox m_right;
+    ElidingBox m_left;
+    ElidingBox m_right;
     QLabel m_summary;
     QCheckBox m_settingsOnly;
     DifferenceModel m_model;
     QTreeView m_table;
     DifferenceMap m_map;
+    QBoxLayout* m_picture = nullptr;  ///< the map with its legend
     QPushButton m_saveList;
     QPushButton m_showInEditor;
     QPushButton m_showSetting;
     QPushButton m_take;
+    QPushButton m_write;
+    QPushButton m_readAgain;
     QPushButton m_close;
 };
 

@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 #include <QWheelEvent>
 
-#include "core/Number.h"
+#include "core/user/Number.h"
 #include "ui/dialogs/StripSystemMenu.h"
 #include "ui/looks/Colours.h"
 #include "ui/looks/Text.h"
@@ -29,13 +29,13 @@ bool isStep(const QKeyEvent& key) {
 
 }  // namespace
 
-FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, QWidget* parent)
+FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell, QWidget* parent)
     : QDialog(parent),
       m_editor(editor),
       m_state(state),
       m_readout(this),
-      m_ok(tr("OK"), this),
-      m_abort(tr("Abort"), this),
+      m_ok(QStringLiteral("OK"), this),
+      m_abort(QStringLiteral("Abort"), this),
       m_upDown(this) {
     setObjectName(QStringLiteral("formEdit"));
     setWindowTitle(QStringLiteral(" Edit Value"));
@@ -70,7 +70,11 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, QWidget* parent)
     connect(&m_ok, &QPushButton::clicked, this, &FormEdit::accepted);
     connect(&m_abort, &QPushButton::clicked, this, &QDialog::reject);
 
-    m_place.place(*this, {DecimalValue(m_state.editTop), DecimalValue(m_state.editLeft)});
+    const WindowPlace kept{DecimalValue(m_state.editTop), DecimalValue(m_state.editLeft)};
+    if (m_state.editTop == kFirstPlace && m_state.editLeft == kFirstPlace)
+        m_place.placeBeside(*this, kept, QRect(cell.mapToGlobal(QPoint()), cell.size()));
+    else
+        m_place.place(*this, kept);
     m_upDown.setTop(m_editor.Maximum());
     showValue();
     connect(&m_upDown, &QScrollBar::actionTriggered, this,
@@ -126,7 +130,7 @@ void FormEdit::showValue() {
 }
 
 void FormEdit::accepted() {
-    if (m_editor.Accept(fromQt(m_readout.text())) == ValueEditor::Accepted::Changed)
+    if (m_editor.Accept() == ValueEditor::Accepted::Changed)
         accept();
 }
 

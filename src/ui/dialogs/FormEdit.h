@@ -12,10 +12,10 @@
 namespace tarnwell {
 
 class FormEdit final : public QDialog {
-    Q_OBJECT
   public:
-    /// Takes its place on the screen from `state` and leaves it there again.
-    FormEdit(ValueEditor& editor, ProgramState& state, QWidget* parent);
+    /// Takes its place on the screen from `state` and leaves it there again; until the user has
+    /// moved it, it opens beside `cell`.
+    FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell, QWidget* parent);
     ~FormEdit() override;
 
   protected:

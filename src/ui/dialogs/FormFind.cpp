@@ -14,8 +14,8 @@ namespace tarnwell {
 
 namespace {
 
-constexpr int kWidth = 3900;
-constexpr int kMargin = 180;
+constexpr int kFindWidth = 3900;
+constexpr int kFindMargin = 180;
 
 }  // namespace
 
@@ -23,8 +23,9 @@ FormFind::FormFind(Find& find, QWidget* parent) : QDialog(parent), m_find(find) 
     setObjectName(QStringLiteral("formFind"));
     setWindowTitle(QStringLiteral("Find"));
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(scaled(kMargin), scaled(kMargin), scaled(kMargin), scaled(kMargin));
-    layout->setSpacing(scaled(kMargin) / 2);
+    layout->setContentsMargins(scaled(kFindMargin), scaled(kFindMargin), scaled(kFindMargin),
+                               scaled(kFindMargin));
+    layout->setSpacing(scaled(kFindMargin) / 2);
 
     m_kind.setObjectName(QStringLiteral("cboKind"));
     m_kind.setAccessibleName(QStringLiteral("What to find"));
@@ -32,7 +33,7 @@ FormFind::FormFind(Find& find, QWidget* parent) : QDialog(parent), m_find(find) 
     m_text.setObjectName(QStringLiteral("txtFind"));
     m_text.setAccessibleName(QStringLiteral("Bytes or text"));
     m_text.setToolTip(QStringLiteral("Bytes with blanks between them, ?? for any byte"));
-    m_text.setMinimumWidth(scaled(kWidth));
+    m_text.setMinimumWidth(scaled(kFindWidth));
     m_problem.setObjectName(QStringLiteral("lblFindProblem"));
 
     auto* buttons = new QDialogButtonBox;
@@ -93,3 +94,5 @@ void FormFind::look(FindDirection direction) {
 }
 
 }  // namespace tarnwell
+
+#include "moc_FormFind.cpp"

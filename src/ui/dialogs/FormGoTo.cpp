@@ -11,8 +11,8 @@ namespace tarnwell {
 
 namespace {
 
-constexpr int kWidth = 4800;
-constexpr int kMargin = 180;
+constexpr int kGoToWidth = 4800;
+constexpr int kGoToMargin = 180;
 
 QStringList settingNames() {
     QStringList names;
@@ -28,15 +28,16 @@ FormGoTo::FormGoTo(NumberMode mode, QWidget* parent)
     setObjectName(QStringLiteral("formGoTo"));
     setWindowTitle(QStringLiteral("Go to"));
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(scaled(kMargin), scaled(kMargin), scaled(kMargin), scaled(kMargin));
-    layout->setSpacing(scaled(kMargin) / 2);
+    layout->setContentsMargins(scaled(kGoToMargin), scaled(kGoToMargin), scaled(kGoToMargin),
+                               scaled(kGoToMargin));
+    layout->setSpacing(scaled(kGoToMargin) / 2);
 
     auto* prompt = new QLabel(QStringLiteral("&Address, or a setting such as R-YR 480p:"));
     prompt->setObjectName(QStringLiteral("lblGoTo"));
     prompt->setBuddy(&m_text);
     m_text.setObjectName(QStringLiteral("txtGoTo"));
     m_text.setAccessibleName(QStringLiteral("Address or setting"));
-    m_text.setMinimumWidth(scaled(kWidth));
+    m_text.setMinimumWidth(scaled(kGoToWidth));
     m_completer.setCaseSensitivity(Qt::CaseInsensitive);
     m_completer.setFilterMode(Qt::MatchContains);
     m_text.setCompleter(&m_completer);

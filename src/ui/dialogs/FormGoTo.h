@@ -11,7 +11,6 @@
 namespace tarnwell {
 
 class FormGoTo final : public QDialog {
-    Q_OBJECT
   public:
     FormGoTo(NumberMode mode, QWidget* parent);
 

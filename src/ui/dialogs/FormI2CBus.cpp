@@ -11,12 +11,12 @@ namespace tarnwell {
 
 namespace {
 
-enum Column { Name, Node };
+enum BusColumn { Name, Node };
 
 /// An adapter that is plugged in appears after that, in ms.
 constexpr int kRefresh = 1000;
 
-constexpr int kPictureSide = 480;
+constexpr int kBusPictureSide = 480;
 constexpr int kAnswerLines = 3;
 
 QLabel* wrapped(QLabel* label) {
@@ -46,7 +46,8 @@ FormI2CBus::FormI2CBus(BusChooser& chooser, const std::optional<I2cBus>& inUse, 
     connect(&m_table, &QTreeWidget::itemSelectionChanged, this, &FormI2CBus::showSelection);
     connect(&m_table, &QTreeWidget::itemDoubleClicked, &m_use, &QPushButton::click);
     fill(inUse);
-    resize(std::max(scaled(6600), m_table.fitColumns() + scaled(600)), scaled(4500));
+    const int width = std::max(scaled(6600), m_table.fitColumns() + scaled(600));
+    resize(QSize(width, scaled(4500)).boundedTo(roomFor(*this)));
     m_table.setFocus();
     connect(&m_timer, &QTimer::timeout, this, &FormI2CBus::refresh);
     m_timer.start(kRefresh);
@@ -78,7 +79,7 @@ void FormI2CBus::addWarning() {
         "the same addresses: what is written to them can make them useless.")));
     warning->setObjectName(QStringLiteral("lblBusWarning"));
     auto* row = new QHBoxLayout;
-    row->addWidget(pictureLabel(":/pictures/warning.svg", "Warning sign", kPictureSide, this));
+    row->addWidget(pictureLabel(":/pictures/warning.svg", "Warning sign", kBusPictureSide, this));
     row->addWidget(warning, 1);
     static_cast<QVBoxLayout*>(layout())->addLayout(row);
 }
@@ -122,8 +123,10 @@ const I2cBus* FormI2CBus::selected() const {
 }
 
 void FormI2CBus::showSelection() {
-    m_look.setEnabled(selected() != nullptr && BusChooser::MayLook(*selected()));
-    m_use.setEnabled(selected() != nullptr);
+    const bool isSelected = selected() != nullptr;
+    allow(m_look, isSelected && BusChooser::MayLook(*selected()),
+          isSelected ? "Nothing is asked on the mainboard's own bus" : "Select a bus first");
+    allow(m_use, isSelected, "Select a bus first");
     tell(m_chooser.Advice(selected()));
 }
 

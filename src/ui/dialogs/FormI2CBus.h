@@ -12,7 +12,6 @@
 namespace tarnwell {
 
 class FormI2CBus final : public QDialog {
-    Q_OBJECT
   public:
     /// Begins with the bus that is in use, if it is there.
     FormI2CBus(BusChooser& chooser, const std::optional<I2cBus>& inUse, QWidget* parent);

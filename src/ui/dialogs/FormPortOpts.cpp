@@ -34,7 +34,7 @@ constexpr std::array<Place, kPinPositions> kPlaces{{
     {PinPosition::ClockInPol, 3, 4},
 }};
 constexpr int kGapColumn = 2;
-constexpr int kColumns = 5;
+constexpr int kPinColumns = 5;
 constexpr int kConnectorRow = 4;
 
 constexpr const Place& placeOf(PinPosition position) {
@@ -70,15 +70,15 @@ FormPortOpts::FormPortOpts(PortOptions& options, QWidget* parent)
     for (const Place& place : kPlaces)
         addGroup(*layout, Group(place.position));
     layout->addWidget(headingLabel(QStringLiteral("Connector Pins")), kConnectorRow, 0, 1,
-                      kColumns);
-    layout->addWidget(&m_connector, kConnectorRow + 1, 0, 1, kColumns, Qt::AlignCenter);
+                      kPinColumns);
+    layout->addWidget(&m_connector, kConnectorRow + 1, 0, 1, kPinColumns, Qt::AlignCenter);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->activate();
     auto* buttons = new QWidget(this);
     auto* parts = new QVBoxLayout(this);
     parts->setContentsMargins(0, 0, 0, 0);
     parts->setSpacing(0);
-    auto* area = new ScreenArea(*content, *buttons, this);
+    auto* area = new ScreenArea(*content, {buttons}, this);
     addButtons(*buttons);
     parts->addWidget(area);
     parts->addWidget(buttons);
@@ -121,13 +121,13 @@ void FormPortOpts::addGroup(QGridLayout& layout, const PinGroup& group) {
 }
 
 void FormPortOpts::addButtons(QWidget& widget) {
-    struct Command {
+    struct Button {
         const char* name;
         const char* caption;
         const char* toolTip;
         void (FormPortOpts::*run)();
     };
-    const std::array<Command, 4> commands{{
+    const std::array<Button, 4> commands{{
         {"AcceptButton", "Accept", " Click to save current settings ",
          &FormPortOpts::acceptClicked},
         {"CancelButton", "Cancel", " Click to abort any changes ", &FormPortOpts::reject},
@@ -138,7 +138,7 @@ void FormPortOpts::addButtons(QWidget& widget) {
     auto* row = new QHBoxLayout(&widget);
     row->setContentsMargins(scaled(180), scaled(60), scaled(180), scaled(180));
     row->setSpacing(scaled(120));
-    for (const Command& command : commands) {
+    for (const Button& command : commands) {
         auto* button = new QPushButton(QLatin1String(command.caption), &widget);
         button->setObjectName(QLatin1String(command.name));
         button->setAccessibleName(button->text());

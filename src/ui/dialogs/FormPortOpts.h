@@ -6,13 +6,12 @@
 #include <QGridLayout>
 #include <array>
 
-#include "i2c/PortOptions.h"
+#include "i2c/parallel/PortOptions.h"
 #include "ui/widgets/PortConnector.h"
 
 namespace tarnwell {
 
 class FormPortOpts final : public QDialog {
-    Q_OBJECT
   public:
     FormPortOpts(PortOptions& options, QWidget* parent);
 

@@ -15,7 +15,7 @@ namespace {
 
 enum Row { OutputHeading, Outputs, InputHeading, Inputs, AutoTest, Diagnosis };
 constexpr int kLegendColumn = 2;
-constexpr int kColumns = 3;
+constexpr int kTestColumns = 3;
 constexpr QColor kSensedHigh(255, 0, 0);
 constexpr QColor kSensedLow(95, 0, 0);
 
@@ -70,7 +70,7 @@ void FormTestInt::addLine(QGridLayout& layout, LineControls& line, const LineNam
     const QString array = QLatin1String(names.array) + QStringLiteral("Out");
     line.frame.setTitle(QLatin1String(names.caption));
     line.frame.setObjectName(QStringLiteral("frame") + array);
-    line.frame.setToolTip(QLatin1String(names.toolTip));
+    line.toolTip = QLatin1String(names.toolTip);
     line.frame.setAccessibleName(QStringLiteral("Output ") + line.frame.title());
     auto* column = new QVBoxLayout(&line.frame);
     column->setSpacing(scaled(30));
@@ -152,7 +152,7 @@ void FormTestInt::addResult(QGridLayout& layout) {
     m_diagnosis.setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_diagnosis.setMinimumWidth(scaled(kDiagnosisWidth));
     m_diagnosis.setMinimumHeight(kDiagnosisLines * m_diagnosis.fontMetrics().lineSpacing());
-    layout.addWidget(&m_diagnosis, Diagnosis, 0, 1, kColumns);
+    layout.addWidget(&m_diagnosis, Diagnosis, 0, 1, kTestColumns);
 }
 
 void FormTestInt::toggleAutoTest(bool on) {
@@ -174,6 +174,8 @@ void FormTestInt::tick() {
 void FormTestInt::refresh() {
     const auto show = [this](LineControls& line, Level level) {
         line.frame.setEnabled(!m_test.AutoTestRuns());
+        line.frame.setToolTip(m_test.AutoTestRuns() ? QStringLiteral("End the autotest first")
+                                                    : line.toolTip);
         line.lamp.setColour(colourOf(level));
         line.lamp.setAccessibleName(
             line.caption.text() + QStringLiteral(" input is %1").arg(level == Level::High ? 1 : 0));

@@ -9,13 +9,12 @@
 #include <QLabel>
 #include <QTimer>
 
-#include "i2c/InterfaceTest.h"
+#include "i2c/parallel/InterfaceTest.h"
 #include "ui/widgets/Lamp.h"
 
 namespace tarnwell {
 
 class FormTestInt final : public QDialog {
-    Q_OBJECT
   public:
     /// Opens `test`, whose pre-check has passed, and closes it however the dialog ends.
     FormTestInt(InterfaceTest& test, QWidget* parent);
@@ -30,6 +29,7 @@ class FormTestInt final : public QDialog {
         QButtonGroup levels;
         Lamp lamp{nullptr};
         QLabel caption;
+        QString toolTip;  ///< of the frame, while the lines may be driven
     };
     struct LineNames {
         const char* array;

@@ -24,7 +24,7 @@ constexpr std::array kTexts{
 };
 /// The labels in the order in which they stand, by their own numbers.
 constexpr std::array kOrder{3, 0, 1, 2};
-constexpr int kPictureSide = 720;
+constexpr int kWarningPictureSide = 720;
 
 }  // namespace
 
@@ -34,10 +34,11 @@ FormWarning::FormWarning(QWidget* parent) : QDialog(parent) {
     auto* layout = new QGridLayout(this);
     layout->setContentsMargins(scaled(240), scaled(180), scaled(240), scaled(180));
     layout->setSpacing(scaled(150));
-    layout->addWidget(pictureLabel(":/pictures/warning.svg", "Warning sign", kPictureSide, this), 0,
-                      0);
     layout->addWidget(
-        pictureLabel(":/pictures/danger.svg", "A flash in a television", kPictureSide, this), 0, 2);
+        pictureLabel(":/pictures/warning.svg", "Warning sign", kWarningPictureSide, this), 0, 0);
+    layout->addWidget(
+        pictureLabel(":/pictures/danger.svg", "A flash in a television", kWarningPictureSide, this),
+        0, 2);
     for (std::size_t line = 0; line < kTexts.size(); ++line) {
         auto* label = new QLabel(toQt(kTexts[line]), this);
         label->setObjectName(elementName("lblWarning", kOrder[line]));

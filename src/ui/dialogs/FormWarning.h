@@ -7,7 +7,6 @@
 namespace tarnwell {
 
 class FormWarning final : public QDialog {
-    Q_OBJECT
   public:
     explicit FormWarning(QWidget* parent);
 

@@ -31,6 +31,14 @@ inline QColor progressBar(const QPalette& palette) {
     return mixed(palette.color(QPalette::Window), palette.color(QPalette::Highlight), 0.35);
 }
 
+/// Of what is not known, beside a value.
+inline constexpr QColor kUnknown{110, 110, 110};
+
+/// The text of a value that is none, and still is read.
+inline QColor paler(const QColor& text) {
+    return mixed(kCell, text, 0.6);
+}
+
 /// A text on `background` that does not count.
 inline QColor dimmed(const QColor& text, const QColor& background) {
     return mixed(background, text, 0.3);

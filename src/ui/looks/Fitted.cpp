@@ -75,3 +75,5 @@ void fitCaption(QAbstractButton& button, int besides) {
 }
 
 }  // namespace tarnwell
+
+#include "moc_Fitted.cpp"

@@ -69,6 +69,10 @@ int screenPixels(int twips) {
     return static_cast<int>(std::lround(twips / kTwipsPerPixel));
 }
 
+QSize roomFor(const QWidget& window) {
+    return window.screen()->availableGeometry().size() - kWindowFrame;
+}
+
 QPoint broughtBack(const QRect& frame, const QList<QRect>& screens) {
     const auto shows = [&](const QRect& screen) { return showsTitle(frame, screen); };
     if (screens.isEmpty() || std::ranges::any_of(screens, shows))
@@ -85,6 +89,18 @@ void ScreenPlace::place(QWidget& window, WindowPlace place) {
     m_pixels = {screenPixels(place.left), screenPixels(place.top)};
     window.move(m_pixels);
     bringBack(window);
+}
+
+void ScreenPlace::placeBeside(QWidget& window, WindowPlace place, const QRect& shown) {
+    m_place = place;
+    const QScreen* screen = QGuiApplication::screenAt(shown.center());
+    const QRect room = (screen != nullptr ? screen : window.screen())->availableGeometry();
+    const int gap = scaled(60);
+    QRect frame({shown.right() + gap, shown.top()}, window.size() + kWindowFrame);
+    if (frame.right() > room.right())
+        frame.moveRight(shown.left() - gap);
+    m_pixels = inside(frame, room);
+    window.move(m_pixels);
 }
 
 void ScreenPlace::bringBack(QWidget& window) {

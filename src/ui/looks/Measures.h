@@ -6,7 +6,7 @@
 #include <QPoint>
 #include <QRect>
 
-#include "core/Options.h"
+#include "core/options/Options.h"
 
 class QWidget;
 
@@ -40,6 +40,9 @@ class ScreenPlace {
     void place(QWidget& window, WindowPlace place);
     WindowPlace of(const QWidget& window) const;
 
+    /// Beside what is shown at `shown` on the screen; it reads back as `place` until it is moved.
+    void placeBeside(QWidget& window, WindowPlace place, const QRect& shown);
+
     /// For a window that was left behind by its screen.
     void bringBack(QWidget& window);
 
@@ -63,5 +66,8 @@ class KeptPlace final : public PlacedWindow {
 
 /// What a window manager's frame takes of the screen, in pixels.
 inline constexpr QSize kWindowFrame(16, 48);
+
+/// The largest window that the screen of `window` has room for.
+QSize roomFor(const QWidget& window);
 
 }  // namespace tarnwell

@@ -117,8 +117,11 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
             if (focused)
                 return drawFocusFrame(*painter, option->rect, text);
             [[fallthrough]];
-        case PE_FrameLineEdit:
         case PE_Frame:
+            if (focused && widget != nullptr && widget->inherits("QPlainTextEdit"))
+                return drawFocusFrame(*painter, option->rect, text);
+            [[fallthrough]];
+        case PE_FrameLineEdit:
         case PE_PanelMenu:
             if (isDark(*option) && !focused)
                 drawEdge(*painter, *option, option->rect, kCorner);

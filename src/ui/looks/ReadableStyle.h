@@ -13,7 +13,6 @@ void drawFocusFrame(QPainter& painter, const QRect& rect, const QColor& colour);
 double contrast(const QColor& one, const QColor& other);
 
 class ReadableStyle final : public QProxyStyle {
-    Q_OBJECT
   public:
     /// Gives the application this style, once.
     static void use();

@@ -29,6 +29,18 @@ inline std::string pathFromQt(const QString& path) {
     return QFile::encodeName(path).toStdString();
 }
 
+/// The text as a line of its own.
+inline QString capitalized(const QString& text) {
+    return text.left(1).toUpper() + text.mid(1);
+}
+
+/// Enables a menu's item or a button; while it is not, its tooltip says why.
+template <typename Item>
+void allow(Item& item, bool allowed, const char* why) {
+    item.setEnabled(allowed);
+    item.setToolTip(allowed ? QString() : QLatin1String(why));
+}
+
 /// The objectName of an element of a control array.
 inline QString elementName(const char* array, int index) {
     return QStringLiteral("%1_%2").arg(QLatin1String(array)).arg(index);

@@ -12,7 +12,7 @@
 #include <array>
 #include <optional>
 
-#include "core/Number.h"
+#include "core/user/Number.h"
 #include "editor/ByteTexts.h"
 #include "ui/looks/Fitted.h"
 #include "ui/looks/Text.h"
@@ -163,7 +163,7 @@ void CellEditBox::keyPressEvent(QKeyEvent* event) {
         event->accept();
         return;
     }
-    if (event->matches(QKeySequence::Paste) && pasteSeveral(clipboardText(QClipboard::Clipboard))) {
+    if (event->matches(QKeySequence::Paste) && pasteBytes(clipboardText(QClipboard::Clipboard))) {
         event->accept();
         return;
     }
@@ -188,15 +188,12 @@ void CellEditBox::inputMethodEvent(QInputMethodEvent* event) {
     event->accept();
 }
 
-bool CellEditBox::pasteSeveral(const QString& text) {
-    const bool several = isSeveral(text);
-    if (several)
-        m_editor.Paste(fromQt(text));
-    return several;
+bool CellEditBox::pasteBytes(const QString& text) {
+    return m_editor.PasteIntoEntry(fromQt(text));
 }
 
 void CellEditBox::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::MiddleButton && pasteSeveral(clipboardText(QClipboard::Selection)))
+    if (event->button() == Qt::MiddleButton && pasteBytes(clipboardText(QClipboard::Selection)))
         return;
     if (event->button() != Qt::MiddleButton || enters(clipboardText(QClipboard::Selection)))
         QLineEdit::mouseReleaseEvent(event);
@@ -205,14 +202,15 @@ void CellEditBox::mouseReleaseEvent(QMouseEvent* event) {
 void CellEditBox::contextMenuEvent(QContextMenuEvent* event) {
     QMenu* menu = createStandardContextMenu();
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setToolTipsVisible(true);
     const QString text = clipboardText(QClipboard::Clipboard);
     for (QAction* action : menu->actions()) {
         // The item has no name in this version of Qt: it is the one that would paste.
         if (!disconnect(action, nullptr, this, SLOT(paste())))
             continue;
-        action->setEnabled(enters(text) || isSeveral(text));
+        allow(*action, enters(text) || isSeveral(text), "What was copied holds no digits");
         connect(action, &QAction::triggered, this, [this, text] {
-            if (!pasteSeveral(text))
+            if (!pasteBytes(text))
                 paste();
         });
     }
@@ -229,7 +227,7 @@ void CellEditBox::dragEnterEvent(QDragEnterEvent* event) {
 }
 
 void CellEditBox::dropEvent(QDropEvent* event) {
-    if (pasteSeveral(event->mimeData()->text()))
+    if (pasteBytes(event->mimeData()->text()))
         event->acceptProposedAction();
     else
         QLineEdit::dropEvent(event);

@@ -8,7 +8,6 @@
 namespace tarnwell {
 
 class CellEditBox final : public QLineEdit {
-    Q_OBJECT
   public:
     CellEditBox(DataGrid& grid, CellEditor& editor, const ProgramState& state, QWidget* parent);
 
@@ -37,7 +36,7 @@ class CellEditBox final : public QLineEdit {
     bool enters(const QString& text) const;
 
     /// Enters `text` into cell after cell if it is several bytes.
-    bool pasteSeveral(const QString& text);
+    bool pasteBytes(const QString& text);
     void takeEditedText(const QString& edited);
 
     DataGrid& m_grid;

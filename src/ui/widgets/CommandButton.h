@@ -6,10 +6,14 @@
 namespace tarnwell {
 
 class CommandButton final : public QPushButton {
-    Q_OBJECT
   public:
-    CommandButton(const char* name, const char* caption, const char* toolTip, const QRect& place,
-                  QWidget* parent);
+    struct Texts {
+        const char* name;
+        const char* caption;
+        const char* toolTip;
+        const char* key;  ///< Alt with it presses the button, as the tooltip says below its text
+    };
+    CommandButton(const Texts& texts, const QRect& place, QWidget* parent);
 };
 
 }  // namespace tarnwell

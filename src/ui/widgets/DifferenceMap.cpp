@@ -9,8 +9,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/Number.h"
-#include "image/Mismatch.h"
+#include "core/user/Number.h"
+#include "i2c/Mismatch.h"
 #include "settings/Catalog.h"
 #include "ui/looks/Accessible.h"
 #include "ui/looks/Measures.h"
@@ -145,7 +145,7 @@ QString DifferenceMap::textOf(int address) const {
 
 ByteKind DifferenceMap::kindOf(int address) const {
     const auto index = static_cast<std::size_t>(address);
-    const bool named = m_device == TargetDevice::Primary && CellAtAddress(address).has_value();
+    const bool named = CellOn(m_device, address).has_value();
     if (m_left[index] != m_right[index])
         return named ? ByteKind::DifferentSetting : ByteKind::Different;
     if (named)
@@ -230,3 +230,5 @@ DifferenceLegend::DifferenceLegend(QWidget* parent) : QWidget(parent) {
 }
 
 }  // namespace tarnwell
+
+#include "moc_DifferenceMap.cpp"

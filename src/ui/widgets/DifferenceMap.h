@@ -61,7 +61,6 @@ class DifferenceMap final : public QWidget {
 
 /// The marks of the picture beside their names.
 class DifferenceLegend final : public QWidget {
-    Q_OBJECT
   public:
     explicit DifferenceLegend(QWidget* parent = nullptr);
 };

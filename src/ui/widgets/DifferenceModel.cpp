@@ -52,7 +52,7 @@ QModelIndex DifferenceModel::indexOf(int address) const {
 }
 
 std::vector<DifferenceRow> DifferenceModel::selected(const QModelIndexList& indexes) const {
-    std::map<std::size_t, std::map<int, Mismatch>> bytes;
+    std::map<std::size_t, std::map<int, Difference>> bytes;
     std::map<std::size_t, DifferenceRow> rows;
     for (const QModelIndex& index : indexes) {
         const DifferenceRow& row = rowOf(index);

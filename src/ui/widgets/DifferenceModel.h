@@ -3,12 +3,11 @@
 
 #include <QAbstractItemModel>
 
-#include "differences/Comparison.h"
+#include "differences/DifferenceTexts.h"
 
 namespace tarnwell {
 
 class DifferenceModel final : public QAbstractItemModel {
-    Q_OBJECT
   public:
     using QAbstractItemModel::QAbstractItemModel;
 

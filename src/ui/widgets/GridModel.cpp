@@ -1,6 +1,6 @@
 #include "ui/widgets/GridModel.h"
 
-#include "core/Number.h"
+#include "core/user/Number.h"
 #include "ui/looks/Colours.h"
 #include "ui/looks/Measures.h"
 #include "ui/looks/Text.h"
@@ -9,7 +9,7 @@ namespace tarnwell {
 
 namespace {
 
-constexpr int kAddressColumn = 0;
+constexpr int kRowAddressColumn = 0;
 
 GridCell cellOf(const QModelIndex& index) {
     return {index.row(), index.column()};
@@ -17,10 +17,11 @@ GridCell cellOf(const QModelIndex& index) {
 
 }  // namespace
 
-GridModel::GridModel(const DataGrid& grid, const ProgramState& state, QObject* parent)
+GridModel::GridModel(const Program& program, QObject* parent)
     : QAbstractTableModel(parent),
-      m_grid(grid),
-      m_state(state),
+      m_program(program),
+      m_grid(program.grid),
+      m_state(program.state),
       m_changedFont(scaledFont(8.25, Weight::Bold)) {}
 
 int GridModel::rowCount(const QModelIndex& parent) const {
@@ -32,7 +33,7 @@ int GridModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
-    const bool isAddress = index.column() == kAddressColumn;
+    const bool isAddress = index.column() == kRowAddressColumn;
     switch (role) {
         case Qt::DisplayRole:
             return text(index);
@@ -49,8 +50,13 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
             return !isAddress && m_grid.IsChanged(cellOf(index)) ? QVariant(m_changedFont)
                                                                  : QVariant();
         case Qt::ToolTipRole:
-        case Qt::AccessibleDescriptionRole:
             return isAddress ? QVariant() : QVariant(toolTip(cellOf(index)));
+        case Qt::AccessibleDescriptionRole:
+            return isAddress ? QVariant() : QVariant(description(cellOf(index)));
+        case kStandingRole:
+            return isAddress
+                       ? static_cast<int>(Standing::Kind::Held)
+                       : static_cast<int>(m_program.StandingOfByte(cellOf(index).Address()).kind);
         case kNamedRole:
             return !isAddress && isNamed(cellOf(index));
         default:
@@ -64,7 +70,7 @@ bool GridModel::isNamed(GridCell cell) const {
 }
 
 QString GridModel::text(const QModelIndex& index) const {
-    if (index.column() == kAddressColumn)
+    if (index.column() == kRowAddressColumn)
         return toQt(m_grid.RowAddressText(index.row()));
     return toQt(m_grid.Text(cellOf(index)));
 }
@@ -83,24 +89,38 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
         return {};
     if (orientation == Qt::Vertical)
         return toQt(m_grid.RowAddressText(section));
-    return section == kAddressColumn ? QStringLiteral("Address")
-                                     : toQt(m_grid.HeadingText(section - 1));
+    return section == kRowAddressColumn ? QStringLiteral("Address")
+                                        : toQt(m_grid.HeadingText(section - 1));
 }
 
-QString GridModel::toolTip(GridCell cell) const {
+QString GridModel::name(GridCell cell) const {
     if (!isNamed(cell))
         return {};
     const auto setting = CellAtAddress(cell.Address());
     const std::string_view description = Cell(*setting).setting->description;
-    QString tip = QLatin1Char(' ') + toQt(CellTitle(*setting)) + QLatin1Char(' ');
+    QString name = QLatin1Char(' ') + toQt(CellTitle(*setting)) + QLatin1Char(' ');
     if (!description.empty())
-        tip += toQt(description) + QLatin1Char(' ');
-    return tip;
+        name += toQt(description) + QLatin1Char(' ');
+    return name;
+}
+
+QString GridModel::toolTip(GridCell cell) const {
+    const Standing standing = m_program.StandingOfByte(cell.Address());
+    QStringList lines{name(cell)};
+    if (standing.kind != Standing::Kind::Held)
+        lines += QLatin1Char(' ') + capitalized(toQt(standing.Text(m_state.numberMode))) +
+                 QLatin1Char(' ');
+    lines.removeAll(QString());
+    return lines.join(QLatin1Char('\n'));
+}
+
+QString GridModel::description(GridCell cell) const {
+    return name(cell) + toQt(m_program.StandingOfByte(cell.Address()).Text(m_state.numberMode));
 }
 
 Qt::ItemFlags GridModel::flags(const QModelIndex& index) const {
-    return index.column() == kAddressColumn ? Qt::ItemIsEnabled
-                                            : Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    return index.column() == kRowAddressColumn ? Qt::ItemIsEnabled
+                                               : Qt::ItemIsEnabled | Qt::ItemIsSelectable;
 }
 
 void GridModel::refill() {

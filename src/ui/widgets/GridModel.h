@@ -4,19 +4,21 @@
 #include <QAbstractTableModel>
 #include <QFont>
 
-#include "editor/DataGrid.h"
+#include "program/Program.h"
 
 namespace tarnwell {
 
 inline constexpr int kGridColumns = kBytesPerRow + 1;
 
 class GridModel final : public QAbstractTableModel {
-    Q_OBJECT
   public:
-    GridModel(const DataGrid& grid, const ProgramState& state, QObject* parent);
+    GridModel(const Program& program, QObject* parent);
 
     /// Whether the byte is that of a named setting.
     static constexpr int kNamedRole = Qt::UserRole;
+
+    /// A byte's Standing::Kind, as a number.
+    static constexpr int kStandingRole = Qt::UserRole + 1;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -35,8 +37,11 @@ class GridModel final : public QAbstractTableModel {
     QString text(const QModelIndex& index) const;
     QString spokenText(const QModelIndex& index) const;
     QString toolTip(GridCell cell) const;
+    QString description(GridCell cell) const;
+    QString name(GridCell cell) const;
     bool isNamed(GridCell cell) const;
 
+    const Program& m_program;
     const DataGrid& m_grid;
     const ProgramState& m_state;
     QFont m_changedFont;

@@ -17,6 +17,7 @@
 #include "ui/looks/Measures.h"
 #include "ui/looks/ReadableStyle.h"
 #include "ui/looks/Text.h"
+#include "ui/widgets/StandingMark.h"
 
 namespace tarnwell {
 
@@ -27,20 +28,7 @@ constexpr int kByteWidth = 375;
 constexpr int kColumnsWidth = kAddressWidth + kBytesPerRow * kByteWidth;
 constexpr int kRowHeight = 240;
 constexpr int kEditBoxDrop = 6;
-constexpr int kNameMark = 75;
 constexpr std::chrono::milliseconds kDragPause{50};
-
-/// A corner like that of a turned page, above the text of a byte that has a name.
-void drawNameMark(QPainter& painter, const QRect& cell) {
-    const int side = scaled(kNameMark);
-    const QPoint corner = cell.topRight();
-    const QPoint points[] = {corner - QPoint(side, 0), corner, corner + QPoint(0, side)};
-    painter.save();
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colours::kValueText);
-    painter.drawPolygon(points, 3);
-    painter.restore();
-}
 
 /// Draws a byte's cell in the design's colours, the current one framed.
 class CellDelegate final : public QStyledItemDelegate {
@@ -54,10 +42,13 @@ class CellDelegate final : public QStyledItemDelegate {
         painter->fillRect(option.rect, selected ? colours::kSelected
                                                 : index.data(Qt::BackgroundRole).value<QColor>());
         if (index.data(GridModel::kNamedRole).toBool())
-            drawNameMark(*painter, option.rect);
+            drawCorner(*painter, option.rect.topRight(), {-1, 1}, colours::kValueText);
+        const auto kind = static_cast<Standing::Kind>(index.data(GridModel::kStandingRole).toInt());
+        drawStanding(*painter, option.rect, kind);
         const QVariant font = index.data(Qt::FontRole);
         painter->setFont(font.isValid() ? font.value<QFont>() : option.font);
-        painter->setPen(colours::kText);
+        painter->setPen(kind == Standing::Kind::NoValue ? colours::paler(colours::kText)
+                                                        : colours::kText);
         const int margin = index.column() == 0 ? 3 : 0;
         drawFitted(*painter, option.rect.adjusted(0, 0, -margin, 0),
                    Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()),
@@ -129,17 +120,17 @@ bool beginsEntry(const QKeyEvent& event) {
 
 }  // namespace
 
-GridView::GridView(DataGrid& grid, CellEditor& editor, const ProgramState& state, QWidget* parent)
+GridView::GridView(Program& program, QWidget* parent)
     : QTableView(parent),
-      m_grid(grid),
-      m_editor(editor),
-      m_state(state),
-      m_model(grid, state, this),
-      m_editBox(grid, editor, state, viewport()) {
+      m_grid(program.grid),
+      m_editor(program.cellEditor),
+      m_state(program.state),
+      m_model(program, this),
+      m_editBox(program.grid, program.cellEditor, program.state, viewport()) {
     setObjectName(QStringLiteral("DataGrid"));
     setAccessibleName(QStringLiteral("EEPROM data"));
     setModel(&m_model);
-    setItemDelegate(new CellDelegate(grid, *this));
+    setItemDelegate(new CellDelegate(m_grid, *this));
     horizontalHeader()->hide();
     verticalHeader()->hide();
     horizontalHeader()->setMinimumSectionSize(1);
@@ -324,11 +315,12 @@ bool GridView::browse(const QKeyEvent& event) {
 void GridView::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setToolTipsVisible(true);
     menu->addAction(QStringLiteral("&Copy"), this, &GridView::copy)
         ->setObjectName(QStringLiteral("mnuGridCopy"));
     QAction* item = menu->addAction(QStringLiteral("&Paste"), this, &GridView::paste);
     item->setObjectName(QStringLiteral("mnuGridPaste"));
-    item->setEnabled(m_state.editor == EditorSwitch::On);
+    allow(*item, m_state.editor == EditorSwitch::On, "Switch the Data Editor on first");
     menu->popup(event->globalPos());
 }
 
@@ -347,3 +339,5 @@ void GridView::scrollContentsBy(int dx, int dy) {
 }
 
 }  // namespace tarnwell
+
+#include "moc_GridView.cpp"

@@ -12,7 +12,7 @@ namespace tarnwell {
 class GridView final : public QTableView {
     Q_OBJECT
   public:
-    GridView(DataGrid& grid, CellEditor& editor, const ProgramState& state, QWidget* parent);
+    GridView(Program& program, QWidget* parent);
 
     /// Gives the rows their height and shows the grid's texts.
     void setUp();

@@ -6,7 +6,6 @@
 namespace tarnwell {
 
 class Lamp final : public QWidget {
-    Q_OBJECT
   public:
     explicit Lamp(QWidget* parent);
     void setColour(const QColor& colour);

@@ -166,3 +166,5 @@ void PortConnector::paintLegend(QPainter& painter) const {
 }
 
 }  // namespace tarnwell
+
+#include "moc_PortConnector.cpp"

@@ -5,7 +5,7 @@
 #include <array>
 #include <optional>
 
-#include "i2c/PortOptions.h"
+#include "i2c/parallel/PortOptions.h"
 
 namespace tarnwell {
 

@@ -6,7 +6,6 @@
 namespace tarnwell {
 
 class RowTable final : public QTreeWidget {
-    Q_OBJECT
   public:
     RowTable(const char* name, const QString& accessibleName, const QStringList& headings);
 

@@ -9,6 +9,7 @@
 #include "ui/looks/Measures.h"
 #include "ui/looks/ReadableStyle.h"
 #include "ui/looks/Text.h"
+#include "ui/widgets/StandingMark.h"
 
 namespace tarnwell {
 
@@ -23,18 +24,22 @@ void SettingCell::showPlace(const QString& place) {
     setToolTip(own.isEmpty() ? place : own + QLatin1Char('\n') + place);
 }
 
-void SettingCell::show(const QString& caption, CellColour colour) {
-    setText(caption);
-    m_background = colours::of(colour);
-    setAccessibleName(toQt(CellTitle(m_cell)) + QLatin1Char(' ') + caption);
+void SettingCell::show(const Look& look) {
+    setText(look.caption);
+    m_kind = look.kind;
+    const bool noValue = m_kind == Standing::Kind::NoValue;
+    QFont marked = scaledFont(9.75, noValue ? Weight::Normal : Weight::Bold);
+    marked.setUnderline(!look.misfit.isEmpty());
+    if (marked != font())
+        setFont(marked);
+    m_background = colours::of(look.colour);
+    setAccessibleName(toQt(CellTitle(m_cell)) + QLatin1Char(' ') + look.caption);
     const Setting& setting = *Cell(m_cell).setting;
-    QString description = toQt(setting.description);
-    if (!description.isEmpty())
-        description += QStringLiteral(", ");
-    description += QStringLiteral("from 0 to %1").arg(setting.maximum);
-    if (colour == CellColour::Changed)
-        description += QStringLiteral(", changed and not yet written");
-    setAccessibleDescription(description);
+    QStringList parts{toQt(setting.description),
+                      QStringLiteral("from 0 to %1").arg(setting.maximum), look.misfit,
+                      look.standing};
+    parts.removeAll(QString());
+    setAccessibleDescription(parts.join(QStringLiteral(", ")));
     update();
 }
 
@@ -47,7 +52,9 @@ void SettingCell::paintEvent(QPaintEvent* /*event*/) {
     frame.state |= QStyle::State_Sunken;
     style()->drawControl(QStyle::CE_ShapedFrame, &frame, &painter, this);
     painter.fillRect(rect().adjusted(1, 1, -1, -1), m_background);
-    painter.setPen(colours::kValueText);
+    drawStanding(painter, rect().adjusted(1, 1, -1, -1), m_kind);
+    painter.setPen(m_kind == Standing::Kind::NoValue ? colours::paler(colours::kValueText)
+                                                     : colours::kValueText);
     drawFitted(painter, rect().adjusted(2, 1, -2, -1), Qt::AlignCenter, text());
     if (hasFocus())
         drawFocusFrame(painter, rect().adjusted(3, 3, -3, -3), colours::kText);
@@ -84,3 +91,5 @@ void SettingCell::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 }  // namespace tarnwell
+
+#include "moc_SettingCell.cpp"

@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 
+#include "command/Standing.h"
 #include "settings/SettingCells.h"
 
 namespace tarnwell {
@@ -13,7 +14,14 @@ class SettingCell final : public QAbstractButton {
     SettingCell(int cell, QWidget* page);
 
     int cell() const { return m_cell; }
-    void show(const QString& caption, CellColour colour);
+    struct Look {
+        QString caption;
+        CellColour colour;
+        QString misfit;  ///< what is wrong with the value, which then is underlined
+        Standing::Kind kind;
+        QString standing;
+    };
+    void show(const Look& look);
 
     /// The lines of the tooltip below the catalog's own text.
     void showPlace(const QString& place);
@@ -37,6 +45,7 @@ class SettingCell final : public QAbstractButton {
   private:
     int m_cell;
     QColor m_background;
+    Standing::Kind m_kind = Standing::Kind::NoValue;
 };
 
 }  // namespace tarnwell

@@ -6,7 +6,6 @@
 namespace tarnwell {
 
 class UpDownBar final : public QScrollBar {
-    Q_OBJECT
   public:
     explicit UpDownBar(QWidget* parent);
 

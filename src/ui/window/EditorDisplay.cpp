@@ -11,12 +11,12 @@ namespace tarnwell {
 void EditorDisplay::build(Program& program, QTabWidget& tabs) {
     m_program = &program;
     m_tabs = &tabs;
-    m_page = new EditorPageWidget(program.grid, program.cellEditor, program.state);
+    m_page = new EditorPageWidget(program);
     tabs.addTab(m_page, toQt(Info(Page::Editor).caption));
     m_pendingFrame = new PendingFrame(program.pending, tabs.parentWidget());
     m_pendingFrame->setGeometry(scaledRect(7320, 60, 1935, 3015));
-    m_writePending = new CommandButton("cmdWriteData", "Write Pending to EEP",
-                                       " Write pending Data Editor changes to the EEP ",
+    m_writePending = new CommandButton({"cmdWriteData", "Write Pending to EEP",
+                                        " Write pending Data Editor changes to the EEP ", "P"},
                                        scaledRect(7320, 3120, 1935, 300), tabs.parentWidget());
 }
 
@@ -30,9 +30,7 @@ void EditorDisplay::showSwitch() {
 }
 
 void EditorDisplay::showCaption() {
-    m_tabs->setTabText(
-        static_cast<int>(Page::Editor),
-        toQt(m_program->state.GridChanged ? kChangedEditorCaption : Info(Page::Editor).caption));
+    showWaiting(*m_tabs, *m_program, Page::Editor);
 }
 
 void EditorDisplay::PendingWritesChanged() {

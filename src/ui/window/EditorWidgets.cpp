@@ -41,8 +41,8 @@ QRect rowPlace(const Column& column, int row) {
 
 }  // namespace
 
-EditorPageWidget::EditorPageWidget(DataGrid& grid, CellEditor& editor, const ProgramState& state)
-    : m_grid(grid), m_view(grid, editor, state, this), m_switch(this), m_lamp(this) {
+EditorPageWidget::EditorPageWidget(Program& program)
+    : m_grid(program.grid), m_view(program, this), m_switch(this), m_lamp(this) {
     const auto place = [](int left, int top, int width, int height) {
         return scaledRect(left, top - kTabRow, width, height);
     };
@@ -63,7 +63,7 @@ EditorPageWidget::EditorPageWidget(DataGrid& grid, CellEditor& editor, const Pro
     }
     connect(&m_view, &GridView::columnsLaidOut, this, &EditorPageWidget::placeHeadings);
     m_view.setGeometry(place(120, 585, 6765, 2415));
-    showSwitch(state.editor);
+    showSwitch(program.state.editor);
     setTabOrder(&m_switch, &m_view);
     connect(&m_switch, &QCheckBox::clicked, this, &EditorPageWidget::toggled);
 }
@@ -228,3 +228,5 @@ void PendingFrame::focusRow(int row) {
 }
 
 }  // namespace tarnwell
+
+#include "moc_EditorWidgets.cpp"

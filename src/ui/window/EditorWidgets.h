@@ -17,7 +17,7 @@ inline constexpr int kTabRow = 330;
 class EditorPageWidget final : public QWidget {
     Q_OBJECT
   public:
-    EditorPageWidget(DataGrid& grid, CellEditor& editor, const ProgramState& state);
+    explicit EditorPageWidget(Program& program);
 
     GridView& grid() { return m_view; }
     void colourHeadings();
@@ -30,7 +30,7 @@ class EditorPageWidget final : public QWidget {
   private:
     void placeHeadings();
 
-    DataGrid& m_grid;
+    const DataGrid& m_grid;
     GridView m_view;
     QCheckBox m_switch;
     Lamp m_lamp;

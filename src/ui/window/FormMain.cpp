@@ -5,13 +5,14 @@
 #include <QLayout>
 #include <QShortcut>
 #include <QTabBar>
+#include <QVBoxLayout>
 #include <cstdlib>
 
+#include "core/Words.h"
 #include "ui/desktop/ScreenArea.h"
 #include "ui/looks/ReadableStyle.h"
 #include "ui/looks/Text.h"
 #include "ui/window/CellMenu.h"
-#include "ui/window/WindowSteps.h"
 
 static void initPictures() {
     Q_INIT_RESOURCE(resources);
@@ -33,7 +34,6 @@ FormMain::FormMain(const Connections& connections)
     : onProgramEnd([] { std::_Exit(EXIT_FAILURE); }),
       m_wire(connections.wire),
       m_platform(connections.platform),
-      m_simulated(connections.simulated),
       m_place(*this),
       m_editor(*this),
       m_settings(*this),
@@ -48,14 +48,22 @@ FormMain::FormMain(const Connections& connections)
       m_menu(*new MainMenu(*menuBar(), m_program.state, m_program.history)),
       m_body(*new QWidget(this)),
       m_tabs(*new QTabWidget(&m_body)),
-      m_statusArea(*new StatusArea(m_program.statusBar, &m_body)) {
-    m_program.state.i2cBusOfRun = connections.i2cBus;
+      m_statusArea(*new StatusArea(m_program.statusBar, &m_body)),
+      m_strip(*new HintStrip(this)) {
+    m_program.state.busOfRun = connections.bus;
+    m_program.state.simulated = connections.simulated;
     initPictures();
     m_user.setWindow(this);
     setObjectName(QStringLiteral("formMain"));
     setWindowIcon(QIcon(QStringLiteral(":/pictures/tarnwell.svg")));
     ReadableStyle::use();
-    setCentralWidget(new ScreenArea(m_body, *menuBar(), this));
+    auto* column = new QWidget(this);
+    auto* rows = new QVBoxLayout(column);
+    rows->setContentsMargins({});
+    rows->setSpacing(0);
+    rows->addWidget(&m_strip);
+    rows->addWidget(new ScreenArea(m_body, {menuBar(), &m_strip}, column));
+    setCentralWidget(column);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     setContextMenuPolicy(Qt::NoContextMenu);
     buildPages();
@@ -93,6 +101,7 @@ void FormMain::connectSignals() {
     connect(&m_msgTimer.timer(), &QTimer::timeout, this,
             [this] { m_program.statusBar.MsgTimerFired(); });
     connect(&m_user.gate(), &InputGate::painting, this, &FormMain::showProgress);
+    m_user.gate().setStopButton(m_statusArea.stop());
     connect(&m_menu, &MainMenu::bufferMenuOpening, this,
             [this] { run([this] { m_program.editorPage.SettleGridEdits(); }); });
     connect(&m_menu, &MainMenu::otherMenuOpening, this,
@@ -116,10 +125,21 @@ void FormMain::connectSignals() {
                                [this](const std::function<void()>& command) { run(command); }});
             });
     connect(&m_editor.pendingFrame(), &PendingFrame::takeBackWanted, this,
-            [this](int row) { runButton([this, row] { m_program.pending.TakeBack(row); }); });
-    connect(&m_editor.pendingFrame(), &PendingFrame::byteWanted, this,
-            [this](int row) { m_navigation.showByte(m_program.pending.Address(row)); });
+            [this](int row) { run([this, row] { m_program.editorPage.TakeBackPending(row); }); });
+    connect(&m_editor.pendingFrame(), &PendingFrame::byteWanted, this, [this](int row) {
+        if (row < m_program.pending.Count())
+            m_navigation.showByte(m_program.pending.Address(row));
+    });
     connect(&m_editor.page(), &EditorPageWidget::toggled, this, &FormMain::toggleEditor);
+    connect(&m_strip, &HintStrip::i2cWanted, this, [this] { runMenu(MenuCommand::I2cBus, 0); });
+    connect(&m_strip, &HintStrip::portWanted, this, [this] {
+        m_menu.portMenu().popup(
+            m_strip.usePort().mapToGlobal(m_strip.usePort().rect().bottomLeft()));
+    });
+    connect(&m_strip, &HintStrip::setWanted, this,
+            [this] { runButton([this] { m_program.UseLikeness(); }); });
+    connect(&m_strip, &HintStrip::readWanted, this,
+            [this] { runMenu(MenuCommand::ReadEntireEep, 0); });
     connect(&m_statusArea, &StatusArea::captionDoubleClicked, this,
             [this] { run([this] { m_program.helpCommands.StartExtraProgram(); }); });
     connect(
@@ -136,7 +156,8 @@ void FormMain::connectButtons() {
     starts(*read, [this] { m_program.settings.ReadSettingsFromEep(); });
     starts(*merge, [this] { m_program.settings.MergeSettingsWithBuffer(); });
     starts(*write, [this] { m_program.settings.WriteSettingsToEep(); });
-    starts(m_editor.writePending(), [this] { m_program.pending.WritePending(); });
+    connect(&m_editor.writePending(), &QPushButton::clicked, this,
+            [this] { run([this] { m_program.editorPage.WritePending(); }); });
 }
 
 void FormMain::connectPageKeys() {
@@ -156,12 +177,28 @@ void FormMain::connectPageKeys() {
 }
 
 void FormMain::startUp() {
-    WindowSteps steps(m_user, m_program, *this, m_statusArea, m_editor, m_settings);
-    run([&] { m_program.StartUp(steps); });
+    run([&] { m_program.StartUp(*this); });
     // A window that is resized while it is shown loses the place that includes its frame.
     ensurePolished();
     layout()->activate();
     adjustSize();
+}
+
+void FormMain::ColourControls() {
+    m_editor.colour();
+    m_statusArea.colourStrip();
+}
+
+void FormMain::ReleaseBus() {
+    if (m_program.state.BusInUse().kernel)
+        return;
+    const BusClaim claim(m_program.i2c);
+    m_program.i2c.ReleaseBus();
+}
+
+void FormMain::SetupGrid() {
+    m_editor.page().grid().setUp();
+    m_program.grid.SetupGrid();
 }
 
 void FormMain::openArchive(const std::string& path) {
@@ -175,12 +212,14 @@ void FormMain::Changed(Shown what) {
         case Shown::StatusPanel:
             return showPanel(Panel::Status);
         case Shown::CrcPanel:
+            showBus();  // its caption names what is in the buffer
             return showPanel(Panel::Crc);
         case Shown::EepPanel:
             return showPanel(Panel::Eep);
         case Shown::Steps:
             return m_menu.sync();
         case Shown::Menus:
+        case Shown::Set:
             showBus();
             return m_menu.sync();
         case Shown::Layout:
@@ -214,12 +253,17 @@ void FormMain::showBus() {
     const auto bus = m_program.I2cBusInUse();
     const QString name =
         bus ? toQt(bus->ShortNode()) + QLatin1Char(' ') + toQt(bus->name) : QString();
+    const auto add = [this](const QString& part) {
+        m_caption += part.isEmpty() ? part : QStringLiteral(" - ") + part;
+    };
     m_caption = QStringLiteral(" Tarnwell 2");
-    if (bus)
-        m_caption += QStringLiteral(" - ") + name;
-    else if (m_simulated)
-        m_caption += QStringLiteral(" - Simulated Television");
-    m_statusArea.setBus(name);
+    add(m_program.record.Chosen() ? toQt(m_program.record.Chosen()->name) : QString());
+    add(toQt(m_program.origin.ShortText(m_program.buffer)));
+    add(bus                         ? name
+        : m_program.state.simulated ? QStringLiteral("Simulated Television")
+                                    : toQt(BusName(m_program.state)));
+    m_strip.show(m_program.HintNow(), toQt(m_program.LikenessNow()));
+    m_statusArea.setTips(name, toQt(m_program.origin.Text(m_program.buffer)));
     showProgress();
 }
 

@@ -11,6 +11,7 @@
 #include "ui/looks/Measures.h"
 #include "ui/window/EditorDisplay.h"
 #include "ui/window/HelpKey.h"
+#include "ui/window/HintStrip.h"
 #include "ui/window/MainMenu.h"
 #include "ui/window/Navigation.h"
 #include "ui/window/SettingsDisplay.h"
@@ -25,11 +26,10 @@ struct Connections {
     Platform& platform;
     bool simulated;
     std::string backupFolder;
-    std::optional<std::string> i2cBus = std::nullopt;  ///< of the command line
+    std::optional<ChosenBus> bus = std::nullopt;  ///< of the command line
 };
 
-class FormMain final : public QMainWindow, private Screen {
-    Q_OBJECT
+class FormMain final : public QMainWindow, private Screen, private WindowSetUp {
   public:
     explicit FormMain(const Connections& connections);
 
@@ -65,12 +65,15 @@ class FormMain final : public QMainWindow, private Screen {
 
     /// A button's command: an entry that is open in the grid is committed first.
     void runButton(const std::function<void()>& command);
-    void runMenu(MenuCommand command);
+    void runMenu(MenuCommand command, int row);
     void turnToPage(Page page);
     void toggleEditor();
     void compare();
     void showCompare();
-    void restoreBackup();
+    void restoreBackup(const std::string& folder);
+    void makeSheet();
+    void showSets();
+    void showHistory(const TvSet& set);
 
     /// A command that a dialog of this window starts.
     void runInside(const std::function<void()>& command);
@@ -80,6 +83,15 @@ class FormMain final : public QMainWindow, private Screen {
     void startDriverLoader();
     void showAbout();
 
+    void SetUpFileDialog() override { m_user.setUpFileDialog(); }
+    void SyncMenuChecks() override { Changed(Shown::Menus); }
+    void SetLayout() override { showLayout(); }
+    void ColourControls() override;
+    void ApplyPortOptions() override { m_program.i2c.ApplyPortOptions(); }
+    void ReleaseBus() override;
+    void SetupGrid() override;
+    void EnableSettingsButtons() override { m_settings.enableButtons(); }
+
     void Changed(Shown what) override;
     void showPanel(Panel panel);
     void showProgress();
@@ -88,7 +100,6 @@ class FormMain final : public QMainWindow, private Screen {
 
     const Wire m_wire;
     Platform& m_platform;
-    const bool m_simulated;
     QString m_caption;
     Desktop m_desktop;
     QtTimer m_msgTimer;
@@ -105,6 +116,7 @@ class FormMain final : public QMainWindow, private Screen {
     QWidget& m_body;
     QTabWidget& m_tabs;
     StatusArea& m_statusArea;
+    HintStrip& m_strip;
 };
 
 }  // namespace tarnwell

@@ -1,33 +1,31 @@
 // The main window's commands: what starts them, and what they wait for.
 #include <QTabBar>
 
-#include "core/DriverLoader.h"
-#include "i2c/InterfaceTest.h"
-#include "i2c/PortOptions.h"
+#include "archive/ImageRecords.h"
+#include "command/WriteTexts.h"
+#include "core/run/DriverLoader.h"
+#include "i2c/parallel/InterfaceTest.h"
+#include "i2c/parallel/PortOptions.h"
+#include "ui/desktop/ArchiveDialog.h"
 #include "ui/dialogs/FormAbout.h"
 #include "ui/dialogs/FormBackups.h"
 #include "ui/dialogs/FormCnP.h"
 #include "ui/dialogs/FormCompare.h"
+#include "ui/dialogs/FormHistory.h"
 #include "ui/dialogs/FormI2CBus.h"
 #include "ui/dialogs/FormPortOpts.h"
+#include "ui/dialogs/FormSets.h"
 #include "ui/dialogs/FormTestInt.h"
+#include "ui/looks/Text.h"
 #include "ui/window/FormMain.h"
+#include "ui/window/SheetFile.h"
 
 namespace tarnwell {
 
 namespace {
 
-/// formCnP, above the main window.
-class DriverPathDialog final : public DriverPathWindow {
-  public:
-    explicit DriverPathDialog(QWidget* parent) : m_parent(parent) {}
-    void ShowFormCnP(const std::string& driverPath) override {
-        FormCnP(driverPath, m_parent).exec();
-    }
-
-  private:
-    QWidget* m_parent;
-};
+constexpr Message kSheetNotSaved{"The settings sheet could not be saved.", "E R R O R",
+                                 BoxStyle::Exclamation};
 
 }  // namespace
 
@@ -54,6 +52,8 @@ void FormMain::runInside(const std::function<void()>& command) {
         const CommandScope scope(m_program.statusBar);
         command();
         m_user.endCommand();
+        m_settings.showStandings();
+        m_editor.page().grid().viewport()->update();
         showBus();
     });
 }
@@ -82,7 +82,7 @@ void FormMain::toggleEditor() {
     m_editor.showSwitch();
 }
 
-void FormMain::runMenu(MenuCommand command) {
+void FormMain::runMenu(MenuCommand command, int row) {
     if (m_user.isBusy())
         return;
     switch (command) {
@@ -96,8 +96,21 @@ void FormMain::runMenu(MenuCommand command) {
             return run([this] { m_program.imageArchive.SaveImage(); });
         case MenuCommand::SaveSettings:
             return run([this] { m_program.settingsArchive.SaveSettings(); });
+        case MenuCommand::Sheet:
+            return makeSheet();
+        case MenuCommand::RecentImage:
+            return run([&] {
+                m_program.imageArchive.LoadRecentImage(m_program.state.recentImages.At(row));
+            });
+        case MenuCommand::RecentSettings:
+            return run([&] {
+                m_program.settingsArchive.LoadRecentSettings(
+                    m_program.state.recentSettings.At(row));
+            });
         case MenuCommand::RestoreBackup:
-            return restoreBackup();
+            return restoreBackup(m_program.backups.Folder());
+        case MenuCommand::Sets:
+            return showSets();
         case MenuCommand::Exit:
             close();
             return;
@@ -191,11 +204,72 @@ void FormMain::showCompare() {
         run([&] { m_program.GoTo(*place); });
 }
 
-void FormMain::restoreBackup() {
-    FormBackups backups(m_program, FormBackups::Purpose::Restore, this);
+void FormMain::makeSheet() {
+    if (m_program.state.targetDevice == TargetDevice::Secondary)
+        return run([this] { m_user.ShowBox(kNoSettingsOnSecondary); });
+    if (!HoldsImage(m_program.state, m_program.buffer))
+        return run([this] { m_user.ShowBox(kMustReadFirst); });
+    FileDialog dialog(this, QStringLiteral("Save Settings Sheet As..."),
+                      pathToQt(m_program.state.archiveFolder),
+                      QStringLiteral("Portable Document (*.pdf);;Web Page (*.html)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("pdf"));
+    connect(&dialog, &QFileDialog::filterSelected, this, [&](const QString& filter) {
+        dialog.setDefaultSuffix(filter.contains("html") ? QStringLiteral("html")
+                                                        : QStringLiteral("pdf"));
+    });
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    SheetFacts facts{.set = m_program.origin.Name(),
+                     .date = m_desktop.ZonedTime().substr(0, 10),
+                     .image = m_program.buffer};
+    if (const auto& set = m_program.record.Chosen()) {
+        facts.set = set->name;
+        facts.model = set->model;
+        for (const KeptImage& kept : m_program.backups.All())
+            if (kept.device == TargetDevice::Primary)
+                facts.first = LoadOwnImage(kept.path);
+    }
+    const std::string path = pathFromQt(dialog.selectedFiles().constFirst());
+    run([&] {
+        if (saveSheet(path, facts))
+            m_program.statusBar.ShowStatus("Settings Sheet Saved", kResultSeconds);
+        else
+            m_user.ShowBox(kSheetNotSaved);
+    });
+}
+
+void FormMain::showSets() {
+    FormSets sets(
+        m_program, [this](const std::function<void()>& command) { runInside(command); }, this);
+    switch (static_cast<FormSets::Choice>(sets.exec())) {
+        case FormSets::Choice::Use:
+            return run([&] { m_program.setCommands.Use(*sets.selected()); });
+        case FormSets::Choice::UseNone:
+            return run([this] { m_program.setCommands.Use(std::nullopt); });
+        case FormSets::Choice::History:
+            return showHistory(*sets.selected());
+        case FormSets::Choice::Backups:
+            return restoreBackup(sets.selected()->folder);
+        case FormSets::Choice::ShowFolder:
+            return run([&] { m_program.helpCommands.ShowFolder(sets.selected()->folder); });
+    }
+}
+
+void FormMain::showHistory(const TvSet& set) {
+    FormHistory history(
+        m_program, m_user, set,
+        [this](const std::function<void()>& command) { runInside(command); }, this);
+    history.exec();
+}
+
+void FormMain::restoreBackup(const std::string& folder) {
+    FormBackups backups(m_program, folder, FormBackups::Purpose::Restore, this);
     switch (static_cast<FormBackups::Choice>(backups.exec())) {
         case FormBackups::Choice::Load:
             return runButton([&] { m_program.imageArchive.LoadKeptImage(backups.selected()); });
+        case FormBackups::Choice::Restore:
+            return runButton([&] { m_program.writeDifferences.Restore(backups.selected()); });
         case FormBackups::Choice::Compare:
             runButton([&] {
                 m_program.compare.Begin();
@@ -203,13 +277,14 @@ void FormMain::restoreBackup() {
             });
             return showCompare();
         case FormBackups::Choice::ShowFolder:
-            return run([this] { m_program.helpCommands.ShowFolder(m_program.backups.Folder()); });
+            return run([&] { m_program.helpCommands.ShowFolder(folder); });
     }
 }
 
 void FormMain::showPortOptions() {
     PortOptions options(m_program.state, m_program.statusBar, m_user, m_program.i2c);
     FormPortOpts(options, this).exec();
+    showBus();  // they may have found no port
 }
 
 void FormMain::chooseI2cBus() {
@@ -232,9 +307,9 @@ void FormMain::showInterfaceTest() {
 }
 
 void FormMain::startDriverLoader() {
-    DriverPathDialog pathWindow(this);
     guard([&] {
-        DriverLoader(m_platform, m_desktop, m_program.statusBar, m_user, pathWindow).Run();
+        DriverLoader loader(m_platform, m_desktop, m_program.statusBar, m_user);
+        FormCnP(loader.Run(), this).exec();
     });
 }
 

@@ -17,15 +17,26 @@ struct Row {
 };
 
 constexpr std::array kRows{
-    Row{"formEdit", Topic::ValueEditor},     Row{"formCompare", Topic::Compare},
-    Row{"formBackups", Topic::Backups},      Row{"formPortOpts", Topic::AdvancedSetup},
-    Row{"formI2CBus", Topic::I2cBuses},      Row{"formTestInt", Topic::InterfaceTest},
-    Row{"formWarning", Topic::DataEditor},   Row{"formGoTo", Topic::Finding},
-    Row{"formFind", Topic::Finding},         Row{"formAbout", Topic::About},
-    Row{"formCnP", Topic::PortAccess},       Row{"QMessageBox", Topic::Messages},
-    Row{"QInputDialog", Topic::WholeDevice}, Row{"QFileDialog", Topic::Archives},
-    Row{"QMenuBar", Topic::Menus},           Row{"mnuCell", Topic::ValueEditor},
-    Row{"Frame1", Topic::PendingWrites},     Row{"cmdWriteData", Topic::PendingWrites},
+    Row{"formEdit", Topic::ValueEditor},
+    Row{"formCompare", Topic::Compare},
+    Row{"formBackups", Topic::Backups},
+    Row{"formPortOpts", Topic::AdvancedSetup},
+    Row{"formI2CBus", Topic::I2cBuses},
+    Row{"formTestInt", Topic::InterfaceTest},
+    Row{"formSets", Topic::Sets},
+    Row{"formHistory", Topic::Sets},
+    Row{"formWarning", Topic::DataEditor},
+    Row{"formGoTo", Topic::Finding},
+    Row{"formFind", Topic::Finding},
+    Row{"formAbout", Topic::About},
+    Row{"formCnP", Topic::PortAccess},
+    Row{"QMessageBox", Topic::Messages},
+    Row{"QInputDialog", Topic::WholeDevice},
+    Row{"QFileDialog", Topic::Archives},
+    Row{"QMenuBar", Topic::Menus},
+    Row{"mnuCell", Topic::ValueEditor},
+    Row{"Frame1", Topic::PendingWrites},
+    Row{"cmdWriteData", Topic::PendingWrites},
 };
 
 }  // namespace

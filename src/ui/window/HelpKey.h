@@ -15,7 +15,6 @@ Topic helpTopicOf(const QWidget& widget, Page page);
 
 /// Sees the key wherever the focus is; a modal dialog keeps it from the main window's shortcuts.
 class HelpKey final : public QObject {
-    Q_OBJECT
   public:
     HelpKey(const ProgramState& state, std::function<void(Topic)> showTopic);
 

@@ -1,16 +1,20 @@
 #include "ui/window/MainMenu.h"
 
+#include <QFileInfo>
 #include <QMenu>
 #include <array>
 #include <optional>
 #include <string>
 
-#include "i2c/PinMapping.h"
+#include "i2c/parallel/PinMapping.h"
 #include "ui/looks/Text.h"
 
 namespace tarnwell {
 
 namespace {
+
+/// How much of a file's name is shown.
+constexpr int kNameLetters = 50;
 
 struct Entry {
     int depth;
@@ -28,8 +32,14 @@ constexpr std::array kEntries{
     Entry{1, "mnuFileSave", "&Save"},
     Entry{2, "mnuFileSaveImage", "EEP &Image", MenuCommand::SaveImage},
     Entry{2, "mnuFileSaveValues", "&Settings", MenuCommand::SaveSettings},
+    Entry{1, "mnuFileSheet", "Settings S&heet...", MenuCommand::Sheet},
+    Entry{1, "sep11", "-"},
+    Entry{1, "mnuFileImages", "Recent &Images", MenuCommand::RecentImage},
+    Entry{1, "mnuFileSettings", "Recent S&ettings", MenuCommand::RecentSettings},
     Entry{1, "sep10", "-"},
     Entry{1, "mnuFileBackups", "Restore &Backup...", MenuCommand::RestoreBackup},
+    Entry{1, "sep12", "-"},
+    Entry{1, "mnuSet", "&Television Set...", MenuCommand::Sets},
     Entry{1, "sep1", "-"},
     Entry{1, "mnuFileExit", "E&xit", MenuCommand::Exit},
     Entry{0, "mnuEdit", "&Edit"},
@@ -67,7 +77,7 @@ constexpr std::array kEntries{
     Entry{1, "sep5", "-"},
     Entry{1, "mnuOptionsPortSer", "DLPortIO Service", MenuCommand::DriverLoader},
     Entry{1, "sep8", "-"},
-    Entry{1, "mnuReadTwice", "Read T&wice", MenuCommand::ReadTwice},
+    Entry{1, "mnuReadTwice", "Read Twic&e", MenuCommand::ReadTwice},
     Entry{0, "mnuHelp", "&Help"},
     Entry{1, "mnuHelpHelp", "Help &Topics", MenuCommand::HelpTopics},
     Entry{1, "sep6", "-"},
@@ -125,6 +135,7 @@ MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state, const History& hist
             menus[depth] = depth == 0 ? bar.addMenu(toQt(entry.caption))
                                       : menus[depth - 1]->addMenu(toQt(entry.caption));
             menus[depth]->setObjectName(QLatin1String(entry.name));
+            menus[depth]->setToolTipsVisible(true);
             item = menus[depth]->menuAction();
         } else {
             item = menus[depth - 1]->addAction(toQt(entry.caption));
@@ -138,6 +149,8 @@ MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state, const History& hist
         item->setMenuRole(QAction::NoRole);
         m_actions.insert(item->objectName(), item);
     }
+    addRecent("mnuFileImages", MenuCommand::RecentImage);
+    addRecent("mnuFileSettings", MenuCommand::RecentSettings);
     for (const char* name : {"mnuFile", "mnuEEP"})
         connect(action(name).menu(), &QMenu::aboutToShow, this, &MainMenu::bufferMenuOpening);
     for (const char* name : {"mnuEdit", "mnuOptions", "mnuHelp"})
@@ -146,9 +159,39 @@ MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state, const History& hist
          {"mnuEEPsel_0", "mnuEEPsel_1", "mnuSelMode_0", "mnuSelMode_1", "mnuPortSel_0",
           "mnuPortSel_1", "mnuPortSel_2", "mnuPortI2C", "mnuReadTwice"})
         action(name).setCheckable(true);
-    for (const char* name : {"mnuEdit", "mnuOptions", "mnuPort"})
-        action(name).menu()->setToolTipsVisible(true);
     sync();
+}
+
+/// An item's menu of what the list of files has room for.
+void MainMenu::addRecent(const char* name, MenuCommand command) {
+    auto* menu = new QMenu(&static_cast<QMenuBar&>(*parent()));
+    menu->setObjectName(QLatin1String(name));
+    menu->setToolTipsVisible(true);
+    action(name).setMenu(menu);
+    for (int row = 0; row < static_cast<int>(RecentFiles::kMost); ++row) {
+        QAction* item = menu->addAction(QString());
+        item->setObjectName(elementName(name, row));
+        connect(item, &QAction::triggered, this,
+                [this, command, row] { Q_EMIT chosen(command, row); });
+    }
+}
+
+void MainMenu::syncRecent(const char* name, const RecentFiles& files) {
+    QMenu& menu = *action(name).menu();
+    const QList<QAction*> items = menu.actions();
+    for (qsizetype row = 0; row < items.size(); ++row) {
+        const auto index = static_cast<std::size_t>(row);
+        items[row]->setVisible(index < files.Paths().size());
+        if (!items[row]->isVisible())
+            continue;
+        const QFileInfo file(pathToQt(files.Paths()[index]));
+        const QString shown = menu.fontMetrics().elidedText(
+            file.fileName(), Qt::ElideMiddle, kNameLetters * menu.fontMetrics().averageCharWidth());
+        items[row]->setText(
+            QStringLiteral("&%1 %2").arg(row + 1).arg(QString(shown).replace("&", "&&")));
+        items[row]->setToolTip(file.path());
+    }
+    allow(action(name), !files.Paths().empty(), "Nothing was loaded or saved yet");
 }
 
 void MainMenu::check(const char* array, int index, bool checked) {
@@ -156,18 +199,15 @@ void MainMenu::check(const char* array, int index, bool checked) {
 }
 
 void MainMenu::syncPort() {
-    const bool parallel = m_state.I2cBusInUse().empty();
+    const bool parallel = !m_state.BusInUse().kernel;
     for (int index = 0; index < static_cast<int>(kPortChoices.size()); ++index)
         check("mnuPortSel", index,
               parallel &&
-                  kPortChoices[static_cast<std::size_t>(index)].addressText == m_state.portAddress);
+                  kPortChoices[static_cast<std::size_t>(index)].address == m_state.portAddress);
     action("mnuPortI2C").setChecked(!parallel);
-    for (const char* name : {"mnuPortOpts", "mnuPortTest"}) {
-        action(name).setEnabled(parallel);
-        action(name).setToolTip(parallel ? QString()
-                                         : QStringLiteral("For a parallel port only: choose one "
-                                                          "under Parallel Port first"));
-    }
+    for (const char* name : {"mnuPortOpts", "mnuPortTest"})
+        allow(action(name), parallel,
+              "For a parallel port only: choose one under Parallel Port first");
 }
 
 void MainMenu::sync() {
@@ -178,11 +218,16 @@ void MainMenu::sync() {
     syncPort();
     showStep(action("mnuEditUndo"), QStringLiteral("Undo"), m_history.NextName(Direction::Undo));
     showStep(action("mnuEditRedo"), QStringLiteral("Redo"), m_history.NextName(Direction::Redo));
+    syncRecent("mnuFileImages", m_state.recentImages);
+    syncRecent("mnuFileSettings", m_state.recentSettings);
     action("mnuReadTwice").setChecked(m_state.readPasses > 1);
-    action("mnuNum").setEnabled(m_state.editor == EditorSwitch::Off);
+    allow(action("mnuNum"), m_state.editor == EditorSwitch::Off,
+          "Switch the Data Editor off first");
     action("mnuEEPFill").setVisible(m_state.fillItemVisible);
     action("sep5").setVisible(m_state.driverLoaderItemVisible);
     action("mnuOptionsPortSer").setVisible(m_state.driverLoaderItemVisible);
 }
 
 }  // namespace tarnwell
+
+#include "moc_MainMenu.cpp"

@@ -3,6 +3,7 @@
 
 #include <QAction>
 #include <QHash>
+#include <QMenu>
 #include <QMenuBar>
 
 #include "history/History.h"
@@ -16,7 +17,11 @@ enum class MenuCommand {
     LoadSettings,
     SaveImage,
     SaveSettings,
+    Sheet,
+    RecentImage,
+    RecentSettings,
     RestoreBackup,
+    Sets,
     Exit,
     Undo,
     Redo,
@@ -54,18 +59,24 @@ class MainMenu final : public QObject {
     /// Sets check marks, visible and enabled items from the program state, and names the steps.
     void sync();
 
+    /// The Parallel Port menu.
+    QMenu& portMenu() const { return *action("mnuPort").menu(); }
+
   Q_SIGNALS:
     /// A menu whose commands work on the buffer is about to show its items.
     void bufferMenuOpening();
 
     /// Any other menu is.
     void otherMenuOpening();
-    void chosen(MenuCommand command);
+    /// `row` is that of a recent file, for their commands.
+    void chosen(MenuCommand command, int row = 0);
 
   private:
     QAction& action(const char* name) const { return *m_actions[QLatin1String(name)]; }
     void check(const char* array, int index, bool checked);
     void syncPort();
+    void addRecent(const char* name, MenuCommand command);
+    void syncRecent(const char* name, const RecentFiles& files);
 
     const ProgramState& m_state;
     const History& m_history;

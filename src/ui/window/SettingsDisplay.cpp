@@ -11,14 +11,14 @@ void SettingsDisplay::build(Program& program, QTabWidget& tabs) {
     m_tabs = &tabs;
     m_pages = new SettingsPages(tabs);
     QWidget* const body = tabs.parentWidget();
-    m_buttons = {new CommandButton("cmdReadSettings", "Read Settings from EEP",
-                                   " Read settings values from the EEP ",
+    m_buttons = {new CommandButton({"cmdReadSettings", "Read Settings from EEP",
+                                    " Read settings values from the EEP ", "R"},
                                    scaledRect(75, 3120, 2240, 300), body),
-                 new CommandButton("cmdCopySettingsToBuffer", "Merge Settings with Buffer",
-                                   " Merge the settings values with the Tarnwell buffer ",
+                 new CommandButton({"cmdCopySettingsToBuffer", "Merge Settings with Buffer",
+                                    " Merge the settings values with the Tarnwell buffer ", "M"},
                                    scaledRect(2520, 3120, 2175, 300), body),
-                 new CommandButton("cmdSaveSettings", "Write Settings to EEP",
-                                   " Write settings values to the EEP ",
+                 new CommandButton({"cmdSaveSettings", "Write Settings to EEP",
+                                    " Write settings values to the EEP ", "W"},
                                    scaledRect(4920, 3120, 2240, 300), body)};
     for (CommandButton* button : {m_buttons.read, m_buttons.merge, m_buttons.write})
         button->setEnabled(false);
@@ -32,8 +32,15 @@ void SettingsDisplay::enableButtons() {
 }
 
 void SettingsDisplay::SettingCellChanged(int cell) {
-    m_pages->refresh(m_program->cells, cell, m_program->state.numberMode);
+    m_pages->refresh(*m_program, cell);
     showWaiting(*m_tabs, *m_program, Cell(cell).setting->page);
+}
+
+void SettingsDisplay::showStandings() {
+    for (int cell = 0; cell < kCellCount; ++cell)
+        m_pages->refresh(*m_program, cell);
+    for (const PageInfo& info : kPages)
+        showWaiting(*m_tabs, *m_program, info.page);
 }
 
 void SettingsDisplay::ShowCell(int cell) {
@@ -42,7 +49,8 @@ void SettingsDisplay::ShowCell(int cell) {
 }
 
 void SettingsDisplay::ShowFormEdit() {
-    FormEdit(m_program->valueEditor, m_program->state, &m_window).exec();
+    ValueEditor& editor = m_program->valueEditor;
+    FormEdit(editor, m_program->state, m_pages->widget(editor.EditedCell()), &m_window).exec();
 }
 
 }  // namespace tarnwell

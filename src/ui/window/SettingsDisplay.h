@@ -26,6 +26,9 @@ class SettingsDisplay final : public SettingsView {
     const Buttons& buttons() const { return m_buttons; }
     void enableButtons();
 
+    /// A command may have read or written the device.
+    void showStandings();
+
     void SettingCellChanged(int cell) override;
     void ShowCell(int cell) override;
     void ShowFormEdit() override;

@@ -29,11 +29,11 @@ constexpr RowLayout kIrisRow{90, 420, 500, 390, 890, 1860, 2820, 600};
 
 constexpr int kCellPitch = 850;
 constexpr int kIrisColumnPitch = 3510;
-constexpr int kHeadingTop = 45;
-constexpr int kHeadingHeight = 240;
+constexpr int kSettingHeadingTop = 45;
+constexpr int kSettingHeadingHeight = 240;
 constexpr int kFirstRowTop = 300;
-constexpr int kRowPitch = 400;
-constexpr int kRowHeight = 330;
+constexpr int kSettingRowPitch = 400;
+constexpr int kSettingRowHeight = 330;
 
 constexpr std::array<const char*, kColumnCount> kHeadingNames{"lbl480i", "lbl480p", "lbl1090i",
                                                               "lblVGA"};
@@ -71,9 +71,10 @@ struct Place {
 Place placeOf(Page page, int row) {
     if (page == Page::Iris) {
         const int column = row / kIrisRows;
-        return {kIrisRow, column * kIrisColumnPitch, kFirstRowTop + row % kIrisRows * kRowPitch};
+        return {kIrisRow, column * kIrisColumnPitch,
+                kFirstRowTop + row % kIrisRows * kSettingRowPitch};
     }
-    return {kFormatRow, 0, kFirstRowTop + row * kRowPitch};
+    return {kFormatRow, 0, kFirstRowTop + row * kSettingRowPitch};
 }
 
 /// A description that the next row shares is centred on both.
@@ -94,11 +95,11 @@ void SettingsPages::addPage(QTabWidget& tabs, Page page) {
     auto* widget = new QWidget;
     for (int column = 0; column < kColumnCount && hasHeadings(page); ++column) {
         const auto index = static_cast<std::size_t>(column);
-        auto* heading = addLabel(*widget, elementName(kHeadingNames[index], headingIndex(page)),
-                                 kFormats[index],
-                                 scaledRect(kFormatRow.cellLeft + column * kCellPitch, kHeadingTop,
-                                            kFormatRow.cellWidth, kHeadingHeight),
-                                 Qt::AlignCenter);
+        auto* heading = addLabel(
+            *widget, elementName(kHeadingNames[index], headingIndex(page)), kFormats[index],
+            scaledRect(kFormatRow.cellLeft + column * kCellPitch, kSettingHeadingTop,
+                       kFormatRow.cellWidth, kSettingHeadingHeight),
+            Qt::AlignCenter);
         heading->setFont(scaledFont(8.25, Weight::Bold));
     }
     int row = 0;
@@ -112,15 +113,17 @@ void SettingsPages::addPage(QTabWidget& tabs, Page page) {
 void SettingsPages::addRow(QWidget& widget, const Setting& setting, int row) {
     const auto [layout, left, top] = placeOf(setting.page, row);
     constexpr auto kAlignment = Qt::AlignLeft | Qt::AlignVCenter;
-    auto* code =
-        addLabel(widget, elementName("lblControlName", setting.codeLabel), setting.code,
-                 scaledRect(left + layout.codeLeft, top, layout.codeWidth, kRowHeight), kAlignment);
+    auto* code = addLabel(
+        widget, elementName("lblControlName", setting.codeLabel), setting.code,
+        scaledRect(left + layout.codeLeft, top, layout.codeWidth, kSettingRowHeight), kAlignment);
     code->setFont(scaledFont(8.25, Weight::Bold));
     code->setToolTip(toQt(setting.codeTooltip));
     addLabel(widget, elementName("lblSettingNumber", setting.codeLabel), setting.number,
-             scaledRect(left + layout.numberLeft, top, layout.numberWidth, kRowHeight), kAlignment);
+             scaledRect(left + layout.numberLeft, top, layout.numberWidth, kSettingRowHeight),
+             kAlignment);
     if (setting.descriptionLabel >= 0) {
-        const int height = coversTwoRows(setting) ? kRowPitch + kRowHeight : kRowHeight;
+        const int height =
+            coversTwoRows(setting) ? kSettingRowPitch + kSettingRowHeight : kSettingRowHeight;
         addLabel(widget, elementName("lblControlDesc", setting.descriptionLabel),
                  setting.description,
                  scaledRect(left + layout.descriptionLeft, top, layout.descriptionWidth, height),
@@ -133,7 +136,7 @@ void SettingsPages::addCells(QWidget& widget, const Setting& setting, int row) {
     const auto [layout, left, top] = placeOf(setting.page, row);
     int cellLeft = left + layout.cellLeft;
     for (const CellPlace& place : setting.cells) {
-        const QRect room = scaledRect(cellLeft, top, layout.cellWidth, kRowHeight);
+        const QRect room = scaledRect(cellLeft, top, layout.cellWidth, kSettingRowHeight);
         cellLeft += kCellPitch;
         if (!place.Exists())
             continue;
@@ -154,15 +157,24 @@ void SettingsPages::addCells(QWidget& widget, const Setting& setting, int row) {
         return;
     auto* label = addLabel(widget, elementName("lblControlDesc", kDeflJungLabel), kDeflJungCaption,
                            scaledRect(left + layout.cellLeft + layout.cellWidth, top,
-                                      2 * kCellPitch - layout.cellWidth, kRowHeight),
+                                      2 * kCellPitch - layout.cellWidth, kSettingRowHeight),
                            Qt::AlignCenter);
     label->setFont(scaledFont(7.5, Weight::Normal));
 }
 
-void SettingsPages::refresh(const SettingCells& cells, int cell, NumberMode mode) {
+void SettingsPages::refresh(const Program& program, int cell) {
     SettingCell& widget = *m_cells[static_cast<std::size_t>(cell)];
-    widget.show(toQt(cells.Caption(cell)), cells.Colour(cell));
-    widget.showPlace(toQt(CellPlaceText(cell, mode)));
+    const SettingCells& cells = program.cells;
+    const NumberMode mode = program.state.numberMode;
+    const QString misfit = cells.IsOutOfRange(cell) ? toQt(OutOfRangeText(cell, mode)) : QString();
+    const Standing standing = program.StandingOfCell(cell);
+    const QString text = toQt(standing.Text(mode));
+    widget.show({toQt(cells.Caption(cell)), cells.Colour(cell), misfit, standing.kind, text});
+    QStringList lines{misfit, toQt(CellPlaceText(cell, mode))};
+    if (standing.kind != Standing::Kind::Held)
+        lines += capitalized(text);
+    lines.removeAll(QString());
+    widget.showPlace(lines.join(QLatin1Char('\n')));
 }
 
 void SettingsPages::click(int cell) {
@@ -196,3 +208,5 @@ void SettingsPages::moveFocus(const SettingCell* from, int key) {
 }
 
 }  // namespace tarnwell
+
+#include "moc_SettingsPages.cpp"

@@ -4,7 +4,7 @@
 #include <QTabWidget>
 #include <array>
 
-#include "settings/ValueEditor.h"
+#include "program/Program.h"
 #include "ui/widgets/SettingCell.h"
 
 namespace tarnwell {
@@ -15,10 +15,11 @@ class SettingsPages final : public QObject {
     /// Adds the pages to `tabs`, in the order of the catalog's pages.
     explicit SettingsPages(QTabWidget& tabs);
 
-    /// Shows what `cells` holds for one cell.
-    void refresh(const SettingCells& cells, int cell, NumberMode mode);
+    /// Shows what the program holds for one cell.
+    void refresh(const Program& program, int cell);
 
     void click(int cell);
+    const QWidget& widget(int cell) const { return *m_cells[static_cast<std::size_t>(cell)]; }
 
     /// Gives a cell, on the page that is shown, the focus.
     void focus(int cell);

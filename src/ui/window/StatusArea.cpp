@@ -58,7 +58,15 @@ void ProgressPanel::paintEvent(QPaintEvent* event) {
 }
 
 StatusArea::StatusArea(const StatusBar& statusBar, QWidget* parent)
-    : QWidget(parent), m_statusBar(statusBar), m_strip(this) {
+    : QWidget(parent),
+      m_statusBar(statusBar),
+      m_strip(this),
+      m_stop(QStringLiteral("Stop"), &m_strip) {
+    m_stop.setObjectName(QStringLiteral("cmdStop"));
+    m_stop.setAccessibleName(m_stop.text());
+    m_stop.setToolTip(QStringLiteral("Ends after the byte or page under way\nEscape twice"));
+    m_stop.setFocusPolicy(Qt::NoFocus);  // no key but Escape does anything meanwhile
+    m_stop.hide();
     for (std::size_t index = 0; index < kPanels; ++index) {
         const int number = static_cast<int>(index);
         auto* caption = new FittedLabel(&m_strip);
@@ -103,6 +111,10 @@ void StatusArea::setLayoutMode(SizeMode mode) {
                                                 right - arrangement.panelLefts[index] - 15,
                                                 kPanelHeight));
     }
+    QRect place = m_panels[static_cast<std::size_t>(Panel::Eep)]->geometry();
+    place.moveTop(0);
+    place.setHeight(scaled(kStripHeight));
+    m_stop.setGeometry(place & m_strip.rect());
 }
 
 void StatusArea::refresh(Panel panel) {
@@ -111,6 +123,8 @@ void StatusArea::refresh(Panel panel) {
         return;
     const std::optional<Progress>& progress = m_statusBar.RunningProgress();
     m_progress->setPercent(progress ? std::optional(progress->percent) : std::nullopt);
+    m_stop.setVisible(progress.has_value());
+    m_captions[static_cast<std::size_t>(panel)]->setVisible(!progress);
 }
 
 void StatusArea::name(Panel panel) {
@@ -119,9 +133,12 @@ void StatusArea::name(Panel panel) {
                                        m_panels[index]->text());
 }
 
-void StatusArea::setBus(const QString& name) {
+void StatusArea::setTips(const QString& bus, const QString& origin) {
     for (FittedLabel* panel : m_panels)
-        panel->setToolTip(name.isEmpty() ? QString() : QStringLiteral(" I2C bus %1 ").arg(name));
+        panel->setToolTip(bus.isEmpty() ? QString() : QStringLiteral(" I2C bus %1 ").arg(bus));
+    FittedLabel* const crc = m_panels[static_cast<std::size_t>(Panel::Crc)];
+    crc->setToolTip(origin);
+    crc->setAccessibleDescription(origin);
 }
 
 bool StatusArea::eventFilter(QObject* watched, QEvent* event) {
@@ -133,3 +150,5 @@ bool StatusArea::eventFilter(QObject* watched, QEvent* event) {
 }
 
 }  // namespace tarnwell
+
+#include "moc_StatusArea.cpp"

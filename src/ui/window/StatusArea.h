@@ -1,17 +1,16 @@
 // The bottom of the main window: the captions on their strip and the four status panels.
 #pragma once
 
-#include <QWidget>
+#include <QPushButton>
 #include <array>
 
-#include "core/StatusBar.h"
+#include "core/user/StatusBar.h"
 #include "ui/looks/Fitted.h"
 
 namespace tarnwell {
 
 /// A panel behind whose text a bar fills.
 class ProgressPanel final : public FittedLabel {
-    Q_OBJECT
   public:
     using FittedLabel::FittedLabel;
 
@@ -35,13 +34,18 @@ class StatusArea final : public QWidget {
 
     void colourStrip();
     void setLayoutMode(SizeMode mode);
+
+    /// There while a percentage stands below it.
+    QPushButton& stop() { return m_stop; }
+
     void refresh(Panel panel);
 
     /// Tells a screen reader what the panel shows.
     void name(Panel panel);
 
-    /// Shows the I2C bus that is worked on in the panels' tooltips; none without a name.
-    void setBus(const QString& name);
+    /// Shows the I2C bus that is worked on in the panels' tooltips, none without a name, and in
+    /// that of the checksum where the memory buffer comes from.
+    void setTips(const QString& bus, const QString& origin);
 
   Q_SIGNALS:
     void captionDoubleClicked();
@@ -56,6 +60,7 @@ class StatusArea final : public QWidget {
     std::array<FittedLabel*, kPanels> m_captions{};
     std::array<FittedLabel*, kPanels> m_panels{};
     ProgressPanel* m_progress = nullptr;
+    QPushButton m_stop;
 };
 
 }  // namespace tarnwell

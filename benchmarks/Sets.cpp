@@ -1,0 +1,64 @@
+// Rows: the records of sets.
+#include <ctime>
+
+#include "Rows.h"
+#include "sets/HistoryFile.h"
+#include "sets/Recognition.h"
+#include "support/TemporaryFolder.h"
+
+namespace tarnwell::bench {
+
+namespace {
+
+constexpr int kTimes = 10;
+constexpr int kSets = 200;
+constexpr int kEvents = 10'000;
+
+/// Of the processor.
+template <typename Work>
+double ProcessorSecondsOf(Work work) {
+    const std::clock_t begin = std::clock();
+    work();
+    return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+}
+
+}  // namespace
+
+void AddSets(Table& table) {
+    const TemporaryFolder folder;
+    const SetStore store(folder.Path("sets"));
+    MemoryBuffer image{};
+    for (int number = 0; number < kSets; ++number) {
+        std::fill_n(image.begin() + number * 40, 40, 1);
+        const auto set = store.Create("Set " + std::to_string(number));
+        if (!set || !PutReadyImage(*set, TargetDevice::Primary, image))
+            std::fprintf(stderr, "no set could be made\n");
+    }
+    double recognise = 1;
+    for (int time = 0; time < kTimes; ++time)
+        recognise = std::min(recognise, ProcessorSecondsOf([&] {
+                                 Recognise(store.All().sets, TargetDevice::Primary, image);
+                             }));
+    table.Add("recognising a set among 200, processor", recognise, 20e-3, "20 ms");
+
+    HistoryEvent event{.time = "2026-11-24T19:52:30+01:00",
+                       .kind = EventKind::Write,
+                       .command = "Write Settings to EEP",
+                       .port = "LPT1",
+                       .version = "2.4.1",
+                       .written = 3};
+    for (const int address : {2085, 2363, 2364})
+        event.bytes.push_back({address, 6, 9, 9});
+    const std::string path = folder.Path("history.jsonl");
+    const double append =
+        BestOf(kTimes, [&] { static_cast<void>(AppendLine(path, JsonOf(event))); });
+    std::string lines;
+    for (int number = 0; number < kEvents; ++number)
+        lines += JsonOf(event) + "\n";
+    folder.Write("history.jsonl", lines);
+    table.Add("history of 10,000 events: open", BestOf(kTimes, [&] { ReadHistory(path); }), 200e-3,
+              "200 ms");
+    table.Add("event of a write, safe on the disk", append, 5e-3, "5 ms");
+}
+
+}  // namespace tarnwell::bench

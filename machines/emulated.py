@@ -1,0 +1,151 @@
+"""An emulated computer with Debian's kernel, and the simulated television at its parallel port."""
+
+import base64
+import os
+import pathlib
+import re
+import select
+import socket
+import subprocess
+import time
+
+# What no step may make the kernel say.
+FAULTS = re.compile(r"Oops|BUG:|WARNING:|Call Trace|Kernel panic|general protection|"
+                    r"unable to handle|soft lockup|blocked for more than|stalls? on CPU")
+
+
+# What an emulator needs of these in its arguments.
+USB = "socket,id=usb,path={folder}/usb"
+
+
+class Failed(Exception):
+    """What a step found; the text tells it."""
+
+
+class Machine:
+    """Started at once; ended by its process number. `seconds` is the limit of all of its life."""
+
+    def __init__(self, folder, kernel, initramfs, built, arguments, seconds):
+        self.folder = pathlib.Path(folder)
+        self.folder.mkdir(parents=True, exist_ok=True)
+        self.deadline = time.monotonic() + seconds
+        self.console = self.folder / "console"
+        self.looked = 0
+        self.pardoned = None
+        self.buffer = b""
+        for stale in ("wire", "console", "adapter", "usb", "emulator"):
+            (self.folder / stale).unlink(missing_ok=True)
+        self.adapter = None
+        if USB in arguments:
+            self.adapter = self.start([built / "usb-adapter", self.folder / "usb", self.folder / "adapter"])
+            try:
+                self.await_file("usb")
+            except Failed:
+                self.adapter.kill()
+                raise
+        here, there = socket.socketpair()
+        self.agent = here
+        command = [
+            "qemu-system-x86_64", "-accel", "tcg", "-m", "256", "-nodefaults", "-no-user-config",
+            "-no-reboot", "-display", "none", "-kernel", kernel, "-initrd", initramfs,
+            "-append", "console=ttyS0 panic=-1 tsc=unstable",
+            "-serial", f"file:{self.console}",
+            "-chardev", f"socket,id=agent,fd={there.fileno()}", "-device", "virtio-serial",
+            "-device", "virtserialport,chardev=agent",
+            *arguments]
+        self.process = self.start(
+            [str(word).format(folder=self.folder) for word in command], pass_fds=[there.fileno()],
+            env=dict(os.environ, LD_PRELOAD=str(built / "tarnwell_wire.so"),
+                     TARNWELL_WIRE=str(self.folder / "wire")))
+        there.close()
+
+    def start(self, command, **options):
+        with open(self.folder / "emulator", "a", encoding="utf-8") as log:
+            return subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log, **options)
+
+    def await_file(self, name):
+        while not (self.folder / name).exists():
+            if time.monotonic() > self.deadline:
+                raise Failed(f"{name} does not come")
+            time.sleep(0.01)
+
+    def __enter__(self):
+        try:
+            if self.line() != "ready":
+                raise Failed("the computer does not start")
+        except Failed:
+            self.end()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.end()
+
+    def end(self):
+        for process in filter(None, (self.process, self.adapter)):
+            process.kill()
+            process.wait()
+        self.agent.close()
+
+    def line(self):
+        """The next line from the computer."""
+        while b"\n" not in self.buffer:
+            left = self.deadline - time.monotonic()
+            if left <= 0 or not select.select([self.agent], [], [], left)[0]:
+                raise Failed("out of time")
+            part = self.agent.recv(65536)
+            if not part:
+                raise Failed("the emulator has ended: " + (self.folder / "emulator").read_text())
+            self.buffer += part
+        line, self.buffer = self.buffer.split(b"\n", 1)
+        return line.decode("ascii", "replace").rstrip("\r")
+
+    def run(self, command):
+        """The status of a command in the computer, its output, and the seconds that it took."""
+        self.agent.sendall(base64.b64encode(command.encode()) + b"\n")
+        output = ""
+        while not (line := self.line()).startswith("= "):
+            output += line
+        self.look_at_messages()
+        _, status, hundredths = line.split()
+        return int(status), base64.b64decode(output).decode(errors="replace"), int(hundredths) / 100
+
+    def put(self, path, content):
+        """A file of the computer."""
+        text = base64.b64encode(content).decode()
+        status, output, _ = self.run(f"base64 -d <<end >{path}\n{text}\nend")
+        if status != 0:
+            raise Failed(output)
+
+    def ask(self, whom, line):
+        """What the "wire" at the parallel port (machines/Wire.cpp) or the USB "adapter" answers."""
+        self.await_file(whom)
+        with socket.socket(socket.AF_UNIX) as connection:
+            connection.settimeout(10)
+            connection.connect(str(self.folder / whom))
+            connection.sendall(line.encode() + b"\n")
+            reply = b""
+            while part := connection.recv(65536):
+                reply += part
+        return reply
+
+    def wait_until(self, event, count):
+        """Until the television has seen so many more of them."""
+        begun = int(self.ask("wire", "count " + event))
+        while int(self.ask("wire", "count " + event)) < begun + count:
+            if time.monotonic() > self.deadline:
+                raise Failed("out of time")
+            time.sleep(0.01)
+
+    def messages(self):
+        return self.console.read_text(errors="replace")
+
+    def look_at_messages(self):
+        new = self.messages()[self.looked:]
+        self.looked += len(new)
+        if self.pardoned:
+            new, count = re.subn(f"WARNING: [^\n]* {self.pardoned}.*?end trace", "", new, flags=re.S)
+            if count:
+                self.pardoned = None
+        if found := FAULTS.search(new):
+            raise Failed("the kernel says: " + new[found.start():][:2000])

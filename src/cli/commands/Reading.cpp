@@ -1,0 +1,86 @@
+// The commands that find out and change nothing.
+#include "cli/commands/Commands.h"
+#include "cli/tools/Device.h"
+#include "cli/tools/Files.h"
+
+namespace tarnwell::cli {
+
+/// The last check is that of the device asked for: what it says is the cause.
+void Check(const Arguments& arguments, Device& device, Report& report) {
+    Program& program = device.TheProgram();
+    device.Claim();
+    const auto answers = [&](TargetDevice target, Quiet quiet) {
+        program.state.targetDevice = target;
+        return device.TheBus().CheckAnswer(quiet) == BusCheck::Ok;
+    };
+    const bool primaryAsked = arguments.device == TargetDevice::Primary;
+    const bool other =
+        answers(primaryAsked ? TargetDevice::Secondary : TargetDevice::Primary, Quiet::Yes);
+    const bool asked = answers(arguments.device, Quiet::No);
+    report.devices = {primaryAsked ? asked : other, primaryAsked ? other : asked};
+    if (asked)
+        report.End(Status::Done, "The bus is in order.");
+    else
+        report.End(Status::Bus, device.LastLine());
+}
+
+void Read(const Arguments& arguments, Device& device, Report& report) {
+    Content content;
+    if (!MaySave(arguments.file, arguments, report) || !device.Open() ||
+        !device.ReadImage(content.image.emplace()))
+        return;
+    device.GiveBack();
+    report.crc = mCRC32::BufferCrcText(*content.image);
+    Save(arguments.file, content, arguments, report);
+}
+
+void Peek(const Arguments& arguments, Device& device, Report& report) {
+    if (!device.Open())
+        return;
+    for (const ByteRange& range : arguments.ranges) {
+        if (!device.ReadBytes(range, report.data))
+            return;
+    }
+}
+
+void Get(const Arguments& arguments, Device& device, Report& report) {
+    if (RefusesSettings(arguments, report) || !device.Open())
+        return;
+    std::vector<AddressedByte> bytes;
+    for (const int cell : arguments.cells) {
+        if (!device.ReadBytes({Cell(cell).address, 1}, bytes))
+            return;
+        report.settings.push_back({cell, ValueIn(bytes.back().value, cell)});
+    }
+}
+
+void GetFromFile(const Arguments& arguments, Report& report) {
+    if (RefusesSettings(arguments, report))
+        return;
+    if (const auto content = Load(*arguments.image, arguments, report))
+        ShowSettings(arguments.cells, *content, report);
+}
+
+void DescribeFile(const Arguments& arguments, Report& report) {
+    const auto content = Load(arguments.file, arguments, report);
+    if (!content)
+        return;
+    report.file = content->path;
+    if (content->image) {
+        report.device = OriginOf(content->path, *content->image).device;
+        report.crc = mCRC32::BufferCrcText(*content->image);
+        report.bytes = kEepromBytes;
+        return report.End(Status::Done, "An EEProm image.");
+    }
+    ShowSettings(CellsInOrder(), *content, report);
+    report.End(Status::Done, "A settings archive.");
+}
+
+void ListBackups(const Arguments& arguments, Report& report) {
+    report.device = arguments.device;
+    report.backups = KeptBackups(arguments);
+    if (report.backups->empty())
+        report.End(Status::Done, "No backup is kept.");
+}
+
+}  // namespace tarnwell::cli

@@ -1,0 +1,24 @@
+#include "command/Command.h"
+
+#include <algorithm>
+
+namespace tarnwell {
+
+void Command::TellNotVerified(std::string_view line, Box box,
+                              const std::vector<Mismatch>& mismatches, const ByteNames& names) {
+    i2c_.FindStrays();
+    i2c_.EndWrite();
+    std::vector<Mismatch> strays = i2c_.Strays();
+    std::erase_if(strays, [&](const Mismatch& stray) {
+        return std::ranges::find(mismatches, stray.address, &Mismatch::address) != mismatches.end();
+    });
+    statusBar_.ShowStatus(line, kMismatchSeconds);
+    user_.Beep();
+    box.details = MismatchText(mismatches, state_.numberMode, names);
+    if (!strays.empty())
+        box.details += (box.details.empty() ? "" : "\n") + StraysText(strays, state_.numberMode);
+    user_.ShowBox(box);
+    statusBar_.PutStatus("");
+}
+
+}  // namespace tarnwell

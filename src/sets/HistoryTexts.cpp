@@ -1,0 +1,147 @@
+#include "sets/HistoryTexts.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "core/Letters.h"
+#include "core/Words.h"
+
+namespace tarnwell {
+
+namespace {
+
+bool Holds(std::string_view text, std::string_view part) {
+    return std::search(text.begin(), text.end(), part.begin(), part.end(),
+                       [](char one, char other) { return Lower(one) == Lower(other); }) !=
+               text.end() ||
+           part.empty();
+}
+
+/// An address that is written in decimal, or in hexadecimal behind 0x.
+std::optional<int> AddressIn(std::string_view text) {
+    const bool hex = text.starts_with("0x") || text.starts_with("0X");
+    text.remove_prefix(hex ? 2 : 0);
+    int address = 0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), address, hex ? 16 : 10);
+    const bool isNumber = error == std::errc() && end == text.data() + text.size();
+    return isNumber && address < kEepromBytes ? std::optional(address) : std::nullopt;
+}
+
+std::string NameOf(int address, TargetDevice device) {
+    const auto cell = CellOn(device, address);
+    return cell ? CellTitle(*cell) + " " + SettingName(*cell, '.') : std::string();
+}
+
+bool Fits(const EventByte& byte, TargetDevice device, const HistoryFilter& filter) {
+    const auto address = AddressIn(filter.text);
+    const std::string name = NameOf(byte.address, device);
+    return address ? byte.address == *address : !name.empty() && Holds(name, filter.text);
+}
+
+std::string ValueText(std::optional<std::uint8_t> byte, std::optional<int> cell, NumberMode mode) {
+    return byte ? NumberText(cell ? ValueIn(*byte, *cell) : *byte, mode) : "not known";
+}
+
+std::optional<std::uint8_t> Written(const EventByte& byte) {
+    return byte.to ? byte.to : byte.held;
+}
+
+/// By time, command and file an event fits with all its bytes, else with those that do.
+bool KeepsFitting(HistoryEvent& event, const HistoryFilter& filter) {
+    if (filter.settingsOnly)
+        std::erase_if(event.bytes,
+                      [&](const EventByte& byte) { return !CellOn(event.device, byte.address); });
+    const bool isWhole = !AddressIn(filter.text) &&
+                         (Holds(EventWhen(event), filter.text) ||
+                          Holds(event.command, filter.text) || Holds(event.image, filter.text));
+    if (!isWhole)
+        std::erase_if(event.bytes,
+                      [&](const EventByte& byte) { return !Fits(byte, event.device, filter); });
+    return !event.bytes.empty() || (isWhole && !filter.settingsOnly);
+}
+
+}  // namespace
+
+std::string EventWhen(const HistoryEvent& event) {
+    return event.time.substr(0, 10) +
+           (event.time.size() > 11 ? " " + event.time.substr(11, 8) : std::string());
+}
+
+std::array<std::string, kHistoryColumns.size()> TextsOf(const HistoryEvent& event) {
+    const bool isReading = event.kind == EventKind::Read;
+    std::string what = isReading ? "Read" : event.command;
+    if (!event.image.empty())
+        what += (isReading ? ", kept as " : ", ") + event.image;
+    return {
+        EventWhen(event), what, DeviceName(event.device),
+        isReading ? std::string() : std::string(WordOf(event.end)),
+        std::to_string(isReading ? event.bytes.size() : static_cast<std::size_t>(event.written))};
+}
+
+std::string ChangeText(const EventByte& byte, TargetDevice device, NumberMode mode,
+                       const ByteNames& names) {
+    const auto cell = CellOn(device, byte.address);
+    std::string text = AddressText(byte.address, mode, names) + ": " +
+                       ValueText(byte.from, cell, mode) + " becomes " +
+                       ValueText(Written(byte), cell, mode);
+    if (byte.to && byte.held != byte.to)
+        text += ", holds " + ValueText(byte.held, cell, mode);
+    return text;
+}
+
+std::vector<HistoryEvent> Filtered(const SetHistory& history, const HistoryFilter& filter) {
+    std::vector<HistoryEvent> events = history.events;
+    if (!filter.text.empty() || filter.settingsOnly)
+        std::erase_if(events, [&](HistoryEvent& event) { return !KeepsFitting(event, filter); });
+    std::ranges::reverse(events);
+    return events;
+}
+
+std::optional<Course> CourseOf(const std::vector<HistoryEvent>& newestFirst) {
+    std::optional<Course> course;
+    for (std::size_t left = newestFirst.size(); left > 0; --left) {
+        const HistoryEvent& event = newestFirst[left - 1];
+        for (const EventByte& byte : event.bytes) {
+            const auto cell = CellOn(event.device, byte.address);
+            if (!cell || (course && course->cell != *cell))
+                return std::nullopt;
+            if (!course)
+                course = Course{*cell, {}};
+            if (course->points.empty() && byte.from)
+                course->points.push_back({event.time, ValueIn(*byte.from, *cell)});
+            if (byte.held)
+                course->points.push_back({event.time, ValueIn(*byte.held, *cell)});
+        }
+    }
+    return course;
+}
+
+std::string ListText(const std::vector<HistoryEvent>& events, NumberMode mode, char separator) {
+    std::string text;
+    const auto add = [&](std::initializer_list<std::string> cells) {
+        std::string_view before;
+        for (const std::string& cell : cells) {
+            text += before;
+            text += cell.find(separator) == std::string::npos ? cell : "\"" + cell + "\"";
+            before = std::string_view(&separator, 1);
+        }
+        text += "\r\n";
+    };
+    add({"Time", "What", "Device", "How it ended", "Address", "Setting", "From", "To", "Held"});
+    for (const HistoryEvent& event : events) {
+        const auto [time, what, device, end, count] = TextsOf(event);
+        if (event.bytes.empty())
+            add({time, what, device, end, "", "", "", "", ""});
+        for (const EventByte& byte : event.bytes) {
+            const auto cell = CellOn(event.device, byte.address);
+            add({time, what, device, end,
+                 NumberText(static_cast<std::uint32_t>(byte.address), mode),
+                 cell ? CellTitle(*cell) : "", ValueText(byte.from, cell, mode),
+                 ValueText(Written(byte), cell, mode), ValueText(byte.held, cell, mode)});
+        }
+    }
+    return text;
+}
+
+}  // namespace tarnwell

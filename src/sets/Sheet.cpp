@@ -1,0 +1,92 @@
+#include "sets/Sheet.h"
+
+#include "core/Pages.h"
+#include "core/user/Number.h"
+#include "settings/Catalog.h"
+
+namespace tarnwell {
+
+namespace {
+
+constexpr std::string_view kHead = "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>";
+constexpr std::string_view kStyle =
+    "</title>\n<style>@page{margin:12mm} body{font-family:sans-serif;font-size:8pt;color:#000}"
+    "table{border-collapse:collapse;width:100%;margin-bottom:3mm}"
+    "td,th{border:0.3pt solid #777;padding:0.5mm;text-align:left}"
+    "h1{font-size:13pt;margin:0}h2{font-size:9pt;margin:1mm}</style></head>\n<body>\n";
+
+std::string Escaped(std::string_view text) {
+    std::string escaped;
+    for (const char letter : text) {
+        switch (letter) {
+            case '<':
+                escaped += "&lt;";
+                break;
+            case '>':
+                escaped += "&gt;";
+                break;
+            case '&':
+                escaped += "&amp;";
+                break;
+            default:
+                escaped += letter;
+        }
+    }
+    return escaped;
+}
+
+std::string Element(std::string_view name, const std::string& content) {
+    return "<" + std::string(name) + ">" + content + "</" + std::string(name) + ">";
+}
+
+/// "31 (1F)"; of one that differs "<b>31 (1F)</b> was 25 (19)".
+std::string ValueText(const SheetFacts& facts, int cell) {
+    const auto text = [&](const MemoryBuffer& image) {
+        const std::uint8_t value = ValueIn(image, cell);
+        return NumberText(value, NumberMode::Decimal) + " (" + NumberText(value, NumberMode::Hex) +
+               ")";
+    };
+    if (!facts.first || ValueIn(*facts.first, cell) == ValueIn(facts.image, cell))
+        return text(facts.image);
+    return Element("b", text(facts.image)) + " was " + text(*facts.first);
+}
+
+std::string RowOf(const SheetFacts& facts, const Setting& setting) {
+    std::string cells =
+        Element("td", Escaped(setting.code)) + Element("td", Escaped(setting.description));
+    for (const CellPlace& place : setting.cells)
+        cells += Element("td", place.Exists() ? ValueText(facts, place.cell) : "");
+    return Element("tr", cells) + "\n";
+}
+
+std::string TableOf(const SheetFacts& facts, const PageInfo& page) {
+    std::string rows;
+    for (const Setting& setting : kCatalog) {
+        if (setting.page == page.page)
+            rows += RowOf(facts, setting);
+    }
+    if (rows.empty())
+        return rows;
+    std::string head = Element("th", "Name") + Element("th", "Description");
+    for (const std::string_view format : kFormats)
+        head += Element("th", std::string(format));
+    return Element("h2", std::string(page.caption)) + "\n<table border=\"1\" cellspacing=\"0\">" +
+           Element("tr", head) + "\n" + rows + "</table>\n";
+}
+
+}  // namespace
+
+std::string SheetHtml(const SheetFacts& facts) {
+    std::string page = std::string(kHead) + Escaped(facts.set) + std::string(kStyle);
+    page += Element("h1", Escaped(facts.set)) + "\n";
+    page +=
+        Element("p", Escaped(facts.model) + (facts.model.empty() ? "" : "; ") + "Primary EEProm; " +
+                         Escaped(facts.date) + "; CRC-32 " + mCRC32::BufferCrcText(facts.image) +
+                         (facts.first ? "; bold: differs from the first image" : "")) +
+        "\n";
+    for (const PageInfo& info : kPages)
+        page += TableOf(facts, info);
+    return page + "</body></html>\n";
+}
+
+}  // namespace tarnwell

@@ -3,11 +3,11 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 
 #include "cli/commands/Commands.h"
 #include "cli/tools/Interruption.h"
+#include "cli/tools/Output.h"
 #include "cli/tools/Records.h"
 #include "core/options/Options.h"
 #include "core/options/OptionsFile.h"
@@ -24,18 +24,6 @@ void OpenStandardStreams() {
         if (fcntl(stream, F_GETFD) < 0)
             static_cast<void>(open("/dev/null", O_RDONLY | O_CLOEXEC));
     }
-}
-
-bool Print(const std::string& text, std::FILE* stream) {
-    return std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
-           std::fflush(stream) == 0;
-}
-
-/// What failed, in one line whatever the names in it.
-void PrintError(std::string message) {
-    std::ranges::replace_if(
-        message, [](char letter) { return static_cast<unsigned char>(letter) < ' '; }, '?');
-    Print("tarnwell-cli: " + message + "\n", stderr);
 }
 
 void RunOnDevice(const Arguments& arguments, PortSource& ports, Report& report) {
@@ -62,6 +50,11 @@ void RunOnFiles(const Arguments& arguments, Report& report) {
     }
 }
 
+/// Whether all that a report could say was said meanwhile.
+bool IsTold(const Arguments& arguments) {
+    return arguments.command != nullptr && arguments.command->Has(kStreams);
+}
+
 /// A report that is lost counts as a failed file unless the device itself has failed.
 int Tell(const Report& report, const Arguments& arguments) {
     if (report.IsError())
@@ -69,7 +62,7 @@ int Tell(const Report& report, const Arguments& arguments) {
     bool told = true;
     if (arguments.json)
         told = Print(JsonText(report), stdout);
-    else if (!arguments.quiet)
+    else if (!arguments.quiet && !IsTold(arguments))
         told = Print(PlainText(report), WritesToStandardOutput(arguments) ? stderr : stdout);
     if (told || report.IsError())
         return report.ExitStatus();

@@ -7,32 +7,11 @@
 #include "command/WriteTexts.h"
 #include "core/Words.h"
 #include "differences/DifferenceTexts.h"
+#include "differences/OtherTarget.h"
 
 namespace tarnwell {
 
 namespace {
-
-/// Another device is the target as long as this lives.
-class OtherTarget {
-  public:
-    OtherTarget(ProgramState& state, Screen& screen, TargetDevice device)
-        : state_(state), screen_(screen), before_(state.targetDevice) {
-        Set(device);
-    }
-    ~OtherTarget() { Set(before_); }
-    OtherTarget(const OtherTarget&) = delete;
-    OtherTarget& operator=(const OtherTarget&) = delete;
-
-  private:
-    void Set(TargetDevice device) {
-        state_.targetDevice = device;
-        screen_.Changed(Shown::EepPanel);
-    }
-
-    ProgramState& state_;
-    Screen& screen_;
-    const TargetDevice before_;
-};
 
 constexpr Message kAskOtherOrigin{
     "These values are those of the Secondary EEProm.\r\n"

@@ -10,6 +10,12 @@ namespace tarnwell {
 /// Slots 0 to 8191 mirror the EEPROM; slot 8192 takes a data record's byte beyond the device.
 using MemoryBuffer = EepromArray;
 
+/// Neighbouring bytes of a device.
+struct ByteRange {
+    int first;
+    int count;
+};
+
 /// Whether the buffer was ever filled: a saved image is one still, though no flag says so.
 inline bool HoldsImage(const ProgramState& state, const MemoryBuffer& buffer) {
     return state.EepRead || state.BufferChanged || buffer != MemoryBuffer{};

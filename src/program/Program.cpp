@@ -29,8 +29,9 @@ std::string SetsFolderBeside(const std::string& backupFolder) {
 
 Program::Program(const Surroundings& outside)
     : statusBar(state, outside.screen, outside.msgTimer),
-      i2c(outside.wire, state, statusBar, outside.user),
-      kernelBus(outside.wire, state, statusBar, outside.user),
+      busUser(outside.user),
+      i2c(outside.wire, state, statusBar, busUser),
+      kernelBus(outside.wire, state, statusBar, busUser),
       bus(i2c, kernelBus, state),
       backups(outside.backupFolder, outside.calendar),
       sets(SetsFolderBeside(outside.backupFolder)),
@@ -57,6 +58,7 @@ Program::Program(const Surroundings& outside)
       writeDifferences(context, deviceReader, imageArchive, buffer),
       compare(context, {deviceReader, imageArchive, settingsArchive, writeDifferences}, cells,
               buffer, followers),
+      watch(context, busUser, outside.wire.clock, outside.calendar),
       numberModeMenu(state, statusBar, outside.screen, {&cells, &grid, &pending}),
       helpCommands(outside.programs, outside.user),
       undo(context, history, cellEditor),

@@ -7,7 +7,9 @@
 #include "command/Standing.h"
 #include "core/run/HelpCommands.h"
 #include "core/run/StartUp.h"
+#include "core/user/SparedUser.h"
 #include "differences/CompareCommand.h"
+#include "differences/Watch.h"
 #include "differences/WriteDifferencesCommand.h"
 #include "editor/Find.h"
 #include "history/UndoCommands.h"
@@ -111,6 +113,7 @@ class Program final {
     MemoryBuffer buffer{};
     BufferOrigin origin;
     StatusBar statusBar;
+    SparedUser busUser;
     mI2Ccode i2c;
     KernelBus kernelBus;
     FollowedBus bus;
@@ -136,6 +139,7 @@ class Program final {
     SettingsArchive settingsArchive;
     WriteDifferencesCommand writeDifferences;
     CompareCommand compare;
+    Watch watch;
     NumberModeMenu numberModeMenu;
     HelpCommands helpCommands;
     UndoCommands undo;

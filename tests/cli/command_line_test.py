@@ -4,7 +4,7 @@
     command_line_test.py PROGRAM PROGRAM-WITH-FAULTS [PROGRAM-WITH-WINDOW]
 """
 
-import functools, json, os, pty, re, resource, signal, subprocess, sys, tempfile, threading, time, unittest  # noqa: E401
+import functools, json, os, pty, re, resource, select, signal, subprocess, sys, tempfile, threading, time, unittest  # noqa: E401
 from pathlib import Path
 
 PROGRAMS = [word for word in sys.argv[1:] if "/" in word]
@@ -248,7 +248,7 @@ class CommandLine(unittest.TestCase):
                 "get r-yr.080i": "R-YR.480i", "get R-YR.480": "Did you mean R-YR.480i", "get TINT.VGA": "no formats", "set TINT=64": "0 to 63", "set TINT": "=", "set TINT=-1": "number",
                 "peek 8192": "8191", "peek 9-8": "range", "peek 8190+3": "range", "peek 1+0": "range", "poke 1=256": "255", "poke 0x=1": "number", "--pins=11112010 check": "pin",
                 "--pins=1101201 check": "eight", "--pins=11015010 check": "eight", "--address=379 check": "378", "--port=lpt check": "no port", "--trace= check": "value",
-                "--wait=x check": "wait", "--quiet get": "quiet", "--quiet peek 1": "quiet", "--quiet info a": "quiet", "read - --json": "output", "--image=a peek 1": "image",
+                "--wait=x check": "wait", "--quiet get": "quiet", "--quiet peek 1": "quiet", "--count=1 peek 1": "for watch", "--quiet watch": "quiet", "--count=0 watch": "1000000", "--quiet info a": "quiet", "read - --json": "output", "--image=a peek 1": "image",
                 "--image=a set TINT=1": "output", "--raw read a": "raw", "--dry-run read a": "dry-run", "--device=secondary get": "PLEASE BE CAREFUL", "--port=ppdev --real-time check": "simulated",
                 "--trace=no/t.vcd check": "No such file", "check x": "'x' is one argument too many.", "compare a b c": "Two to compare, not 3.", "--wait=1000001 check": "1000000",
                 "--passes=101 check": "100", "--passes=0 check": "100", "--device=x check": "device", "--progress=x check": "progress", "--differences verify a": "differences", "--output=b get": "output",
@@ -326,6 +326,33 @@ class CommandLine(unittest.TestCase):
         threading.Timer(0.5, first.send_signal, [signal.SIGCONT]).start()
         self.report("--wait=60 peek 5", wanted={"data": [{"address": 5, "value": 1}]})
         self.assertEqual((first.wait(60), first.communicate()[0] != b"", self.held("a.mot")), (0, True, self.before))
+
+    def test_watches_until_it_is_stopped(self):
+        tint, watches = self.before[2085], "watch 2085 0+16".split()  # another program may have the port meanwhile, which is told
+        for options, status in (["--json", "--count=3"], 0), ([], 130):
+            process, value = self.start([*options, *watches]), tint
+            while not select.select([process.stdout], [], [], 0.3)[0] or not status and process.poll() is None:  # it has yet to read what is there
+                self.run_cli(f"--yes --wait=9 poke 5={value & 15} 2085={(value := value ^ 5)}")
+            process.send_signal(signal.SIGINT)
+            out, err = process.communicate(timeout=10)
+            self.assertEqual((process.returncode, b"Stopped by SIGINT." in err), (status, status != 0))
+            if status:
+                self.assertRegex(out.decode(), r"\A(2\d{3}-\d\d-\d\d \d\d:\d\d:\d\d  Address (5|2085|2085 \(TINT\)): \d+ becomes \d+\n)+\Z")
+                continue
+            *changes, last = [line for line in map(json.loads, out.splitlines()) if "message" not in line]
+            self.assertEqual((len(changes), last["command"], last["result"]), (3, "watch", "done"))
+            for change in changes:
+                named = {"setting": "TINT", "fromValue": change["from"] >> 2, "toValue": change["to"] >> 2} if "setting" in change else {}
+                self.assertEqual((change.pop("time")[:1], change), ("2", {"device": "primary", "address": 2085 if named else change["address"], "from": change["from"], "to": change["to"]} | named))
+                self.assertIn((change["address"], change["from"] ^ change["to"]), ((5, 5), (2085, 5), (5, 1 ^ (tint & 15)), (5, 1 ^ (tint & 15) ^ 5)))
+        self.environment["TARNWELL_FAULT"] = f"{NUMBERS['DeviceSilent']} {NUMBERS['Access']} 20000"
+        process = self.start("--json watch", FAULTY)
+        told = json.loads(process.stdout.readline())
+        self.assertRegex(told["message"], r"\AThere is an I2C bus or Interface Hardware Problem[.] .*It is tried again[.]\Z")
+        process.terminate()
+        self.assertEqual(process.communicate()[1].decode(), f"tarnwell-cli: {told['message']}\ntarnwell-cli: Stopped by SIGTERM.\n")
+        self.environment["TARNWELL_FAULT"] = self.environment["TARNWELL_FAULT"].replace("20000", "0")
+        self.report("watch", 3, "Hardware Problem", program=FAULTY)
 
     def test_faults(self):
         self.put("a.bin", self.before)

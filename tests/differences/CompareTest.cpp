@@ -6,6 +6,8 @@
 namespace tarnwell {
 namespace {
 
+using namespace std::chrono_literals;
+
 MemoryBuffer With(const std::map<int, int>& bytes) {
     MemoryBuffer image{};
     for (const auto& [address, value] : bytes)
@@ -37,6 +39,58 @@ struct Compare : testing::Test, TestProgram {
         EXPECT_TRUE(compare.Choose(Side::Left, Source::Buffer));
     }
 };
+
+TEST_F(Compare, AWatchTellsWhatChangesUntilItIsIgnored) {
+    Watch& watch = program.watch;
+    auto& memory = television.Memory(Chip::Primary);
+    watch.Begin(TargetDevice::Primary, {{0, 8192}}, &program.buffer);
+    std::chrono::milliseconds pause{0}, held{0};
+    const auto read = [&] {
+        const BusTime begin = television.Now();
+        pause = {};
+        for (const int readings = watch.Readings(); watch.Readings() == readings;) {
+            const BusTime before = television.Now();
+            const auto wait = watch.Step();
+            EXPECT_GE(wait, television.Now() - before) << "for another master of the bus";
+            EXPECT_LT(television.Now() - before, 120ms);
+            pause += wait;
+        }
+        held = std::chrono::ceil<std::chrono::milliseconds>(television.Now() - begin);
+        std::string text;
+        for (const auto& [time, row] : watch.Changes())
+            text += TimeOfDay(time) + " " + ChangesText({row}, watch.Device(), NumberMode::Decimal);
+        return text;
+    };
+    EXPECT_EQ(read(), "");
+    memory[2363] = 0x41;
+    memory[8191] ^= 1;
+    EXPECT_EQ(
+        read(),
+        "21:21:01 Address 2363 (480i CR02): 64 becomes 6521:21:01 Address 8191: 64 becomes 65");
+    EXPECT_TRUE(std::equal(memory.begin(), memory.end(), watch.Held().begin()));
+    watch.Ignore(8191);
+    memory[8191] ^= 2;
+    EXPECT_EQ(read(), "21:21:01 Address 2363 (480i CR02): 64 becomes 65");
+    watch.Clear();
+    memory[8191] ^= 2;
+    EXPECT_EQ(read(), "21:21:01 Address 8191: 67 becomes 65") << "nothing is ignored any more";
+
+    watch.Begin(TargetDevice::Secondary, {{5, 1}});
+    read();
+    television.Memory(Chip::Secondary)[5] ^= 4;
+    read();
+    EXPECT_EQ(watch.Changes().size(), 2U);
+    EXPECT_THAT(pause + held, AllOf(testing::Ge(1000ms), Le(1002ms)));
+    EXPECT_EQ(program.state.targetDevice, TargetDevice::Primary);
+    television.Inject({.kind = FaultKind::DeviceSilent, .chip = Chip::Secondary});
+    std::vector<std::chrono::milliseconds> waits(4);
+    std::ranges::generate(waits, [&] { return watch.Step(); });
+    EXPECT_THAT(waits, ElementsAre(1000ms, 2000ms, 4000ms, 4000ms));
+    EXPECT_THAT(watch.Failure(), StartsWith("There is an I2C bus or Interface Hardware Problem."));
+    television.ClearFaults();
+    EXPECT_GE(watch.Step(), 900ms);
+    EXPECT_EQ(watch.Failure() + std::to_string(user.boxes.size()), "0");
+}
 
 TEST_F(Compare, ASettingsArchiveHasOnlyItsValues) {
     program.cells.ShowValue(*CellAtAddress(2363), 7);

@@ -331,6 +331,84 @@ TEST_P(KernelFaults, WorkOnEveryAdapterAndEndWithAnEndlessWriteCycle) {
     }
 }
 
+/// Watches two places once, then while something is wrong, then again until both were read twice.
+/// Whether a failure was told.
+bool WatchThrough(Program& program, const std::function<void()>& begin,
+                  const std::function<void()>& end) {
+    Watch& watch = program.watch;
+    watch.Begin(TargetDevice::Primary, {{0, 40}, {2363, 2}});
+    while (watch.Readings() == 0)
+        watch.Step();
+    begin();
+    bool told = false;
+    for (int step = 0; step < 4; ++step) {
+        EXPECT_LE(watch.Step(), 4s);
+        told = told || !watch.Failure().empty();
+    }
+    end();
+    for (const int readings = watch.Readings(); watch.Readings() < readings + 2;)
+        EXPECT_GE(watch.Step(), 10ms);
+    EXPECT_EQ(watch.Failure(), "");
+    return told;
+}
+
+TEST(WatchFaults, AreToldAndTriedAgainAndNoByteIsStored) {
+    using enum WireEvent;
+    for (const Row& row : kMatrix) {
+        const Moment moments[] = {{Access, 0}, {Clock, 14}, {Byte, 3}, {Read, 1}};
+        for (std::size_t moment = 0; moment < row.reading.size(); ++moment) {
+            SCOPED_TRACE(testing::Message()
+                         << "fault " << static_cast<int>(row.fault) << " moment " << moment);
+            TestProgram test({.writeCycle = 20us});
+            auto& memory = test.television.Memory(Chip::Primary);
+            for (std::size_t address = 0; address < memory.size(); ++address)
+                memory[address] = static_cast<std::uint8_t>(0x81 + 2 * (address % 32));
+            const EepromImage held = memory;
+            const auto inject = [&] {
+                test.television.Inject({row.fault, moments[moment], 0, Chip::Primary, 3, 0x80, 3});
+            };
+            const auto switchOffAndOn = [&] {
+                test.television.PowerCycle();
+                test.television.ClearFaults();
+            };
+            const char letter = row.reading[moment];
+            EXPECT_EQ(WatchThrough(test.program, inject, switchOffAndOn),
+                      letter != 'o' && letter != 'r');
+            EXPECT_THAT(test.program.watch.Changes(), SizeIs(letter == 'r' ? 2 : 0));
+            EXPECT_EQ(test.television.Count(WriteCycle), 0U);
+            EXPECT_TRUE(memory == held && test.television.Scl() && test.television.Sda());
+            EXPECT_THAT(test.user.TakeBoxes(), IsEmpty());
+        }
+    }
+}
+
+TEST(WatchFaults, StoreNoByteOverTheKernelsBusEither) {
+    for (const int error : {ENXIO, EREMOTEIO, ETIMEDOUT, EIO, ENODEV, EAGAIN, EPROTO, 0}) {
+        for (std::uint64_t first = 0; first < 8; ++first) {
+            SCOPED_TRACE(testing::Message() << error << " from " << first << " on");
+            KernelProgram test;
+            const std::uint64_t stores = test.system.devices.at(0x50).stores;
+            const std::uint64_t before = test.system.transfers;
+            test.system.carried = 2 + first;
+            const auto fail = [&] {
+                test.system.fault = [&, transfer = std::uint64_t{0}]() mutable {
+                    test.system.sdaLow = error == 0 && transfer >= first;
+                    return transfer++ >= first ? error : 0;
+                };
+            };
+            const auto end = [&] {
+                test.system.fault = {};
+                test.system.sdaLow = false;
+            };
+            EXPECT_TRUE(WatchThrough(test.program, fail, end));
+            EXPECT_GT(test.system.transfers, before);
+            EXPECT_THAT(test.program.watch.Changes(), IsEmpty());
+            EXPECT_EQ(test.system.devices.at(0x50).stores, stores);
+            EXPECT_THAT(test.user.TakeBoxes(), IsEmpty());
+        }
+    }
+}
+
 TEST(WholeWrite, GoesByPagesOnTheKernelsBusWhereTheyArriveAndCountsEachByteOnce) {
     for (const auto& [page, cycles] : {std::pair(32U, 256U), {16U, 1U + 8192U}}) {
         KernelProgram test;

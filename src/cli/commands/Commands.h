@@ -8,12 +8,12 @@
 
 namespace tarnwell::cli {
 
-OnDevice Check, Read, Write, Verify, Get, Set, Peek, Poke, CompareWithDevice, Restore,
+OnDevice Check, Read, Write, Verify, Get, Set, Peek, WatchBytes, Poke, CompareWithDevice, Restore,
     TakeBackEvents, WriteSheet;
 OnFiles DescribeFile, GetFromFile, SetInFile, CompareFiles, ListBackups, ListSets, ShowLog,
     WriteSheetOfFile;
 
-inline constexpr std::array<CommandRow, 16> kCommands{{
+inline constexpr std::array<CommandRow, 17> kCommands{{
     {"check", kNothing, "Say which EEPROMs answer; where the bus fails, find the cause.", Check},
     {"read", kFile, "Read the whole EEPROM into a file.", Read, nullptr, kSaves},
     {"write", kFile, "Write an image, or the values of a settings archive, and verify.", Write,
@@ -24,6 +24,8 @@ inline constexpr std::array<CommandRow, 16> kCommands{{
      kTakesImage | kOnlyShows},
     {"set", kSettingValues, "Change settings and verify.", Set, SetInFile, kTakesImage | kWrites},
     {"peek", kRanges, "Show bytes.", Peek, nullptr, kOnlyShows},
+    {"watch", kRangesOrAll, "Say what changes, all of the EEPROM without a range, until Ctrl-C.",
+     WatchBytes, nullptr, kOnlyShows | kStreams},
     {"poke", kByteValues, "Write bytes and verify.", Poke, nullptr, kWrites},
     {"compare", kSides,
      "Compare two of FILE, device, backup and backup:N; B is the device if left out.",
@@ -53,6 +55,7 @@ consteval bool Names(std::string_view text, Traits trait) {
     });
 }
 static_assert(Names(kImageIsFor, kTakesImage) && Names(kDifferencesIsFor, kTakesDifferences) &&
-              Names(kDryRunIsFor, kWrites) && Names(kQuietLeaves, kOnlyShows));
+              Names(kDryRunIsFor, kWrites) && Names(kQuietLeaves, kOnlyShows) &&
+              Names(kCountIsFor, kStreams));
 
 }  // namespace tarnwell::cli

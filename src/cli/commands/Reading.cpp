@@ -2,6 +2,8 @@
 #include "cli/commands/Commands.h"
 #include "cli/tools/Device.h"
 #include "cli/tools/Files.h"
+#include "cli/tools/Output.h"
+#include "cli/tools/SystemCalendar.h"
 
 namespace tarnwell::cli {
 
@@ -40,6 +42,67 @@ void Peek(const Arguments& arguments, Device& device, Report& report) {
     for (const ByteRange& range : arguments.ranges) {
         if (!device.ReadBytes(range, report.data))
             return;
+    }
+}
+
+namespace {
+
+/// What a watch finds, as it is found.
+class WatchLines {
+  public:
+    WatchLines(const Arguments& arguments, const Watch& watch)
+        : arguments_(arguments), watch_(watch) {}
+
+    /// Prints what is new since the last call, at most as many changes as were asked for; false if
+    /// that failed.
+    [[nodiscard]] bool Print() {
+        bool printed = true;
+        for (; told_ < watch_.Changes().size() && !IsDone(); ++told_) {
+            const WatchedChange& change = watch_.Changes()[told_];
+            printed =
+                cli::Print(arguments_.json ? JsonText(change, watch_.Device()) : PlainText(change),
+                           stdout) &&
+                printed;
+        }
+        if (watch_.Failure() == failure_)
+            return printed;
+        failure_ = watch_.Failure();
+        const std::string message =
+            failure_.empty() ? "The EEPROM is read again." : failure_ + " It is tried again.";
+        PrintError(message);
+        return !arguments_.json ||
+               (cli::Print(JsonText(SystemCalendar().ZonedTime(), watch_.Device(), message),
+                           stdout) &&
+                printed);
+    }
+
+    bool IsDone() const {
+        return arguments_.count > 0 && told_ >= static_cast<std::size_t>(arguments_.count);
+    }
+
+  private:
+    const Arguments& arguments_;
+    const Watch& watch_;
+    std::size_t told_ = 0;
+    std::string failure_;
+};
+
+}  // namespace
+
+void WatchBytes(const Arguments& arguments, Device& device, Report& report) {
+    if (!device.Open())
+        return;
+    device.GiveBack();
+    Watch& watch = device.TheProgram().watch;
+    WatchLines lines(arguments, watch);
+    watch.Begin(arguments.device, arguments.ranges);
+    while (!lines.IsDone()) {
+        const auto pause = watch.Step();
+        if (watch.IsDeclined())
+            return device.EndDeclined();
+        if (!lines.Print())
+            return report.End(Status::File, "The changes could not be written.");
+        device.Wait(pause);
     }
 }
 

@@ -67,14 +67,20 @@ Device::Device(const Arguments& arguments, const JoinedPort& port, mRegistry& op
 void Device::Claim() {
     using Steady = std::chrono::steady_clock;
     constexpr std::chrono::seconds kBetweenClaims{1};
-    constexpr std::chrono::milliseconds kPause{10};
     const auto deadline = Steady::now() + std::chrono::seconds(arguments_.waitSeconds);
     auto again = Steady::now() + kBetweenClaims;
     for (claim_.emplace(bus_); bus_.IsTaken() && Steady::now() < deadline; claim_.emplace(bus_)) {
-        for (stop_.Obey(); Steady::now() < std::min(again, deadline); stop_.Obey())
-            std::this_thread::sleep_for(kPause);
+        Wait(std::chrono::ceil<std::chrono::milliseconds>(std::min(again, deadline) -
+                                                          Steady::now()));
         again = Steady::now() + kBetweenClaims;
     }
+}
+
+void Device::Wait(std::chrono::milliseconds time) const {
+    constexpr std::chrono::milliseconds kPause{10};
+    const auto end = std::chrono::steady_clock::now() + time;
+    for (stop_.Obey(); std::chrono::steady_clock::now() < end; stop_.Obey())
+        std::this_thread::sleep_for(kPause);
 }
 
 bool Device::Open() {
@@ -83,10 +89,14 @@ bool Device::Open() {
     if (check == BusCheck::Ok)
         return true;
     if (check == BusCheck::Declined)
-        report_.End(Status::NotConfirmed, user_.LastLine() + std::string(kHowToTrust));
+        EndDeclined();
     else
         report_.End(Status::Bus, user_.LastLine());
     return false;
+}
+
+void Device::EndDeclined() {
+    report_.End(Status::NotConfirmed, user_.LastLine() + std::string(kHowToTrust));
 }
 
 bool Device::IsTrusted(const Box& box) const {

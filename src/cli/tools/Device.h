@@ -1,6 +1,8 @@
 // The target device as the commands use it: every step tells its failure to the report.
 #pragma once
 
+#include <chrono>
+
 #include "archive/ImageBackups.h"
 #include "cli/tools/LineUser.h"
 #include "cli/tools/ProgressBar.h"
@@ -31,6 +33,12 @@ class Device {
 
     /// The same, and checks the bus.
     [[nodiscard]] bool Open();
+
+    /// Lets time pass, which a signal ends.
+    void Wait(std::chrono::milliseconds time) const;
+
+    /// Ends the command since the device is not to be used.
+    void EndDeclined();
 
     /// As often as --passes says. What is doubtful is used only if --force or the user says so.
     [[nodiscard]] bool ReadImage(MemoryBuffer& image);

@@ -8,9 +8,6 @@
 
 namespace tarnwell::cli {
 
-/// The text of a box as one line; what its last part asks is left out.
-std::string OneLine(const Box& box);
-
 /// Whether somebody can be asked.
 bool HasTerminal();
 

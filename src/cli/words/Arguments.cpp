@@ -83,6 +83,7 @@ void CheckTogether(const Arguments& arguments) {
     refuseIf(arguments.differences && !command.Has(kTakesDifferences), kDifferencesIsFor);
     refuseIf(arguments.dryRun && !command.Has(kWrites), kDryRunIsFor);
     refuseIf(arguments.quiet && command.Has(kOnlyShows), kQuietLeaves);
+    refuseIf(arguments.count > 0 && !command.Has(kStreams), kCountIsFor);
     const bool takesSet = command.onDevice != nullptr || command.Has(kIsOfSet);
     const bool hasSet = !arguments.setName.empty();
     const bool filters = !arguments.logCells.empty() || !arguments.since.empty();

@@ -26,7 +26,8 @@ struct Arguments {
     std::vector<std::string> sides;  ///< of compare, two
     std::vector<int> cells;          ///< of get
     CellValues cellValues;           ///< of set
-    std::vector<ByteRange> ranges;   ///< of peek
+    std::vector<ByteRange> ranges;   ///< of peek and watch
+    int count = 0;                   ///< of the changes that end watch, none if 0
     ByteValues byteValues;           ///< of poke
 
     TargetDevice device = TargetDevice::Primary;

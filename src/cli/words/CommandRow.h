@@ -34,6 +34,7 @@ enum Traits : unsigned {
     kIsOfSet = 32,    ///< needs no device, but may be of a set
     kNeedsSet = 64,
     kFilters = 128,  ///< takes --setting and --since
+    kStreams = 256,  ///< says what it finds at once, until --count
 };
 
 struct CommandRow {
@@ -55,8 +56,9 @@ inline constexpr std::string_view kDifferencesIsFor = "--differences is for writ
 inline constexpr std::string_view kDryRunIsFor =
     "--dry-run is for write, set, poke, restore and take-back.";
 inline constexpr std::string_view kQuietLeaves =
-    "--quiet leaves nothing of get, peek, info, backups, sets and log.";
+    "--quiet leaves nothing of get, peek, watch, info, backups, sets and log.";
 inline constexpr std::string_view kFiltersAreFor = "--setting and --since are for log.";
+inline constexpr std::string_view kCountIsFor = "--count is for watch.";
 inline constexpr std::string_view kSetIsFor =
     "--set is for commands that work on a device, and for backups and log.";
 

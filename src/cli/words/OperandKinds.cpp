@@ -161,6 +161,12 @@ void TakeRanges(const OperandTexts& operands, Arguments& arguments) {
         arguments.ranges.push_back(RangeFrom(word));
 }
 
+void TakeRangesOrAll(const OperandTexts& operands, Arguments& arguments) {
+    TakeRanges(operands, arguments);
+    if (operands.empty())
+        arguments.ranges = {{0, kEepromBytes}};
+}
+
 void TakeByteValues(const OperandTexts& operands, Arguments& arguments) {
     for (const std::string& word : operands)
         AddByteValue(word, arguments.byteValues);

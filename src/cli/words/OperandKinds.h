@@ -17,6 +17,7 @@ void TakeSides(const OperandTexts& operands, Arguments& arguments);
 void TakeSettings(const OperandTexts& operands, Arguments& arguments);
 void TakeSettingValues(const OperandTexts& operands, Arguments& arguments);
 void TakeRanges(const OperandTexts& operands, Arguments& arguments);
+void TakeRangesOrAll(const OperandTexts& operands, Arguments& arguments);
 void TakeByteValues(const OperandTexts& operands, Arguments& arguments);
 void TakeEvents(const OperandTexts& operands, Arguments& arguments);
 
@@ -37,6 +38,7 @@ inline constexpr OperandKind kSettings{"[NAME[.FORMAT]...]", TakeSettings, Setti
 inline constexpr OperandKind kSettingValues{"NAME[.FORMAT]=VALUE...", TakeSettingValues,
                                             SettingNames};
 inline constexpr OperandKind kRanges{"ADDRESS[-ADDRESS|+COUNT]...", TakeRanges};
+inline constexpr OperandKind kRangesOrAll{"[ADDRESS[-ADDRESS|+COUNT]...]", TakeRangesOrAll};
 inline constexpr OperandKind kByteValues{"ADDRESS=VALUE...", TakeByteValues};
 inline constexpr OperandKind kEvents{"EVENT...", TakeEvents};
 

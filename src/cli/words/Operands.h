@@ -21,11 +21,6 @@ struct WrongArgument {
 using CellValues = std::map<int, std::uint8_t>;
 using ByteValues = std::map<int, std::uint8_t>;
 
-struct ByteRange {
-    int first;
-    int count;
-};
-
 /// The name of a cell's setting, with its format where it has one: "R-YR.480p", "TINT".
 std::string CellName(int cell);
 

@@ -106,10 +106,12 @@ void AddOptions(CLI::App& app, GivenWords& words, Arguments& arguments) {
     flag("--also-newer", arguments.alsoNewer, "take-back: also what was written again since");
     option("--passes", arguments.passes, "N", "Read a whole EEPROM N times and compare")
         ->check(CLI::Range(1, 100));
+    option("--count", arguments.count, "N", "watch: end after N changes")
+        ->check(CLI::Range(1, 1'000'000));
     flag("--yes", arguments.yes, "Write without a question");
     flag("--trust-device", arguments.trustDevice, "I2C bus: use a device that may be no 24C64");
     flag("--dry-run", arguments.dryRun, "Say what would be written, and write nothing");
-    flag("--json", arguments.json, "Print one JSON object");
+    flag("--json", arguments.json, "Print one JSON object, watch: one a line");
     flag("--quiet", arguments.quiet, "Print no report");
     choice("--progress", words.progress, {"auto", "always", "never"}, "A bar on standard error");
 }

@@ -9,6 +9,7 @@
 
 #include "archive/ImageBackups.h"
 #include "cli/words/Arguments.h"
+#include "differences/Watch.h"
 #include "i2c/Mismatch.h"
 #include "sets/HistoryFile.h"
 #include "sets/SetStore.h"
@@ -100,6 +101,14 @@ std::string PlainText(const Report& report);
 
 /// One JSON object, on one line.
 std::string JsonText(const Report& report);
+
+/// A line for a person about what a watch found: "2026-11-24 19:52:30  Address 2363 (CR02.480i): 7
+/// becomes 9".
+std::string PlainText(const WatchedChange& change);
+
+/// The same as a JSON object on one line, and one with what else there is to say.
+std::string JsonText(const WatchedChange& change, TargetDevice device);
+std::string JsonText(const std::string& time, TargetDevice device, const std::string& message);
 
 /// The bits of its byte that the cell's value fills: "7-2".
 std::string BitsOf(int cell);

@@ -111,7 +111,28 @@ Json EventsOf(const std::vector<HistoryEvent>& events) {
     return list;
 }
 
+std::string OnALine(const Json& object) {
+    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
 }  // namespace
+
+std::string JsonText(const WatchedChange& change, TargetDevice device) {
+    const auto& [address, before, after] = change.row.bytes.front();
+    Json object{{"time", change.time}, {"device", DeviceWord(device)}, {"address", address}};
+    object["from"] = before;
+    object["to"] = after;
+    if (const auto& cell = change.row.cell) {
+        object["setting"] = CellName(*cell);
+        object["fromValue"] = ValueIn(before, *cell);
+        object["toValue"] = ValueIn(after, *cell);
+    }
+    return OnALine(object);
+}
+
+std::string JsonText(const std::string& time, TargetDevice device, const std::string& message) {
+    return OnALine({{"time", time}, {"device", DeviceWord(device)}, {"message", message}});
+}
 
 std::string JsonText(const Report& report) {
     Json object = Json::object();
@@ -167,7 +188,7 @@ std::string JsonText(const Report& report) {
         object["unknown"] = report.unknown;
     if (!report.message.empty())
         object["message"] = report.message;
-    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    return OnALine(object);
 }
 
 }  // namespace tarnwell::cli

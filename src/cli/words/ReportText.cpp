@@ -209,6 +209,15 @@ std::string ChangeLines(const std::vector<ByteChange>& changes, TargetDevice dev
     return text;
 }
 
+std::string PlainText(const WatchedChange& change) {
+    const auto& [address, before, after] = change.row.bytes.front();
+    const auto& cell = change.row.cell;
+    const int shift = cell ? Cell(*cell).setting->shift : 0;
+    return WhenOf(change.time) + "  " + Place(address, cell) + ": " +
+           std::to_string(FieldOf(before, shift)) + " becomes " +
+           std::to_string(FieldOf(after, shift)) + "\n";
+}
+
 std::string PlainText(const Report& report) {
     std::string text;
     const auto add = [&](std::string_view what, const std::string& value) {

@@ -85,4 +85,7 @@ struct Box {
     }
 };
 
+/// The text of a box as one line; what its last part asks is left out.
+std::string OneLine(const Box& box);
+
 }  // namespace tarnwell

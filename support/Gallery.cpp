@@ -128,6 +128,8 @@ void Exhibition::ShowMost() {
         window_.program().cellEditor.MoveTo({2, 3});
         window_.program().cellEditor.Click();
     };
+    const auto enlarge = [this] { window_.resize(window_.size() + QSize(200, 150)); };
+    const auto shrink = [this] { window_.resize(window_.minimumSize()); };
     const auto forgetDevice = [this] {
         window_.program().bus.Changed();
         window_.program().cells.SetMark(2, Mark::Save);
@@ -198,7 +200,12 @@ void Exhibition::ShowMost() {
           {"menu:lblSetting_8", "menu-cell"},
           {"Esc menu:DataGrid", "menu-grid"},
           {"Esc menu:lblOldData_1", "menu-pending"},
-          {"Esc mnuEditGoTo type:300~g Return", "go-to"},
+          {"Esc mnuEditText"},
+          {enlarge},
+          {"on:DataGrid F6", "editor-text"},
+          {"mnuEditText"},
+          {shrink},
+          {"mnuEditGoTo type:300~g Return", "go-to"},
           {"Esc mnuEditFind on:txtFind type:300~g Return", "find"}});
 }
 

@@ -35,6 +35,8 @@ struct ProgramState {
     std::string editorWarning;          ///< "ShowWarn" or "NoWarn"
     std::string editTop;                ///< the value editor's place, twips
     std::string editLeft;
+    std::string editorSize;     ///< of a big window's content, "WIDTH HEIGHT" in pixels, or empty
+    bool textColumn = false;    ///< beside the grid's numbers
     std::string comparePlace;   ///< "LEFT TOP WIDTH HEIGHT" in pixels, or empty
     std::string historySize;    ///< "WIDTH HEIGHT" in pixels, or empty
     std::string archiveFolder;  ///< where the file dialogs open
@@ -70,9 +72,9 @@ constexpr std::string_view Word(EditorSwitch editor) {
     return editor == EditorSwitch::On ? "ON" : "OFF";
 }
 
-/// Whether each whole read is done twice, as a word.
-constexpr std::string_view ReadTwiceWord(int readPasses) {
-    return readPasses > 1 ? "True" : "False";
+/// A switch among the options, as a word.
+constexpr std::string_view SwitchWord(bool on) {
+    return on ? "True" : "False";
 }
 
 /// The mode that a stored word names; "Decimal" for any word but the two.

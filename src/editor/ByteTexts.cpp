@@ -41,6 +41,17 @@ std::optional<std::vector<std::uint8_t>> BytesFromText(std::string_view text, Nu
     return bytes;
 }
 
+ByteReadings ReadingsOf(std::string_view text) {
+    ByteReadings readings{.decimal = BytesFromText(text, NumberMode::Decimal),
+                          .hex = BytesFromText(text, NumberMode::Hex)};
+    const auto parts = SplitBytes(text);
+    const auto isPair = [](std::string_view part) { return part.size() == 2; };
+    const auto isFilled = [](std::string_view part) { return part.starts_with('0'); };
+    if (std::ranges::all_of(parts, isPair) && std::ranges::any_of(parts, isFilled))
+        readings.decimal.reset();
+    return readings;
+}
+
 std::optional<BytePattern> PatternFromText(std::string_view text, NumberMode mode) {
     BytePattern pattern;
     for (const std::string_view part : SplitBytes(text)) {

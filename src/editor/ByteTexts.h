@@ -19,6 +19,20 @@ std::vector<std::string_view> SplitBytes(std::string_view text);
 /// nothing if one of them is none.
 std::optional<std::vector<std::uint8_t>> BytesFromText(std::string_view text, NumberMode mode);
 
+/// The bytes that the parts of `text` write, where nobody says in which base.
+struct ByteReadings {
+    using Bytes = std::optional<std::vector<std::uint8_t>>;
+
+    Bytes decimal;  ///< none of two digits each, the first of a part a zero: so no decimals are
+    Bytes hex;
+
+    /// Whether it could be either and is not the same.
+    bool AreTwo() const { return decimal && hex && *decimal != *hex; }
+};
+
+/// Parts behind 0x are hexadecimal in both readings.
+ByteReadings ReadingsOf(std::string_view text);
+
 /// Bytes to look for, some of which may be any.
 using BytePattern = std::vector<std::optional<std::uint8_t>>;
 

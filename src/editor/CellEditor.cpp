@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "core/Words.h"
-#include "editor/ByteTexts.h"
 
 namespace tarnwell {
 
@@ -16,6 +15,19 @@ constexpr Message kOutOfRangeDecimal{
 constexpr Message kOutOfRangeHex{
     "The new value was out of range and\r\nhas been discarded. Try again.", "W A R N I N G",
     BoxStyle::Exclamation};
+
+constexpr Message kAskHex{"Are these bytes hexadecimal?\r\n", "P A S T E", BoxStyle::YesNoQuestion};
+constexpr Message kAskIntoBuffer{"", "P A S T E", BoxStyle::YesNoQuestion};
+constexpr Message kAskFillIntoBuffer{"", "F I L L", BoxStyle::YesNoQuestion};
+constexpr std::size_t kBytesOfReading = 12;
+
+/// A reading's first bytes, in `mode`.
+std::string ReadingText(std::span<const std::uint8_t> bytes, NumberMode mode) {
+    std::string text;
+    for (const std::uint8_t byte : bytes.first(std::min(bytes.size(), kBytesOfReading)))
+        text += ' ' + NumberText(byte, mode);
+    return text + (bytes.size() > kBytesOfReading ? " ..." : "");
+}
 
 /// The cell `steps` bytes further, from the grid's end on at its start and the reverse.
 GridCell Stepped(GridCell cell, int steps) {
@@ -48,15 +60,37 @@ CellEditor::CellEditor(const CommandContext& context, DataGrid& grid, PendingWri
     : Command(context), grid_(grid), pending_(pending) {}
 
 void CellEditor::Click() {
-    if (EditorIsOn())
+    if (EditorIsOn() && grid_.Side() == GridSide::Bytes)
         BeginCellEdit({});
 }
 
 void CellEditor::CharacterTyped(std::string_view character) {
-    if (EditorIsOn())
-        BeginCellEdit(character);
-    else
+    if (!EditorIsOn())
         TellSwitch();
+    else if (grid_.Side() == GridSide::Text)
+        TypeText(character);
+    else
+        BeginCellEdit(character);
+}
+
+void CellEditor::TypeText(std::string_view character) {
+    if (character.size() != 1 || !IsCharacter(static_cast<std::uint8_t>(character.front())))
+        return;
+    const CommandScope scope(statusBar_);
+    const int address = grid_.Current().Address();
+    if (EnterByte(address, static_cast<std::uint8_t>(character.front())) &&
+        address < kEepromBytes - 1)
+        grid_.MoveCurrent(Stepped(grid_.Current(), 1));
+}
+
+void CellEditor::ChangeSide() {
+    if (state_.textColumn)
+        SetSide(grid_.Side() == GridSide::Bytes ? GridSide::Text : GridSide::Bytes);
+}
+
+void CellEditor::SetSide(GridSide side) {
+    SettleEntry();
+    grid_.SetSide(side);
 }
 
 void CellEditor::TellSwitch() {
@@ -111,16 +145,31 @@ CellEditor::Commit CellEditor::CommitCellEdit() {
         step.Forget();
         return Commit::Settled;
     }
+    if (Put(address, after) == Commit::Settled)
+        return Commit::Settled;
+    grid_.SetEditText(before.Text(state_.numberMode));
+    grid_.SetGridChanged(gridWasChanged);
+    return Commit::Refused;
+}
+
+CellEditor::Commit CellEditor::Put(int address, const ShownByte& after) {
     if (pending_.IsFull() && !pending_.MakeRoom()) {
-        grid_.SetEditText(before.Text(state_.numberMode));
-        grid_.SetGridChanged(gridWasChanged);
-        statusBar_.ShowStatus("Pending EEP Writes Are Full; Change Discarded", kResultSeconds);
+        Post("Pending EEP Writes Are Full; Change Discarded");
         return Commit::Refused;
     }
-    grid_.EnterCurrent(after);
-    grid_.SetGridChanged(true);
+    const ShownByte before = grid_.Shown(GridCell::At(address));
+    grid_.Enter(address, after);
     pending_.AddPendingWrite({address, before, after});
     return Commit::Settled;
+}
+
+bool CellEditor::EnterByte(int address, std::uint8_t value) {
+    const CommandScope scope(statusBar_);
+    const auto before = grid_.Shown(GridCell::At(address)).Byte();
+    if (before == value)
+        return true;
+    const Step step(steps_, {.what = "Byte", .address = address, .from = before, .to = value});
+    return Put(address, {value}) == Commit::Settled;
 }
 
 CellEditor::Commit CellEditor::LeaveCell() {
@@ -153,19 +202,78 @@ void CellEditor::Paste(std::string_view text) {
     if (!EditorIsOn())
         return TellSwitch();
     const CommandScope scope(statusBar_);
-    const auto bytes = BytesFromText(text, state_.numberMode);
+    const auto bytes = PastedBytes(text);
     const int first = grid_.Current().Address();
     if (!bytes || first + static_cast<int>(bytes->size()) > kEepromBytes)
         return TellOutOfRange();
-    const Step step(steps_, {"Paste of " + Counted(bytes->size(), "Byte")});
-    for (const std::uint8_t byte : *bytes) {
-        BeginCellEdit({});
-        grid_.SetEditText(NumberText(byte, state_.numberMode));
-        if (CommitCellEdit() == Commit::Refused)
+    Enter("Paste", first, *bytes);
+}
+
+/// A single number is of the mode, if it can be.
+ByteReadings::Bytes CellEditor::PastedBytes(std::string_view text) {
+    const ByteReadings read = ReadingsOf(text);
+    if (state_.numberMode == NumberMode::Hex)
+        return read.hex;
+    if (!read.AreTwo() || read.hex->size() == 1)
+        return read.decimal ? read.decimal : read.hex;
+    const Box question =
+        Box(kAskHex)
+            .WithLine("Yes: decimal" + ReadingText(*read.hex, NumberMode::Decimal))
+            .WithLine("No: decimal" + ReadingText(*read.decimal, NumberMode::Decimal));
+    return user_.ShowBox(question) == Answer::Yes ? read.hex : read.decimal;
+}
+
+void CellEditor::FillSelection() {
+    const CommandScope scope(statusBar_);
+    SettleEntry();
+    const auto [first, last] = grid_.Selection();
+    const auto count = static_cast<std::size_t>(last - first + 1);
+    const std::string prompt = "Enter a value from 0 to " + NumberText(255, state_.numberMode) +
+                               " for " + Counted(count, "byte") + "...";
+    const auto answer =
+        user_.AskText({prompt, "F I L L   S E L E C T I O N", NumberText(0, state_.numberMode)});
+    if (!answer)
+        return;
+    const auto value = NumberFromText(*answer, state_.numberMode, 255);
+    if (!value)
+        return TellOutOfRange();
+    grid_.MoveCurrent(GridCell::At(first));
+    Enter("Fill", first, std::vector(count, static_cast<std::uint8_t>(*value)));
+    SettleEntry();
+    grid_.MoveCurrent(GridCell::At(first));
+    grid_.SelectTo(GridCell::At(last));
+}
+
+/// As if each were typed, if the queue has room for those that are other than before.
+void CellEditor::Enter(std::string_view what, int first, std::span<const std::uint8_t> bytes) {
+    const Step step(steps_, {std::string(what) + " of " + Counted(bytes.size(), "Byte")});
+    int changing = 0;
+    for (int address = first; const std::uint8_t byte : bytes)
+        changing += grid_.Shown(GridCell::At(address++)).Byte() == byte ? 0 : 1;
+    if (changing > pending_.Room())
+        return EnterInBuffer(what, first, bytes);
+    for (int address = first; const std::uint8_t byte : bytes)
+        if (!EnterByte(address++, byte))
             return;
-        if (grid_.Current().Address() < kEepromBytes - 1)
-            MoveTo(Stepped(grid_.Current(), 1));
-    }
+    grid_.CloseEntry();
+    MoveTo(GridCell::At(std::min(first + static_cast<int>(bytes.size()), kEepromBytes - 1)));
+}
+
+void CellEditor::EnterInBuffer(std::string_view what, int first,
+                               std::span<const std::uint8_t> bytes) {
+    const int last = first + static_cast<int>(bytes.size()) - 1;
+    Box question = what == "Paste" ? kAskIntoBuffer : kAskFillIntoBuffer;
+    question.text =
+        std::string(what) + " " + Counted(bytes.size(), "byte") +
+        "? They go into the memory buffer; Write Differences brings them to the EEProm.";
+    if (user_.ShowBox(question) != Answer::Yes)
+        return;
+    grid_.CloseEntry();
+    origin_.Note(BufferChange::BytesTransferred);
+    grid_.EnterInBuffer(first, bytes);
+    pending_.Forget({first, last});
+    MoveTo(GridCell::At(std::min(last + 1, kEepromBytes - 1)));
+    Post(Counted(bytes.size(), "Byte") + " Entered in the Memory Buffer");
 }
 
 bool CellEditor::PasteIntoEntry(std::string_view text) {
@@ -174,12 +282,15 @@ bool CellEditor::PasteIntoEntry(std::string_view text) {
         Paste(text);
         return true;
     }
-    if (parts.empty() || !HasHexPrefix(parts.front()))
+    if (parts.empty())
         return false;
-    if (const auto bytes = BytesFromText(text, state_.numberMode))
-        grid_.SetEditText(NumberText(bytes->front(), state_.numberMode));
-    else
+    const bool isHex = HasHexPrefix(parts.front());
+    if (const auto [decimal, hex] = ReadingsOf(text); hex && (isHex || !decimal))
+        grid_.SetEditText(NumberText(hex->front(), state_.numberMode));
+    else if (isHex)
         TellOutOfRange();
+    else
+        return false;
     return true;
 }
 
@@ -198,6 +309,8 @@ void CellEditor::KeyPressed(EditKey key) {
         case EditKey::Escape:
             grid_.AbandonEntry();
             return;
+        case EditKey::Side:
+            return ChangeSide();
         case EditKey::Next:
             return CommitAndMove(Stepped(cell, 1));
         case EditKey::Previous:

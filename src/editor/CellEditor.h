@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "editor/ByteTexts.h"
 #include "editor/PendingWrites.h"
 
 namespace tarnwell {
@@ -16,6 +17,7 @@ enum class EditKey : std::uint8_t {
     Left,
     Down,  ///< Enter, Down
     Up,
+    Side,  ///< F6: on to the text column
     Escape,
 };
 
@@ -33,17 +35,30 @@ class CellEditor final : private Command {
     /// Selects what lies between `cell` and where the selection began; an open entry is committed.
     void SelectTo(GridCell cell);
 
-    /// Enters the bytes of `text` from the current cell on as if each were typed. If one of them is
-    /// no byte, or has no place in the grid, the box of an entry out of range refuses them all.
+    /// Enters the bytes of `text` from the current cell on. It is hexadecimal where it cannot be
+    /// decimal; where the number mode leaves it open, the user is asked. If a part of it is no
+    /// byte, or has no place in the grid, the box of an entry out of range refuses them all.
     void Paste(std::string_view text);
 
-    /// A paste into the open entry: several bytes are entered as by Paste, and one behind 0x is
-    /// the entry's new text. False for any other text, which goes where the caret is.
+    /// Gives all bytes of the selection a value that the user is asked for.
+    void FillSelection();
+
+    /// Enters a byte as if it were typed into its cell; false if the queue had no room for it.
+    [[nodiscard]] bool EnterByte(int address, std::uint8_t value);
+
+    /// A paste into the open entry: several bytes are entered as by Paste, and one that can only be
+    /// hexadecimal is the entry's new text. False for any other text, which goes where the caret
+    /// is.
     bool PasteIntoEntry(std::string_view text);
 
-    /// A character typed while the grid itself has the focus. With the editor off it enters
-    /// nothing; the first time the status line says how to switch it on.
+    /// A character typed while the grid itself has the focus: it begins an entry or, in the text
+    /// column, is the byte. With the editor off it enters nothing; the first time the status line
+    /// says how to switch it on.
     void CharacterTyped(std::string_view character);
+
+    /// Goes from the numbers to the text column, if it is shown, or back.
+    void ChangeSide();
+    void SetSide(GridSide side);
 
     /// The user scrolled the grid: an open entry is abandoned.
     void Scrolled();
@@ -65,6 +80,11 @@ class CellEditor final : private Command {
     void BeginCellEdit(std::string_view character);
     bool CheckEditValue();
     void TellOutOfRange();
+    ByteReadings::Bytes PastedBytes(std::string_view text);
+    void Enter(std::string_view what, int first, std::span<const std::uint8_t> bytes);
+    void EnterInBuffer(std::string_view what, int first, std::span<const std::uint8_t> bytes);
+    void TypeText(std::string_view character);
+    Commit Put(int address, const ShownByte& after);
     Commit CommitCellEdit();
     Commit LeaveCell();
     void CommitAndMove(GridCell target);

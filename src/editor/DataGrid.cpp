@@ -53,11 +53,15 @@ void DataGrid::FillGrid() {
 void DataGrid::TransferGrid() {
     std::ranges::copy(Bytes(), buffer_.begin());
     contents_.changed.reset();
+    ShowBufferChanged();
+    statusBar_.ShowStatus("Data Grid Values Transfered to Memory Buffer", kResultSeconds);
+}
+
+void DataGrid::ShowBufferChanged() {
     view_.GridRefilled();
-    SetGridChanged(false);
+    SetGridChanged(contents_.changed.any());
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
     state_.BufferChanged = true;
-    statusBar_.ShowStatus("Data Grid Values Transfered to Memory Buffer", kResultSeconds);
 }
 
 void DataGrid::ConvertNumbers(NumberMode mode) {
@@ -104,18 +108,26 @@ GridRange DataGrid::Selection() const {
     return {std::min(current, anchor), std::max(current, anchor)};
 }
 
-std::string DataGrid::SelectionText() const {
-    const GridRange selection = Selection();
-    std::string text = Text(GridCell::At(selection.first));
-    for (int address = selection.first + 1; address <= selection.last; ++address)
-        text.append(" ").append(Text(GridCell::At(address)));
-    return text;
+void DataGrid::SetSide(GridSide side) {
+    side_ = side;
+    view_.CurrentCellMoved();
 }
 
-void DataGrid::EnterCurrent(const ShownByte& entered) {
-    contents_.Put(current_.Address(), entered);
-    contents_.changed.set(Index(current_));
-    view_.GridCellChanged(current_);
+void DataGrid::Enter(int address, const ShownByte& entered) {
+    contents_.Put(address, entered);
+    contents_.changed.set(static_cast<std::size_t>(address));
+    view_.GridCellChanged(GridCell::At(address));
+    SetGridChanged(true);
+}
+
+void DataGrid::EnterInBuffer(int first, std::span<const std::uint8_t> bytes) {
+    for (int address = first; const std::uint8_t byte : bytes) {
+        const auto index = static_cast<std::size_t>(address);
+        buffer_[index] = byte;
+        contents_.Put(address++, {byte});
+        contents_.changed.reset(index);
+    }
+    ShowBufferChanged();
 }
 
 void DataGrid::TakeBack(int address, const ShownByte& before) {

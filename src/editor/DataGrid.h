@@ -5,6 +5,7 @@
 #include <bitset>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "core/Shared.h"
@@ -50,6 +51,14 @@ struct GridContents {
     /// Each cell shows its byte in its own form.
     void ForgetTexts();
 };
+
+/// In which form of the bytes the user is: their numbers, or the characters beside them.
+enum class GridSide : std::uint8_t { Bytes, Text };
+
+/// Whether the text column shows the byte as itself, which ASCII does, or as a dot.
+constexpr bool IsCharacter(std::uint8_t byte) {
+    return byte >= ' ' && byte <= '~';
+}
 
 enum class EditSelection : std::uint8_t { WholeText, CaretAtEnd };
 
@@ -111,11 +120,14 @@ class DataGrid final : public NumberDisplay {
     /// What is selected: at least the current cell.
     GridRange Selection() const;
 
-    /// The selection's texts, with blanks between them.
-    std::string SelectionText() const;
+    GridSide Side() const { return side_; }
+    void SetSide(GridSide side);
 
-    /// Gives the current cell its edited byte.
-    void EnterCurrent(const ShownByte& entered);
+    /// Gives a cell its edited byte.
+    void Enter(int address, const ShownByte& entered);
+
+    /// Gives the bytes from `first` on to the grid and to the buffer at once.
+    void EnterInBuffer(int first, std::span<const std::uint8_t> bytes);
 
     /// Gives a byte what it was before an edit.
     void TakeBack(int address, const ShownByte& before);
@@ -139,6 +151,7 @@ class DataGrid final : public NumberDisplay {
   private:
     void Move(GridCell cell, std::optional<GridCell> anchor);
     void EndEntry(std::string text);
+    void ShowBufferChanged();
     static std::size_t Index(GridCell cell) { return static_cast<std::size_t>(cell.Address()); }
 
     ProgramState& state_;
@@ -149,6 +162,7 @@ class DataGrid final : public NumberDisplay {
     GridContents contents_;
     GridCell current_;
     std::optional<GridCell> anchor_;  ///< where the selection began
+    GridSide side_ = GridSide::Bytes;
     std::string editText_;
     bool entryIsOpen_ = false;
 };

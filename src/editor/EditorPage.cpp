@@ -39,6 +39,14 @@ void EditorPage::ApplyEditorSwitch() {
     view_.FocusGrid();
 }
 
+void EditorPage::ToggleTextColumn() {
+    state_.textColumn = !state_.textColumn;
+    cellEditor_.SetSide(GridSide::Bytes);
+    Post(state_.textColumn ? "Text Column Shown; F6 Goes There" : "Text Column Hidden");
+    screen_.Changed(Shown::Layout);
+    screen_.Changed(Shown::Menus);
+}
+
 void EditorPage::SetLayout(SizeMode mode) {
     state_.sizeMode = mode;
     screen_.Changed(Shown::Layout);

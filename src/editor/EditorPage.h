@@ -13,6 +13,9 @@ class EditorPage final : private Command {
     /// A click on the editor switch.
     void ToggleEditor();
 
+    /// Shows the text column beside the grid's numbers, or hides it.
+    void ToggleTextColumn();
+
     /// The tab control shows `page`. Leaving the data editor with edits in the grid asks what
     /// becomes of them; entering it shows the warning.
     void SwitchPage(Page page);

@@ -93,6 +93,13 @@ void PendingWrites::TakeBack(int row) {
     Post("Pending EEP Write Taken Back");
 }
 
+void PendingWrites::Forget(GridRange range) {
+    std::erase_if(queue_.entries, [range](const PendingEntry& entry) {
+        return entry.address >= range.first && entry.address <= range.last;
+    });
+    view_.PendingWritesChanged();
+}
+
 void PendingWrites::WritePending() {
     const CommandScope scope(statusBar_);
     ++attempts_;

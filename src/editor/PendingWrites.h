@@ -63,6 +63,9 @@ class PendingWrites final : public NumberDisplay, private Command {
     /// shows the entry's, unless a later entry changes it, too.
     void TakeBack(int row);
 
+    /// Forgets the entries of bytes that were given another value elsewhere.
+    void Forget(GridRange range);
+
     /// The address of an entry's byte.
     int Address(int row) const { return Entry(row).address; }
 
@@ -73,6 +76,7 @@ class PendingWrites final : public NumberDisplay, private Command {
     int Attempts() const { return attempts_; }
 
     bool IsFull() const { return queue_.IsFull(); }
+    int Room() const { return kPendingRows - Count(); }
     int Count() const { return queue_.Count(); }
     const PendingEntry& Entry(int row) const {
         return queue_.entries[static_cast<std::size_t>(row)];

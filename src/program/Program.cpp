@@ -47,6 +47,7 @@ Program::Program(const Surroundings& outside)
       cellEditor(context, grid, pending),
       editorPage(context, grid, pending, cellEditor, outside.editorView),
       find(context, grid, editorPage),
+      selection(context, grid),
       cells(state, outside.settingsView),
       settings(context, buffer, editorPage, cells),
       valueEditor(context, cells, outside.settingsView),
@@ -154,6 +155,8 @@ std::string Program::BackgroundText() const {
         return valueEditor.Description();
     if (grid.EntryIsOpen())
         return cellEditor.Description();
+    if (state.page == Page::Editor && selection.IsOfSeveral())
+        return selection.Summary();
     const bool named = state.page == Page::Editor && state.targetDevice == TargetDevice::Primary;
     std::string text = named ? ByteText(grid.Current().Address(), state.numberMode) : "";
     return text.empty() ? WaitingText(WaitingOn(state.page)) : text;

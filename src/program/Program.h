@@ -12,6 +12,7 @@
 #include "differences/Watch.h"
 #include "differences/WriteDifferencesCommand.h"
 #include "editor/Find.h"
+#include "editor/Selection.h"
 #include "history/UndoCommands.h"
 #include "i2c/FollowedBus.h"
 #include "i2c/kernel/KernelBus.h"
@@ -129,6 +130,7 @@ class Program final {
     CellEditor cellEditor;
     EditorPage editorPage;
     Find find;
+    Selection selection;
     SettingCells cells;
     SettingsEngine settings;
     ValueEditor valueEditor;

@@ -49,12 +49,14 @@ TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
           {"MainLeft", "-30"},
           {"EditTop", "1"},
           {"EditLeft", "2"},
+          {"EditorSize", "4"},
           {"ComparePlace", "3"}}},
         {kProgOpts,
          {{"InitDir", "/tv"},
           {"NumMode", "Hex"},
           {"DataWarn", "NoWarn"},
           {"ReadTwice", "True"},
+          {"TextColumn", "True"},
           {"RecentImages", "/b\n/a"},
           {"RecentSettings", "/c"}}},
         {kProgPort, {{"PortAddr", "632"}, {"PortOpts", "21012010"}, {"I2CBus", "u|/dev/i2c-7"}}}};
@@ -70,6 +72,7 @@ TEST(StartUp, TakesEachOptionForWhatItIsAndShutDownKeepsIt) {
     EXPECT_EQ(state.bus, (ChosenBus{I2cBus{"u", "/dev/i2c-7"}}));
     EXPECT_EQ(state.numberMode, NumberMode::Hex);
     EXPECT_EQ(state.readPasses, 2);
+    EXPECT_TRUE(state.textColumn);
     for (auto& [key, values] : test.registry.keys)
         for (auto& [name, value] : values)
             value.clear();

@@ -131,27 +131,158 @@ TEST_F(EditorTest, PastesBytesAsIfTypedOrNoneOfThem) {
     EXPECT_EQ(program.grid.Text(GridCell::At(8191)) + program.grid.Text(GridCell::At(53)), "38");
     EXPECT_EQ(program.pending.Count(), 5) << "a 0 where 0 stands is no change";
     user.answers = {Answer::No};
-    editor.Paste("1 2 3 4 5 6");
-    EXPECT_EQ(program.pending.Count(), 1) << "the tenth asked";
-    for (const auto& [text, pasted, shown] :
-         {std::tuple(" 0x1F", true, "31"), {"0x1FF", true, "31"}, {"1F", false, "31"}}) {
+    editor.Paste("1 2 3 4 5");
+    EXPECT_EQ(program.pending.Count(), 0) << "the tenth asked";
+    for (const auto& [text, pasted, shown] : {std::tuple(" 0x1F", true, "31"),
+                                              {"0x1FF", true, "31"},
+                                              {"2F", true, "47"},
+                                              {"12", false, "47"}}) {
         EXPECT_EQ(editor.PasteIntoEntry(text), pasted);
         EXPECT_EQ(program.grid.EditText(), shown) << text;
     }
     EXPECT_THAT(user.TakeBoxes(), Contains(refused));
 }
 
+TEST_F(EditorTest, ReadsHexadecimalWhereItCannotBeDecimalAndAsksWhereItCouldBe) {
+    using enum Answer;
+    using Answers = std::deque<Answer>;
+    const auto shown = [&](int count) {
+        program.grid.MoveCurrent(GridCell::At(50));
+        program.grid.SelectTo(GridCell::At(49 + count));
+        return program.selection.Text(NumberMode::Decimal);
+    };
+    for (const auto& [text, answers, bytes, count] :
+         {std::tuple("0A 0B 0C 0D", Answers{}, "10 11 12 13", 4),
+          {"00 12 34", {}, "0 18 52", 3},
+          {"1f 100", {}, "0 0", 2},  // neither
+          {"10 0x1F 8", {Yes}, "16 31 8", 3},
+          {"10 20", {No}, "10 20", 2},
+          {"200 10", {}, "200 10", 2},
+          {"7 8", {}, "7 8", 2},
+          {"20", {}, "20", 1}}) {
+        program.pending.ClearPendingWrites();
+        program.grid.FillGrid();
+        editor.MoveTo(GridCell::At(50));
+        user.answers = answers;
+        editor.Paste(text);
+        EXPECT_EQ(shown(count), bytes) << text;
+        EXPECT_TRUE(user.answers.empty()) << text;
+    }
+    EXPECT_THAT(user.TakeBoxes(),
+                Contains("P A S T E|Are these bytes hexadecimal?\r\n\r\nYes: decimal 16 31 8\r\n"
+                         "No: decimal 10 31 8"));
+    editor.MoveTo(GridCell::At(50));
+    user.answers = {No, No};
+    editor.Paste("10 10 10 10 10 10 10 10 10 10 10 10 10 0x1");
+    EXPECT_THAT(user.boxes.at(0).text, EndsWith("10 10 10 ...")) << "the first twelve";
+    program.numberModeMenu.Select(NumberMode::Hex);
+    editor.MoveTo(GridCell::At(50));
+    editor.Paste("10 20");
+    EXPECT_EQ(shown(2), "16 32");
+}
+
+TEST_F(EditorTest, MoreBytesThanTheQueueHasRoomForGoIntoTheBufferAfterOneQuestion) {
+    EditByte(301, "99");
+    EditByte(40, "98");
+    const auto enter = [&](Answer answer) {
+        editor.MoveTo(GridCell::At(300));
+        user.answers = {answer};
+        editor.Paste("1 2 3 4 5 6 7 8 9 1 1 1 1 1 1 1");
+        return user.TakeBoxes();
+    };
+    EXPECT_THAT(enter(Answer::No),
+                ElementsAre("P A S T E|Paste 16 bytes? They go into the memory buffer; Write "
+                            "Differences brings them to the EEProm."));
+    EXPECT_EQ(After(""), "0; 301 0 99; 40 0 98; !");
+    enter(Answer::Yes);
+    EXPECT_EQ(After(""), "1; 40 0 98; !");
+    EXPECT_TRUE(program.buffer[300] == 1 && program.buffer[315] == 1 && program.buffer[40] == 0);
+    EXPECT_TRUE(program.state.BufferChanged);
+    EXPECT_EQ(Crc(), mCRC32::BufferCrcText(program.buffer));
+    EXPECT_EQ(Status(), "16 Bytes Entered in the Memory Buffer");
+    EXPECT_EQ(program.grid.Current().Address(), 316);
+    program.undo.Undo();
+    EXPECT_EQ(After(""), "0; 301 0 99; 40 0 98; !");
+    EXPECT_EQ(program.buffer[300], 0);
+
+    editor.SelectTo(GridCell::At(326));
+    for (const auto& [text, answers, filled] :
+         {std::tuple(std::optional<std::string>(), std::deque<Answer>{}, 0),
+          {"256", {}, 0},
+          {"0xAB", {Answer::Yes}, 0xAB}}) {
+        user.texts = {text};
+        user.answers = answers;
+        editor.FillSelection();
+        EXPECT_EQ(program.buffer[326], filled);
+    }
+    EXPECT_EQ(program.grid.Selection().first, 316);
+    editor.MoveTo(GridCell::At(320));
+    editor.SelectTo(GridCell::At(319));
+    user.texts = {"7"};
+    editor.FillSelection();
+    EXPECT_EQ(program.selection.Text(NumberMode::Hex), "07 07");
+    EXPECT_EQ(program.pending.Count(), 4);
+    EXPECT_EQ(program.history.NextName(Direction::Undo), "Fill of 2 Bytes");
+}
+
+TEST_F(EditorTest, TheTextColumnTakesCharactersAsBytes) {
+    editor.MoveTo(GridCell::At(300));
+    editor.ChangeSide();
+    EXPECT_EQ(program.grid.Side(), GridSide::Bytes) << "it is not shown";
+    program.editorPage.ToggleTextColumn();
+    editor.Click();
+    editor.TextEdited("9");
+    editor.KeyPressed(Side);
+    for (const char* typed : {"T", "\x7F", "\xC3\xA9", "\r", "", " ", "~"})
+        editor.CharacterTyped(typed);
+    EXPECT_FALSE(program.grid.EntryIsOpen());
+    EXPECT_EQ(After(""), "84!; 300 0 9; 300 9 84; 301 0 32; 302 0 126; !");
+    EXPECT_EQ(program.grid.Current().Address(), 303);
+    program.editorPage.ShowByte(8191);
+    EXPECT_FALSE(program.grid.EntryIsOpen()) << "nor by what leads to a byte";
+    editor.CharacterTyped("x");
+    EXPECT_EQ(program.grid.Current().Address(), 8191);
+    program.editorPage.ToggleTextColumn();
+    EXPECT_EQ(program.grid.Side(), GridSide::Bytes);
+    EXPECT_EQ(Status(), "Text Column Hidden");
+}
+
+TEST_F(EditorTest, ASelectionIsSummedUpAndSaved) {
+    EditByte(300, "171");
+    EditByte(301, "205");
+    editor.MoveTo(GridCell::At(299));
+    program.statusBar.MsgTimerFired();
+    editor.SelectTo(GridCell::At(301));
+    EXPECT_EQ(Status(), "299 to 301: 3 bytes, sum 178, CRC32 9D50B022");
+    for (const auto& [path, outcome] : {std::pair(std::optional(folder.Path("none/b")), ""),
+                                        {{}, ""},
+                                        {folder.Path("b"), "Selection Saved"}}) {
+        user.files = {path};
+        program.statusBar.PutStatus("");
+        program.selection.Save();
+        EXPECT_EQ(Status(), outcome);
+    }
+    EXPECT_THAT(user.TakeBoxes(), ElementsAre("E R R O R|The selection could not be saved."));
+    EXPECT_EQ(folder.Read("b"), std::string("\0\xAB\xCD", 3));
+    EXPECT_EQ(user.fileRequests.back().fileName, "bytes-012B");
+    program.grid.MoveCurrent({0, 1});
+    program.grid.SelectTo(GridCell::At(8191));
+    program.grid.TransferGrid();
+    EXPECT_THAT(program.selection.Summary(), EndsWith(Crc())) << "the buffer's";
+}
+
 TEST_F(EditorTest, SelectsFromWhereItBegan) {
     const DataGrid& grid = program.grid;
+    const auto selected = [this] { return program.selection.Text(NumberMode::Decimal); };
     EditByte(20, "5", Down);
     editor.TextEdited("6");
     editor.SelectTo(GridCell::At(34));
-    EXPECT_EQ(grid.SelectionText(), "0 0 6") << "an open entry is committed";
+    EXPECT_EQ(selected(), "0 0 6") << "an open entry is committed";
     EXPECT_FALSE(grid.EntryIsOpen());
     editor.SelectTo(GridCell::At(37));
-    EXPECT_EQ(grid.SelectionText(), "6 0");
+    EXPECT_EQ(selected(), "6 0");
     editor.MoveTo(GridCell::At(20));
-    EXPECT_EQ(grid.SelectionText(), "5");
+    EXPECT_EQ(selected(), "5");
     editor.SelectTo(GridCell::At(21));
     editor.CharacterTyped("1");
     EXPECT_EQ(grid.Selection().first, 21);

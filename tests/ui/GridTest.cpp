@@ -178,11 +178,68 @@ TEST_F(GridTest, SeveralBytesAreSelectedCopiedPastedAndTakenBack) {
         QTest::mouseMove(&seen, centre(2, 9));
         QTest::qWait(120);
         EXPECT_EQ(current(), end);
-        play({{"menu:DataGrid mnuGridCopy"}});
+        play({{"menu:DataGrid mnuGridCopyHex"}});
         EXPECT_EQ(QGuiApplication::clipboard()->text().count(' '), abs(end.Address() - 33));
     }
     program.cellEditor.MoveTo({2, 2});
     play({{"at:49", "selected", "0"}});
+}
+
+TEST_F(GridTest, TheTextColumnIsTypedInAndFoundWith) {
+    const auto click = [this](int row, int offset) {
+        const QRect texts = grid().visualRect(grid().model()->index(row, 17));
+        QTest::mouseClick(grid().viewport(), Qt::LeftButton, {},
+                          GridView::characterPlace(texts, offset).center());
+    };
+    sights["text"] = [this] { return grid().model()->index(4, 17).data().toString(); };
+    sights["hidden"] = [this] { return QString::number(grid().isColumnHidden(17)); };
+    play({{"at:18", "hidden", "1"},
+          {"mnuEditText", "hidden mnuEditText", "0 / *Text Column"},
+          {"at:68 type:201 F6", "grid focus text", "68 68:201 / DataGrid / @ABC.EFGHIJKLMNO"},
+          {[&] { click(4, 5); }, "grid", "69 68:201"},
+          {"type:A~", "grid text", "71 68:201 69:65 70:32 / @ABC.A GHIJKLMNO"},
+          {"mnuEditFind", "cboKind", "Text"},
+          {"on:txtFind type:JK Return Esc", "grid", "74 68:201 69:65 70:32"},
+          {"on:DataGrid F6 7 F6", "grid", "74 68:201 69:65 70:32 74:7"},
+          {"at:20", "grid", "20 [20] 68:201 69:65 70:32 74:7"},
+          {[&] { click(0, 15); }, "grid", "15 ..."}});
+    EXPECT_EQ(byte(4, 6), "Address 69: 65, character A, changed");
+    QTest::mousePress(grid().viewport(), Qt::LeftButton, {}, QPoint(centre(1, 17).x(), 8));
+    QTest::mouseMove(grid().viewport(), {9999, centre(1, 17).y()});
+    EXPECT_EQ(current(), (GridCell{1, 16}));
+    QTest::mouseRelease(grid().viewport(), Qt::LeftButton);
+    for (int column = 0; column < 16; ++column)
+        EXPECT_GT(grid().columnWidth(column), scaled(280));
+    EXPECT_EQ(grid().horizontalScrollBar()->maximum(), 0);
+}
+
+TEST_F(GridTest, ALargerWindowShowsMoreRowsAndKeepsItsSizeForTheEditor) {
+    const QSize least = window.size();
+    EXPECT_EQ(least, window.minimumSize());
+    const int rows = grid().rowAt(grid().viewport()->height() - 1);
+    const auto place = [this](const char* name) { return child(name).geometry(); };
+    const QRect pending = place("Frame1"), write = place("cmdWriteData"),
+                read = place("cmdReadSettings");
+    window.resize(least + QSize(100, 240));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return place("cmdReadSettings").top() > read.top(); }, kPatience));
+    EXPECT_EQ(grid().rowAt(grid().viewport()->height() - 1), rows + 240 / scaled(240));
+    EXPECT_EQ(place("Frame1"), pending.translated(100, 0));
+    EXPECT_EQ(place("cmdWriteData"), write.translated(100, 240));
+    EXPECT_EQ(place("cmdReadSettings"), read.translated(0, 240));
+    play({{"page:0"}});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.height() == least.height(); }, kPatience));
+    EXPECT_EQ(window.minimumSize(), window.maximumSize());
+    play({{"page:5"}});
+    const QSize kept = least + QSize(100, 240);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.size() == kept; }, kPatience));
+    const QSize body = tabs().parentWidget()->size();
+    window.resize(least);
+    QTest::qWait(50);
+    EXPECT_EQ(program.state.editorSize, textOf(body));
+    play({{"page:0"}});
+    EXPECT_EQ(program.state.editorSize, "");
+    EXPECT_EQ(sizeFrom("9"), std::nullopt);
 }
 
 TEST_F(GridTest, UndoIsOfTheTextThenOfTheEntryThenOfTheProgram) {

@@ -78,6 +78,7 @@ constexpr std::array kOptions{
     Edge<&WindowPlace::left>("MainLeft"),
     Kept<&ProgramState::editTop>(kStartup, "EditTop", kFirstPlace),
     Kept<&ProgramState::editLeft>(kStartup, "EditLeft", kFirstPlace),
+    Kept<&ProgramState::editorSize>(kStartup, "EditorSize", "", Stored::OnceSet),
     Kept<&ProgramState::comparePlace>(kStartup, "ComparePlace", "", Stored::OnceSet),
     Kept<&ProgramState::historySize>(kStartup, "HistorySize", "", Stored::OnceSet),
     Kept<&ProgramState::archiveFolder>(kProgOpts, "InitDir", R"(C:\)"),
@@ -91,11 +92,19 @@ constexpr std::array kOptions{
     Kept<&ProgramState::editorWarning>(kProgOpts, "DataWarn", "ShowWarn"),
     Option{kProgOpts, "ReadTwice", "False",
            [](const ProgramState& state, const WindowPlace&) {
-               return std::string(ReadTwiceWord(state.readPasses));
+               return std::string(SwitchWord(state.readPasses > 1));
            },
            [](const Options& options, const std::string& text) {
-               options.state.readPasses = text == ReadTwiceWord(2) ? 2 : 1;
+               options.state.readPasses = text == SwitchWord(true) ? 2 : 1;
            }},
+    Option{kProgOpts, "TextColumn", "",
+           [](const ProgramState& state, const WindowPlace&) {
+               return std::string(state.textColumn ? SwitchWord(true) : "");
+           },
+           [](const Options& options, const std::string& text) {
+               options.state.textColumn = text == SwitchWord(true);
+           },
+           Stored::OnceSet},
     Recent<&ProgramState::recentImages>("RecentImages"),
     Recent<&ProgramState::recentSettings>("RecentSettings"),
     Kept<&ProgramState::set>(kProgOpts, "Set", "", Stored::OnceSet),

@@ -21,19 +21,24 @@ ScreenArea::ScreenArea(QWidget& content, QList<const QWidget*> beside, QWidget* 
     setObjectName(QStringLiteral("ScreenArea"));
     setAccessibleName(QStringLiteral("Part of the window that is seen"));
     setFrameShape(QFrame::NoFrame);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setWidget(&content);
     content.setAutoFillBackground(false);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*old*/, QWidget* now) {
         if (now != nullptr && widget()->isAncestorOf(now))
             ensureWidgetVisible(now);
     });
-    adapt();
+    fix();
 }
 
 void ScreenArea::stretch() {
     setWidgetResizable(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    adapt();
+}
+
+void ScreenArea::fix() {
+    setWidgetResizable(false);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     adapt();
 }
 

@@ -16,6 +16,9 @@ class ScreenArea final : public QScrollArea {
     /// The content fills the area, which may be larger than what the content asks for.
     void stretch();
 
+    /// The content has its own size again.
+    void fix();
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return around(least()); }
 

@@ -63,7 +63,9 @@ FormFind::FormFind(Find& find, QWidget* parent) : QDialog(parent), m_find(find) 
     layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-void FormFind::ask() {
+void FormFind::ask(std::optional<FindKind> wanted) {
+    if (wanted)
+        m_kind.setCurrentIndex(static_cast<int>(*wanted));
     if (!testAttribute(Qt::WA_Moved))
         placeBelow();
     show();

@@ -15,8 +15,8 @@ class FormFind final : public QDialog {
   public:
     FormFind(Find& find, QWidget* parent);
 
-    /// Brings the dialog up, with its text marked.
-    void ask();
+    /// Brings the dialog up, with its text marked, for the kind that is given or else the last.
+    void ask(std::optional<FindKind> wanted = std::nullopt);
 
   Q_SIGNALS:
     /// `Find` knows what is looked for.

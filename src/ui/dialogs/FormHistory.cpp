@@ -37,9 +37,8 @@ FormHistory::FormHistory(Program& program, User& user, const TvSet& set,
     layout->addWidget(&m_course);
     addButtons(*layout);
     read();
-    const QStringList kept = toQt(program.state.historySize).split(' ');
-    const QSize size = kept.size() == 2 ? QSize(kept[0].toInt(), kept[1].toInt())
-                                        : QSize(scaled(9000), scaled(6000));
+    const QSize size =
+        sizeFrom(program.state.historySize).value_or(QSize(scaled(9000), scaled(6000)));
     resize(size.expandedTo(minimumSizeHint()).boundedTo(roomFor(*this)));
     m_table.setFocus();
 }
@@ -240,7 +239,7 @@ void FormHistory::goBack() {
 }
 
 void FormHistory::done(int result) {
-    m_program.state.historySize = fromQt(QStringLiteral("%1 %2").arg(width()).arg(height()));
+    m_program.state.historySize = textOf(size());
     QDialog::done(result);
 }
 

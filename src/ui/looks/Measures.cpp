@@ -61,6 +61,15 @@ QFont scaledFont(double points, Weight weight) {
     return font;
 }
 
+std::string textOf(QSize size) {
+    return std::to_string(size.width()) + ' ' + std::to_string(size.height());
+}
+
+std::optional<QSize> sizeFrom(const std::string& text) {
+    const QStringList kept = QString::fromStdString(text).split(' ');
+    return kept.size() == 2 ? std::optional(QSize(kept[0].toInt(), kept[1].toInt())) : std::nullopt;
+}
+
 int screenTwips(int pixels) {
     return static_cast<int>(std::lround(pixels * kTwipsPerPixel));
 }

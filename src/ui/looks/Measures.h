@@ -5,6 +5,8 @@
 #include <QList>
 #include <QPoint>
 #include <QRect>
+#include <optional>
+#include <string>
 
 #include "core/options/Options.h"
 
@@ -23,6 +25,10 @@ enum class Weight { Normal, Bold };
 
 /// The user's font at a size of the design, in points.
 QFont scaledFont(double points, Weight weight);
+
+/// A window's size as an option keeps it, "WIDTH HEIGHT" in pixels; nothing from any other text.
+std::string textOf(QSize size);
+std::optional<QSize> sizeFrom(const std::string& text);
 
 /// Positions on the screen: 15 twips a logical pixel, whatever the font.
 int screenTwips(int pixels);

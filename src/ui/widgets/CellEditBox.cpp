@@ -38,6 +38,7 @@ constexpr std::array kKeys{
     KeyBinding{Qt::Key_Enter, Qt::NoModifier, EditKey::Down},
     KeyBinding{Qt::Key_Down, Qt::NoModifier, EditKey::Down},
     KeyBinding{Qt::Key_Up, Qt::NoModifier, EditKey::Up},
+    KeyBinding{Qt::Key_F6, Qt::NoModifier, EditKey::Side},
     KeyBinding{Qt::Key_Escape, Qt::NoModifier, EditKey::Escape},
     KeyBinding{Qt::Key_Escape, Qt::ShiftModifier, EditKey::Escape},
 };
@@ -62,11 +63,31 @@ bool isSeveral(const QString& text) {
     return SplitBytes(bytes).size() > 1;
 }
 
+/// The bytes that this program copied, each behind 0x, whatever it copied them as.
+constexpr const char* kCopiedBytes = "application/x-tarnwell-bytes";
+
 QString clipboardText(QClipboard::Mode mode) {
-    return QGuiApplication::clipboard()->text(mode);
+    const QMimeData* copied = QGuiApplication::clipboard()->mimeData(mode);
+    if (copied == nullptr)
+        return {};
+    return copied->hasFormat(kCopiedBytes) ? QString::fromLatin1(copied->data(kCopiedBytes))
+                                           : copied->text();
 }
 
 }  // namespace
+
+void copyBytes(const Selection& selection, NumberMode mode) {
+    auto* copied = new QMimeData;
+    copied->setText(toQt(selection.Text(mode)));
+    copied->setData(
+        kCopiedBytes,
+        "0x" + QByteArray::fromStdString(selection.Text(NumberMode::Hex)).replace(" ", " 0x"));
+    QGuiApplication::clipboard()->setMimeData(copied);
+}
+
+std::string bytesToPaste() {
+    return fromQt(clipboardText(QClipboard::Clipboard));
+}
 
 CellEditBox::CellEditBox(DataGrid& grid, CellEditor& editor, const ProgramState& state,
                          QWidget* parent)

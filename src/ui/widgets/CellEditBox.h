@@ -4,8 +4,15 @@
 #include <QLineEdit>
 
 #include "editor/CellEditor.h"
+#include "editor/Selection.h"
 
 namespace tarnwell {
+
+/// Copies the selection as a text in `mode`, which this program pastes as the same bytes in any.
+void copyBytes(const Selection& selection, NumberMode mode);
+
+/// What was copied, here or elsewhere.
+std::string bytesToPaste();
 
 class CellEditBox final : public QLineEdit {
   public:

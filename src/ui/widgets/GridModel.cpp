@@ -1,5 +1,7 @@
 #include "ui/widgets/GridModel.h"
 
+#include <QFontDatabase>
+
 #include "core/user/Number.h"
 #include "ui/looks/Colours.h"
 #include "ui/looks/Measures.h"
@@ -10,6 +12,16 @@ namespace tarnwell {
 namespace {
 
 constexpr int kRowAddressColumn = 0;
+
+bool showsByte(const QModelIndex& index) {
+    return index.column() > kRowAddressColumn && index.column() < kTextColumn;
+}
+
+QFont textFont() {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPixelSize(scaledFont(8.25, Weight::Normal).pixelSize());
+    return font;
+}
 
 GridCell cellOf(const QModelIndex& index) {
     return {index.row(), index.column()};
@@ -22,7 +34,8 @@ GridModel::GridModel(const Program& program, QObject* parent)
       m_program(program),
       m_grid(program.grid),
       m_state(program.state),
-      m_changedFont(scaledFont(8.25, Weight::Bold)) {}
+      m_changedFont(scaledFont(8.25, Weight::Bold)),
+      m_textFont(textFont()) {}
 
 int GridModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : kGridRows;
@@ -34,11 +47,13 @@ int GridModel::columnCount(const QModelIndex& parent) const {
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
     const bool isAddress = index.column() == kRowAddressColumn;
+    if (index.column() == kTextColumn && role == Qt::FontRole)
+        return m_textFont;
     switch (role) {
         case Qt::DisplayRole:
             return text(index);
         case Qt::AccessibleTextRole:
-            return isAddress ? text(index) : spokenText(index);
+            return showsByte(index) ? spokenText(index) : text(index);
         case Qt::TextAlignmentRole:
             return static_cast<int>(isAddress ? Qt::AlignRight | Qt::AlignVCenter
                                               : Qt::AlignCenter);
@@ -47,18 +62,18 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
         case Qt::ForegroundRole:
             return colours::kText;
         case Qt::FontRole:
-            return !isAddress && m_grid.IsChanged(cellOf(index)) ? QVariant(m_changedFont)
-                                                                 : QVariant();
+            return showsByte(index) && m_grid.IsChanged(cellOf(index)) ? QVariant(m_changedFont)
+                                                                       : QVariant();
         case Qt::ToolTipRole:
-            return isAddress ? QVariant() : QVariant(toolTip(cellOf(index)));
+            return showsByte(index) ? QVariant(toolTip(cellOf(index))) : QVariant();
         case Qt::AccessibleDescriptionRole:
-            return isAddress ? QVariant() : QVariant(description(cellOf(index)));
+            return showsByte(index) ? QVariant(description(cellOf(index))) : QVariant();
         case kStandingRole:
-            return isAddress
-                       ? static_cast<int>(Standing::Kind::Held)
-                       : static_cast<int>(m_program.StandingOfByte(cellOf(index).Address()).kind);
+            return static_cast<int>(showsByte(index)
+                                        ? m_program.StandingOfByte(cellOf(index).Address()).kind
+                                        : Standing::Kind::Held);
         case kNamedRole:
-            return !isAddress && isNamed(cellOf(index));
+            return showsByte(index) && isNamed(cellOf(index));
         default:
             return {};
     }
@@ -72,15 +87,28 @@ bool GridModel::isNamed(GridCell cell) const {
 QString GridModel::text(const QModelIndex& index) const {
     if (index.column() == kRowAddressColumn)
         return toQt(m_grid.RowAddressText(index.row()));
-    return toQt(m_grid.Text(cellOf(index)));
+    if (index.column() != kTextColumn)
+        return toQt(m_grid.Text(cellOf(index)));
+    QString characters;
+    for (int column = 1; column <= kBytesPerRow; ++column)
+        characters += character({index.row(), column});
+    return characters;
+}
+
+QChar GridModel::character(GridCell cell) const {
+    const auto byte = m_grid.Shown(cell).Byte();
+    return !byte ? u' ' : IsCharacter(*byte) ? QChar(*byte) : u'.';
 }
 
 QString GridModel::spokenText(const QModelIndex& index) const {
     const GridCell cell = cellOf(index);
     const std::string address =
         NumberText(static_cast<std::uint32_t>(cell.Address()), m_state.numberMode);
-    return QStringLiteral("Address %1: %2%3")
-        .arg(toQt(address), text(index).isEmpty() ? QStringLiteral("empty") : text(index),
+    const QString typed = m_grid.Side() == GridSide::Text
+                              ? QStringLiteral(", character ") + character(cell)
+                              : QString();
+    return QStringLiteral("Address %1: %2%3%4")
+        .arg(toQt(address), text(index).isEmpty() ? QStringLiteral("empty") : text(index), typed,
              m_grid.IsChanged(cell) ? QStringLiteral(", changed") : QString());
 }
 
@@ -89,6 +117,8 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
         return {};
     if (orientation == Qt::Vertical)
         return toQt(m_grid.RowAddressText(section));
+    if (section == kTextColumn)
+        return QStringLiteral("Text");
     return section == kRowAddressColumn ? QStringLiteral("Address")
                                         : toQt(m_grid.HeadingText(section - 1));
 }
@@ -119,8 +149,7 @@ QString GridModel::description(GridCell cell) const {
 }
 
 Qt::ItemFlags GridModel::flags(const QModelIndex& index) const {
-    return index.column() == kRowAddressColumn ? Qt::ItemIsEnabled
-                                               : Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    return showsByte(index) ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::ItemIsEnabled;
 }
 
 void GridModel::refill() {
@@ -129,6 +158,8 @@ void GridModel::refill() {
 
 void GridModel::refresh(GridCell cell) {
     Q_EMIT dataChanged(indexOf(cell), indexOf(cell));
+    const QModelIndex characters = index(cell.row, kTextColumn);
+    Q_EMIT dataChanged(characters, characters);
 }
 
 }  // namespace tarnwell

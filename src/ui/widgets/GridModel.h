@@ -8,7 +8,9 @@
 
 namespace tarnwell {
 
-inline constexpr int kGridColumns = kBytesPerRow + 1;
+/// The column of the bytes as characters, behind their own.
+inline constexpr int kTextColumn = kBytesPerRow + 1;
+inline constexpr int kGridColumns = kTextColumn + 1;
 
 class GridModel final : public QAbstractTableModel {
   public:
@@ -35,6 +37,7 @@ class GridModel final : public QAbstractTableModel {
 
   private:
     QString text(const QModelIndex& index) const;
+    QChar character(GridCell cell) const;
     QString spokenText(const QModelIndex& index) const;
     QString toolTip(GridCell cell) const;
     QString description(GridCell cell) const;
@@ -45,6 +48,7 @@ class GridModel final : public QAbstractTableModel {
     const DataGrid& m_grid;
     const ProgramState& m_state;
     QFont m_changedFont;
+    QFont m_textFont;
 };
 
 }  // namespace tarnwell

@@ -1,7 +1,5 @@
 #include "ui/widgets/GridView.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
@@ -25,6 +23,7 @@ namespace {
 
 constexpr int kAddressWidth = 475;
 constexpr int kByteWidth = 375;
+constexpr int kTextWidth = 1760;
 constexpr int kColumnsWidth = kAddressWidth + kBytesPerRow * kByteWidth;
 constexpr int kRowHeight = 240;
 constexpr int kEditBoxDrop = 6;
@@ -43,6 +42,8 @@ class CellDelegate final : public QStyledItemDelegate {
                                                 : index.data(Qt::BackgroundRole).value<QColor>());
         if (index.data(GridModel::kNamedRole).toBool())
             drawCorner(*painter, option.rect.topRight(), {-1, 1}, colours::kValueText);
+        if (index.column() == kTextColumn)
+            return paintText(*painter, option, index);
         const auto kind = static_cast<Standing::Kind>(index.data(GridModel::kStandingRole).toInt());
         drawStanding(*painter, option.rect, kind);
         const QVariant font = index.data(Qt::FontRole);
@@ -55,13 +56,35 @@ class CellDelegate final : public QStyledItemDelegate {
                    index.data().toString());
         if (GridCell{index.row(), index.column()} != m_grid.Current())
             return;
-        if (m_view.hasFocus())
-            return drawFocusFrame(*painter, option.rect, colours::kText);
-        painter->setPen(QPen(colours::kText, 1, Qt::DotLine));
-        painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
+        frame(*painter, option.rect, GridSide::Bytes);
     }
 
   private:
+    /// A whole frame on the side where one types.
+    void frame(QPainter& painter, const QRect& cell, GridSide side) const {
+        if (m_view.hasFocus() && m_grid.Side() == side)
+            return drawFocusFrame(painter, cell, colours::kText);
+        painter.setPen(QPen(colours::kText, 1, Qt::DotLine));
+        painter.drawRect(cell.adjusted(0, 0, -1, -1));
+    }
+
+    void paintText(QPainter& painter, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) const {
+        const auto [first, last] = m_grid.Selection();
+        const QString text = index.data().toString();
+        painter.setFont(index.data(Qt::FontRole).value<QFont>());
+        for (int offset = 0; offset < kBytesPerRow; ++offset) {
+            const QRect place = m_view.characterPlace(option.rect, offset);
+            const int address = index.row() * kBytesPerRow + offset;
+            if (first < last && address >= first && address <= last)
+                painter.fillRect(place, colours::kSelected);
+            painter.setPen(colours::kText);
+            drawFitted(painter, place, Qt::AlignCenter, text.mid(offset, 1));
+            if (address == m_grid.Current().Address())
+                frame(painter, place, GridSide::Text);
+        }
+    }
+
     const DataGrid& m_grid;
     const GridView& m_view;
 };
@@ -124,6 +147,7 @@ GridView::GridView(Program& program, QWidget* parent)
     : QTableView(parent),
       m_grid(program.grid),
       m_editor(program.cellEditor),
+      m_selection(program.selection),
       m_state(program.state),
       m_model(program, this),
       m_editBox(program.grid, program.cellEditor, program.state, viewport()) {
@@ -154,20 +178,35 @@ GridView::GridView(Program& program, QWidget* parent)
 void GridView::setUp() {
     verticalHeader()->setDefaultSectionSize(scaled(kRowHeight));
     setCurrentIndex(m_model.indexOf(m_grid.Current()));
+    layOutColumns();
     refill();
 }
 
 /// The columns are narrower than designed where a wide scroll bar leaves them less room: a view
 /// that had to be scrolled sideways would shift under the edit box.
 void GridView::layOutColumns() {
-    const int width = std::min(scaled(kColumnsWidth), viewport()->width());
-    const auto rightOf = [width](int column) {
-        return width * (kAddressWidth + column * kByteWidth) / kColumnsWidth;
+    setColumnHidden(kTextColumn, !m_state.textColumn);
+    const int all = kColumnsWidth + (m_state.textColumn ? kTextWidth : 0);
+    const int width = std::min(scaled(kColumnsWidth) + m_extraWidth, viewport()->width());
+    const auto rightOf = [=](int column) {
+        return column == kTextColumn ? width : width * (kAddressWidth + column * kByteWidth) / all;
     };
     for (int column = 0; column < kGridColumns; ++column)
         setColumnWidth(column, rightOf(column) - (column == 0 ? 0 : rightOf(column - 1)));
     placeEditBox();
     Q_EMIT columnsLaidOut();
+}
+
+void GridView::layOut(int extraWidth) {
+    m_extraWidth = extraWidth;
+    layOutColumns();
+}
+
+QRect GridView::characterPlace(const QRect& texts, int offset) {
+    const auto leftOf = [&](int index) {
+        return texts.left() + texts.width() * index / kBytesPerRow;
+    };
+    return {leftOf(offset), texts.top(), leftOf(offset + 1) - leftOf(offset), texts.height()};
 }
 
 QRect GridView::columnPlace(int offset) const {
@@ -227,9 +266,13 @@ void GridView::placeEditBox() {
 }
 
 void GridView::mousePressEvent(QMouseEvent* event) {
-    const QModelIndex index = indexAt(event->position().toPoint());
-    const GridCell cell{index.row(), index.column()};
-    const bool onByte = event->button() == Qt::LeftButton && index.isValid() && cell.column > 0;
+    const QPoint place = event->position().toPoint();
+    const QModelIndex index = indexAt(place);
+    const bool onByte = event->button() == Qt::LeftButton && index.column() > 0;
+    const GridSide side = index.column() == kTextColumn ? GridSide::Text : GridSide::Bytes;
+    if (onByte && side != m_grid.Side())
+        m_editor.SetSide(side);
+    const GridCell cell{index.row(), columnTowards(place.x())};
     if (!onByte)
         m_editor.SettleEntry();
     else if (event->modifiers() == Qt::ShiftModifier)
@@ -269,9 +312,18 @@ GridCell GridView::cellTowards(QPoint place) const {
                       clampedTo(viewport()->height(), place.y())};
     const int beyond = place.y() - seen.y();
     const int rows = beyond / verticalHeader()->defaultSectionSize() + (beyond > 0) - (beyond < 0);
-    const int column = columnAt(seen.x());
-    return {clampedTo(kGridRows, rowAt(seen.y()) + rows),
-            column < 0 ? kBytesPerRow : std::max(column, 1)};
+    return {clampedTo(kGridRows, rowAt(seen.y()) + rows), columnTowards(seen.x())};
+}
+
+/// The byte's column at `x`, on the side where the user is.
+int GridView::columnTowards(int x) const {
+    if (m_grid.Side() == GridSide::Text) {
+        const int within = x - columnViewportPosition(kTextColumn);
+        return std::clamp(within * kBytesPerRow / columnWidth(kTextColumn), 0, kBytesPerRow - 1) +
+               1;
+    }
+    const int column = columnAt(x);
+    return column < 0 ? kBytesPerRow : std::clamp(column, 1, kBytesPerRow);
 }
 
 void GridView::mouseReleaseEvent(QMouseEvent* event) {
@@ -297,7 +349,11 @@ void GridView::keyPressEvent(QKeyEvent* event) {
 
 bool GridView::browse(const QKeyEvent& event) {
     if (event.matches(QKeySequence::Copy)) {
-        copy();
+        copyBytes(m_selection, m_state.numberMode);
+        return true;
+    }
+    if (event.key() == Qt::Key_F6 && event.modifiers() == Qt::NoModifier) {
+        m_editor.ChangeSide();
         return true;
     }
     if (event.matches(QKeySequence::Paste)) {
@@ -316,20 +372,26 @@ void GridView::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setToolTipsVisible(true);
-    menu->addAction(QStringLiteral("&Copy"), this, &GridView::copy)
-        ->setObjectName(QStringLiteral("mnuGridCopy"));
-    QAction* item = menu->addAction(QStringLiteral("&Paste"), this, &GridView::paste);
-    item->setObjectName(QStringLiteral("mnuGridPaste"));
-    allow(*item, m_state.editor == EditorSwitch::On, "Switch the Data Editor on first");
+    const auto add = [&](const char* name, const char* caption, auto command) {
+        QAction* item = menu->addAction(QLatin1String(caption), this, command);
+        item->setObjectName(QLatin1String(name));
+        return item;
+    };
+    add("mnuGridCopyHex", "Copy in &Hexadecimal",
+        [this] { copyBytes(m_selection, NumberMode::Hex); });
+    add("mnuGridCopyDecimal", "Copy in &Decimal",
+        [this] { copyBytes(m_selection, NumberMode::Decimal); });
+    QAction* pasteItem = add("mnuGridPaste", "&Paste", &GridView::paste);
+    menu->addSeparator();
+    QAction* fillItem = add("mnuGridFill", "&Fill...", &GridView::fillWanted);
+    add("mnuGridSave", "&Save Selection...", &GridView::saveWanted);
+    for (QAction* item : {pasteItem, fillItem})
+        allow(*item, m_state.editor == EditorSwitch::On, "Switch the Data Editor on first");
     menu->popup(event->globalPos());
 }
 
-void GridView::copy() {
-    QGuiApplication::clipboard()->setText(toQt(m_grid.SelectionText()));
-}
-
 void GridView::paste() {
-    m_editor.Paste(fromQt(QGuiApplication::clipboard()->text()));
+    m_editor.Paste(bytesToPaste());
 }
 
 void GridView::scrollContentsBy(int dx, int dy) {

@@ -17,6 +17,12 @@ class GridView final : public QTableView {
     /// Gives the rows their height and shows the grid's texts.
     void setUp();
 
+    /// Gives the columns what the window is wider than designed.
+    void layOut(int extraWidth);
+
+    /// The room of a character among the texts of a row.
+    static QRect characterPlace(const QRect& texts, int offset);
+
     /// The column of the bytes at `offset` in their rows.
     QRect columnPlace(int offset) const;
 
@@ -30,6 +36,10 @@ class GridView final : public QTableView {
   Q_SIGNALS:
     void columnsLaidOut();
 
+    /// The user wants to fill or to save the selection.
+    void fillWanted();
+    void saveWanted();
+
   protected:
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -42,7 +52,6 @@ class GridView final : public QTableView {
 
   private:
     bool browse(const QKeyEvent& event);
-    void copy();
     void paste();
     int visibleRows() const;
     void layOutColumns();
@@ -50,13 +59,16 @@ class GridView final : public QTableView {
     void showSelection();
     void dragOn();
     GridCell cellTowards(QPoint place) const;
+    int columnTowards(int x) const;
 
     DataGrid& m_grid;
     CellEditor& m_editor;
+    const Selection& m_selection;
     const ProgramState& m_state;
     GridModel m_model;
     CellEditBox m_editBox;
     QTimer m_dragTimer;
+    int m_extraWidth = 0;
     QPoint m_dragPlace;  ///< where the mouse was last
     bool m_drags = false;
     bool m_scrollingToCell = false;

@@ -8,16 +8,30 @@
 
 namespace tarnwell {
 
+namespace {
+
+QRect writePendingPlace() {
+    return scaledRect(7320, 3120, 1935, 300);
+}
+
+}  // namespace
+
 void EditorDisplay::build(Program& program, QTabWidget& tabs) {
     m_program = &program;
     m_tabs = &tabs;
     m_page = new EditorPageWidget(program);
     tabs.addTab(m_page, toQt(Info(Page::Editor).caption));
     m_pendingFrame = new PendingFrame(program.pending, tabs.parentWidget());
-    m_pendingFrame->setGeometry(scaledRect(7320, 60, 1935, 3015));
     m_writePending = new CommandButton({"cmdWriteData", "Write Pending to EEP",
                                         " Write pending Data Editor changes to the EEP ", "P"},
-                                       scaledRect(7320, 3120, 1935, 300), tabs.parentWidget());
+                                       writePendingPlace(), tabs.parentWidget());
+    layOut({});
+}
+
+void EditorDisplay::layOut(QSize growth) {
+    m_page->layOut(growth);
+    m_pendingFrame->setGeometry(scaledRect(7320, 60, 1935, 3015).translated(growth.width(), 0));
+    m_writePending->move(writePendingPlace().topLeft() + QPoint(growth.width(), growth.height()));
 }
 
 void EditorDisplay::colour() {

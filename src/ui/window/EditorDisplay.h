@@ -26,6 +26,9 @@ class EditorDisplay final : public EditorView {
     void showSwitch();
     void showCaption();
 
+    /// The page and what is beside it have this much more room than designed.
+    void layOut(QSize growth);
+
     /// Pending writes are seen in a big window only.
     void setLayoutMode(SizeMode mode);
 

@@ -35,6 +35,11 @@ constexpr std::array kColumns{Column{"Addr", 465, 480}, Column{"Old", 1005, 375}
 
 constexpr const char* kRowProperty = "pendingRow";
 
+/// On the page, of a place in the window.
+QRect place(int left, int top, int width, int height) {
+    return scaledRect(left, top - kTabRow, width, height);
+}
+
 QRect rowPlace(const Column& column, int row) {
     return scaledRect(column.left, kRowTop + kRowPitch * row, column.width, kRowHeight);
 }
@@ -43,9 +48,6 @@ QRect rowPlace(const Column& column, int row) {
 
 EditorPageWidget::EditorPageWidget(Program& program)
     : m_grid(program.grid), m_view(program, this), m_switch(this), m_lamp(this) {
-    const auto place = [](int left, int top, int width, int height) {
-        return scaledRect(left, top - kTabRow, width, height);
-    };
     m_switch.setObjectName(QStringLiteral("EditorEnabled"));
     m_switch.setAccessibleName(QStringLiteral("Data Editor"));
     m_switch.setToolTip(QStringLiteral("Click to toggle the Data Editor"));
@@ -53,7 +55,6 @@ EditorPageWidget::EditorPageWidget(Program& program)
     m_switch.setStyleSheet(QStringLiteral("QCheckBox { spacing: 2px; }"
                                           "QCheckBox::indicator { width: %1px; height: %1px; }")
                                .arg(scaled(kIndicatorSide)));
-    m_lamp.setGeometry(place(6700, 340, 225, 195));
     for (int offset = 0; offset < kBytesPerRow; ++offset) {
         auto* heading = new FittedLabel(this);
         heading->setObjectName(elementName("lblRow", offset));
@@ -62,10 +63,18 @@ EditorPageWidget::EditorPageWidget(Program& program)
         m_headings[static_cast<std::size_t>(offset)] = heading;
     }
     connect(&m_view, &GridView::columnsLaidOut, this, &EditorPageWidget::placeHeadings);
-    m_view.setGeometry(place(120, 585, 6765, 2415));
+    layOut({});
     showSwitch(program.state.editor);
     setTabOrder(&m_switch, &m_view);
     connect(&m_switch, &QCheckBox::clicked, this, &EditorPageWidget::toggled);
+}
+
+void EditorPageWidget::layOut(QSize growth) {
+    m_lamp.setGeometry(place(6700, 340, 225, 195).translated(growth.width(), 0));
+    QRect grid = place(120, 585, 6765, 2415);
+    grid.setSize(grid.size() + growth);
+    m_view.setGeometry(grid);
+    m_view.layOut(growth.width());
 }
 
 void EditorPageWidget::placeHeadings() {

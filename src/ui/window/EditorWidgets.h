@@ -21,6 +21,9 @@ class EditorPageWidget final : public QWidget {
 
     GridView& grid() { return m_view; }
     void colourHeadings();
+
+    /// The grid has this much more room than designed.
+    void layOut(QSize growth);
     void refill();
     void showSwitch(EditorSwitch editor);
 

@@ -9,7 +9,6 @@
 #include <cstdlib>
 
 #include "core/Words.h"
-#include "ui/desktop/ScreenArea.h"
 #include "ui/looks/ReadableStyle.h"
 #include "ui/looks/Text.h"
 #include "ui/window/CellMenu.h"
@@ -46,10 +45,11 @@ FormMain::FormMain(const Connections& connections)
       m_navigation(*this, m_program,
                    [this](const std::function<void()>& command) { runButton(command); }),
       m_menu(*new MainMenu(*menuBar(), m_program.state, m_program.history)),
-      m_body(*new QWidget(this)),
+      m_body(*new MainBody(this)),
       m_tabs(*new QTabWidget(&m_body)),
       m_statusArea(*new StatusArea(m_program.statusBar, &m_body)),
-      m_strip(*new HintStrip(this)) {
+      m_strip(*new HintStrip(this)),
+      m_area(*new ScreenArea(m_body, {menuBar(), &m_strip}, this)) {
     m_program.state.busOfRun = connections.bus;
     m_program.state.simulated = connections.simulated;
     initPictures();
@@ -62,9 +62,8 @@ FormMain::FormMain(const Connections& connections)
     rows->setContentsMargins({});
     rows->setSpacing(0);
     rows->addWidget(&m_strip);
-    rows->addWidget(new ScreenArea(m_body, {menuBar(), &m_strip}, column));
+    rows->addWidget(&m_area);
     setCentralWidget(column);
-    layout()->setSizeConstraint(QLayout::SetFixedSize);
     setContextMenuPolicy(Qt::NoContextMenu);
     buildPages();
     orderTabs();
@@ -80,13 +79,11 @@ void FormMain::buildPages() {
     m_tabs.setAccessibleName(QStringLiteral("Pages"));
     m_tabs.setFocusProxy(nullptr);  // the tabs themselves take the focus
     m_tabs.setFocusPolicy(Qt::NoFocus);
-    m_tabs.setGeometry(scaledRect(75, 0, 7065, 3075));
     m_tabs.setUsesScrollButtons(false);
     m_tabs.setElideMode(Qt::ElideNone);
     m_tabs.tabBar()->setFixedHeight(scaled(kTabRow));
     m_settings.build(m_program, m_tabs);
     m_editor.build(m_program, m_tabs);
-    m_statusArea.move(0, scaled(kStatusTop));
 }
 
 void FormMain::orderTabs() {
@@ -130,6 +127,12 @@ void FormMain::connectSignals() {
         if (row < m_program.pending.Count())
             m_navigation.showByte(m_program.pending.Address(row));
     });
+    connect(&m_body, &MainBody::resized, this, &FormMain::layOut);
+    const GridView& grid = m_editor.page().grid();
+    connect(&grid, &GridView::fillWanted, this,
+            [this] { run([this] { m_program.cellEditor.FillSelection(); }); });
+    connect(&grid, &GridView::saveWanted, this,
+            [this] { runButton([this] { m_program.selection.Save(); }); });
     connect(&m_editor.page(), &EditorPageWidget::toggled, this, &FormMain::toggleEditor);
     connect(&m_strip, &HintStrip::i2cWanted, this, [this] { runMenu(MenuCommand::I2cBus, 0); });
     connect(&m_strip, &HintStrip::portWanted, this, [this] {
@@ -262,16 +265,61 @@ void FormMain::showBus() {
     add(bus                         ? name
         : m_program.state.simulated ? QStringLiteral("Simulated Television")
                                     : toQt(BusName(m_program.state)));
+    keepSize();
+    const bool hadStrip = !m_strip.isHidden();
     m_strip.show(m_program.HintNow(), toQt(m_program.LikenessNow()));
+    if (hadStrip == m_strip.isHidden())
+        fitWindow();
     m_statusArea.setTips(name, toQt(m_program.origin.Text(m_program.buffer)));
     showProgress();
 }
 
 void FormMain::showLayout() {
+    keepSize();
+    m_editor.setLayoutMode(m_program.state.sizeMode);
+    fitWindow();
+    layOut();
+}
+
+/// A window whose size was fixed keeps its limits otherwise.
+void FormMain::fitWindow() {
     const SizeMode mode = m_program.state.sizeMode;
-    m_editor.setLayoutMode(mode);
-    m_statusArea.setLayoutMode(mode);
-    m_body.setFixedSize(scaled(windowWidth(mode)), scaled(kStatusTop + StatusArea::kHeight));
+    const QSize least(scaled(windowWidth(mode)), scaled(kStatusTop + StatusArea::kHeight));
+    if (mode == SizeMode::Small) {
+        if (isMaximized())
+            showNormal();
+        m_body.fix(least);
+        m_area.fix();
+        return layout()->setSizeConstraint(QLayout::SetFixedSize);
+    }
+    m_body.stretch(least, sizeFrom(m_program.state.editorSize).value_or(least));
+    m_area.stretch();
+    layout()->setSizeConstraint(QLayout::SetMinimumSize);
+    setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    if (isMaximized())
+        return;
+    centralWidget()->updateGeometry();  // its part of the size is not asked for anew otherwise
+    layout()->activate();
+    resize(sizeHint().boundedTo(roomFor(*this)).expandedTo(minimumSize()));
+}
+
+/// What stands beside and below the grid keeps its size.
+void FormMain::layOut() {
+    const QSize growth = m_body.growth();
+    QRect tabs = scaledRect(75, 0, 7065, 3075);
+    tabs.setSize(tabs.size() + growth);
+    m_tabs.setGeometry(tabs);
+    m_settings.layOut(growth.height());
+    m_editor.layOut(growth);
+    m_statusArea.move(0, scaled(kStatusTop) + growth.height());
+    m_statusArea.layOut(m_program.state.sizeMode, growth.width());
+}
+
+/// Before it is lost: a size that is on its way to the screen is none of the user's.
+void FormMain::keepSize() {
+    if (m_area.widgetResizable() && !isMaximized())
+        m_program.state.editorSize =
+            m_body.growth().isNull() ? std::string() : textOf(m_body.size());
 }
 
 }  // namespace tarnwell

@@ -8,10 +8,12 @@
 #include "ui/desktop/Desktop.h"
 #include "ui/desktop/FileDrop.h"
 #include "ui/desktop/QtUser.h"
+#include "ui/desktop/ScreenArea.h"
 #include "ui/looks/Measures.h"
 #include "ui/window/EditorDisplay.h"
 #include "ui/window/HelpKey.h"
 #include "ui/window/HintStrip.h"
+#include "ui/window/MainBody.h"
 #include "ui/window/MainMenu.h"
 #include "ui/window/Navigation.h"
 #include "ui/window/SettingsDisplay.h"
@@ -97,6 +99,9 @@ class FormMain final : public QMainWindow, private Screen, private WindowSetUp {
     void showProgress();
     void showBus();
     void showLayout();
+    void fitWindow();
+    void layOut();
+    void keepSize();
 
     const Wire m_wire;
     Platform& m_platform;
@@ -113,10 +118,11 @@ class FormMain final : public QMainWindow, private Screen, private WindowSetUp {
     Navigation m_navigation;
 
     MainMenu& m_menu;
-    QWidget& m_body;
+    MainBody& m_body;
     QTabWidget& m_tabs;
     StatusArea& m_statusArea;
     HintStrip& m_strip;
+    ScreenArea& m_area;
 };
 
 }  // namespace tarnwell

@@ -122,6 +122,8 @@ void FormMain::runMenu(MenuCommand command, int row) {
             return m_navigation.findAgain(FindDirection::Next);
         case MenuCommand::FindPrevious:
             return m_navigation.findAgain(FindDirection::Previous);
+        case MenuCommand::TextColumn:
+            return run([this] { m_program.editorPage.ToggleTextColumn(); });
         case MenuCommand::Undo:
             return run([this] { m_program.undo.Undo(); });
         case MenuCommand::Redo:
@@ -174,6 +176,7 @@ void FormMain::showAbout() {
 }
 
 void FormMain::closeEvent(QCloseEvent* event) {
+    keepSize();
     Closing closing = Closing::KeepRunning;
     run([&] { closing = m_program.ShutDown(); });
     if (closing == Closing::KeepRunning) {

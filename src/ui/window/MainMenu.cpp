@@ -50,6 +50,8 @@ constexpr std::array kEntries{
     Entry{1, "mnuEditFind", "&Find...", MenuCommand::Find, "Ctrl+F"},
     Entry{1, "mnuEditFindNext", "Find &Next", MenuCommand::FindNext, "F3"},
     Entry{1, "mnuEditFindPrevious", "Find &Previous", MenuCommand::FindPrevious, "Shift+F3"},
+    Entry{1, "sep13", "-"},
+    Entry{1, "mnuEditText", "&Text Column", MenuCommand::TextColumn},
     Entry{0, "mnuEEP", "I2C &Operations"},
     Entry{1, "mnuEEPRead", "&Read Entire EEP", MenuCommand::ReadEntireEep},
     Entry{1, "mnuEEPWrite", "&Write Entire EEP", MenuCommand::WriteEntireEep},
@@ -157,7 +159,7 @@ MainMenu::MainMenu(QMenuBar& bar, const ProgramState& state, const History& hist
         connect(action(name).menu(), &QMenu::aboutToShow, this, &MainMenu::otherMenuOpening);
     for (const char* name :
          {"mnuEEPsel_0", "mnuEEPsel_1", "mnuSelMode_0", "mnuSelMode_1", "mnuPortSel_0",
-          "mnuPortSel_1", "mnuPortSel_2", "mnuPortI2C", "mnuReadTwice"})
+          "mnuPortSel_1", "mnuPortSel_2", "mnuPortI2C", "mnuReadTwice", "mnuEditText"})
         action(name).setCheckable(true);
     sync();
 }
@@ -221,6 +223,7 @@ void MainMenu::sync() {
     syncRecent("mnuFileImages", m_state.recentImages);
     syncRecent("mnuFileSettings", m_state.recentSettings);
     action("mnuReadTwice").setChecked(m_state.readPasses > 1);
+    action("mnuEditText").setChecked(m_state.textColumn);
     allow(action("mnuNum"), m_state.editor == EditorSwitch::Off,
           "Switch the Data Editor off first");
     action("mnuEEPFill").setVisible(m_state.fillItemVisible);

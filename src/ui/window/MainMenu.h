@@ -29,6 +29,7 @@ enum class MenuCommand {
     Find,
     FindNext,
     FindPrevious,
+    TextColumn,
     ReadEntireEep,
     WriteEntireEep,
     FillEntireEep,

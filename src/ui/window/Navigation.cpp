@@ -22,7 +22,8 @@ void Navigation::find() {
         QObject::connect(m_findWindow, &FormFind::wanted, &m_window,
                          [this](FindDirection direction) { findAgain(direction); });
     }
-    m_findWindow->ask();
+    m_findWindow->ask(m_program.grid.Side() == GridSide::Text ? std::optional(FindKind::Text)
+                                                              : std::nullopt);
 }
 
 void Navigation::findAgain(FindDirection direction) {

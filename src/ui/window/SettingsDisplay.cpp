@@ -6,6 +6,12 @@
 
 namespace tarnwell {
 
+namespace {
+
+constexpr int kButtonsTop = 3120;
+
+}  // namespace
+
 void SettingsDisplay::build(Program& program, QTabWidget& tabs) {
     m_program = &program;
     m_tabs = &tabs;
@@ -13,17 +19,22 @@ void SettingsDisplay::build(Program& program, QTabWidget& tabs) {
     QWidget* const body = tabs.parentWidget();
     m_buttons = {new CommandButton({"cmdReadSettings", "Read Settings from EEP",
                                     " Read settings values from the EEP ", "R"},
-                                   scaledRect(75, 3120, 2240, 300), body),
+                                   scaledRect(75, kButtonsTop, 2240, 300), body),
                  new CommandButton({"cmdCopySettingsToBuffer", "Merge Settings with Buffer",
                                     " Merge the settings values with the Tarnwell buffer ", "M"},
-                                   scaledRect(2520, 3120, 2175, 300), body),
+                                   scaledRect(2520, kButtonsTop, 2175, 300), body),
                  new CommandButton({"cmdSaveSettings", "Write Settings to EEP",
                                     " Write settings values to the EEP ", "W"},
-                                   scaledRect(4920, 3120, 2240, 300), body)};
+                                   scaledRect(4920, kButtonsTop, 2240, 300), body)};
     for (CommandButton* button : {m_buttons.read, m_buttons.merge, m_buttons.write})
         button->setEnabled(false);
     for (int cell = 0; cell < kCellCount; ++cell)
         SettingCellChanged(cell);
+}
+
+void SettingsDisplay::layOut(int extraHeight) {
+    for (CommandButton* button : {m_buttons.read, m_buttons.merge, m_buttons.write})
+        button->move(button->x(), scaled(kButtonsTop) + extraHeight);
 }
 
 void SettingsDisplay::enableButtons() {

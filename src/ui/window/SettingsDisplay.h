@@ -26,6 +26,9 @@ class SettingsDisplay final : public SettingsView {
     const Buttons& buttons() const { return m_buttons; }
     void enableButtons();
 
+    /// The buttons stand this much lower than designed.
+    void layOut(int extraHeight);
+
     /// A command may have read or written the device.
     void showStandings();
 

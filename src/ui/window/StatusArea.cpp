@@ -98,18 +98,27 @@ void StatusArea::colourStrip() {
         caption->setColours(colours::kHeading, colours::kText);
 }
 
-void StatusArea::setLayoutMode(SizeMode mode) {
+void StatusArea::layOut(SizeMode mode, int extraWidth) {
     const Arrangement& arrangement = arrangementOf(mode);
-    resize(scaled(arrangement.windowWidth), scaled(kHeight));
-    m_strip.setGeometry(scaledRect(0, 0, arrangement.stripWidth, kStripHeight));
+    resize(scaled(arrangement.windowWidth) + extraWidth, scaled(kHeight));
+    m_strip.setGeometry(0, 0, scaled(arrangement.stripWidth) + extraWidth, scaled(kStripHeight));
+    constexpr auto kStatus = static_cast<std::size_t>(Panel::Status);
     for (std::size_t index = 0; index < kPanels; ++index) {
-        m_captions[index]->setGeometry(
-            scaledRect(arrangement.captionLefts[index], 0, kCaptionWidths[index], kStripHeight));
         const int right =
             index + 1 < kPanels ? arrangement.panelLefts[index + 1] : arrangement.windowWidth;
-        m_panels[index]->setGeometry(scaledRect(arrangement.panelLefts[index], kStripHeight,
-                                                right - arrangement.panelLefts[index] - 15,
-                                                kPanelHeight));
+        QRect caption =
+            scaledRect(arrangement.captionLefts[index], 0, kCaptionWidths[index], kStripHeight);
+        QRect panel = scaledRect(arrangement.panelLefts[index], kStripHeight,
+                                 right - arrangement.panelLefts[index] - 15, kPanelHeight);
+        if (index == kStatus) {
+            caption.translate(extraWidth / 2, 0);
+            panel.setWidth(panel.width() + extraWidth);
+        } else if (index > kStatus) {
+            caption.translate(extraWidth, 0);
+            panel.translate(extraWidth, 0);
+        }
+        m_captions[index]->setGeometry(caption);
+        m_panels[index]->setGeometry(panel);
     }
     QRect place = m_panels[static_cast<std::size_t>(Panel::Eep)]->geometry();
     place.moveTop(0);

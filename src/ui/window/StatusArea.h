@@ -33,7 +33,9 @@ class StatusArea final : public QWidget {
     static constexpr int kHeight = 555;
 
     void colourStrip();
-    void setLayoutMode(SizeMode mode);
+
+    /// Lays out the panels as designed for the mode; what the window is wider is the status line's.
+    void layOut(SizeMode mode, int extraWidth);
 
     /// There while a percentage stands below it.
     QPushButton& stop() { return m_stop; }

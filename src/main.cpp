@@ -69,7 +69,7 @@ int main(int argc, char** argv) {
     }
     LinuxPlatform platform;
     FormMain window({opened.TheWire(stop), store, platform, opened.port->IsSimulated(),
-                     StateFolder() + "/backups", opened.bus});
+                     StateFolder() + "/backups", DataFolder() + "/names.json", opened.bus});
     window.startUp();
     shown = &window.program();
     std::atexit(endWithoutDisplay);
@@ -79,6 +79,7 @@ int main(int argc, char** argv) {
     window.show();
     QTimer::singleShot(0, &window, [&] {
         window.tellMissingI2cBus();
+        window.tellNameFaults();
         if (line.archiveFile)
             window.openArchive(*line.archiveFile);
     });

@@ -237,7 +237,8 @@ struct StartedProgram {
                    outside,
                    registry,
                    outside,
-                   backupFolder}) {
+                   backupFolder,
+                   backupFolder.substr(0, backupFolder.rfind('/')) + "/names.json"}) {
         program.StartUp(outside);
         program.i2c.ApplyPortOptions();
         outside.steps.clear();

@@ -45,6 +45,10 @@ Change::Change(const Snapshot& from, const Snapshot& to, Extent extent, NumberMo
     if (everything || from.grid != to.grid)
         KeepGrid(from.grid, to.grid);
     KeepCells(from, to);
+    for (std::size_t layer = 0; layer < kNameLayers; ++layer) {
+        if (from.names[layer] != to.names[layer])
+            names_[layer] = to.names[layer];
+    }
     if (from.pending != to.pending)
         queues_ =
             std::make_unique<const std::pair<PendingRows, PendingRows>>(from.pending, to.pending);
@@ -99,6 +103,11 @@ Snapshot Change::AppliedTo(const Snapshot& now, NumberMode mode) const {
     Set(to.target, target_);
     Set(to.crc, crc_);
     Set(to.origin, origin_);
+    for (std::size_t layer = 0; layer < kNameLayers; ++layer) {
+        const auto& open = now.names[layer];
+        if (names_[layer] && open && open->path == names_[layer]->path)
+            to.names[layer] = names_[layer];
+    }
     if (bufferIsOrigins_)
         to.origin.image.Edit() = to.buffer;
     return to;
@@ -136,6 +145,8 @@ std::size_t Change::Bytes() const {
                         (empty_ ? sizeof *empty_ : 0) + OwnBytes(texts_) + OwnBytes(marks_) +
                         OwnBytes(cells_) + (origin_ ? origin_->place.capacity() : 0) +
                         (origin_ && !bufferIsOrigins_ ? sizeof(EepromArray) : 0);
+    for (const auto& file : names_)
+        bytes += file ? OwnBytes(file->names) : 0;
     if (queues_)
         bytes +=
             sizeof *queues_ + OwnBytes(queues_->first.entries) + OwnBytes(queues_->second.entries);

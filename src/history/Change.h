@@ -51,6 +51,7 @@ class Change {
     std::optional<TargetDevice> target_;
     std::optional<std::string> crc_;
     std::optional<BufferOrigin> origin_;
+    NameLayers names_;              ///< null where the layer stays
     bool bufferIsOrigins_ = false;  ///< the image of origin_ is left out: it is the buffer's
 };
 

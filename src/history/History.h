@@ -27,6 +27,9 @@ class History final : public StepKeeper {
     /// Goes there.
     void Cross(Direction direction, const Snapshot& beyond);
 
+    /// The path of a file of names that the last Cross could not write; empty if it could.
+    const std::string& NamesNotWritten() const { return parts_.names.NotWritten(); }
+
     Snapshot Now() const { return parts_.Take(); }
 
     int Count(Direction direction) const;

@@ -12,7 +12,8 @@ Snapshot UndoableParts::Take() const {
                  .BufferChanged = state.BufferChanged,
                  .GridChanged = state.GridChanged,
                  .target = state.targetDevice,
-                 .crc = std::string(statusBar.Text(Panel::Crc))};
+                 .crc = std::string(statusBar.Text(Panel::Crc)),
+                 .names = names.Layers()};
     for (int cell = 0; cell < kCellCount; ++cell)
         now.cells[static_cast<std::size_t>(cell)] = cells.Contents(cell);
     return now;
@@ -41,6 +42,10 @@ void UndoableParts::Restore(const Snapshot& to) const {
     if (statusBar.Text(Panel::Crc) != to.crc || origin != to.origin) {
         origin = to.origin;
         statusBar.ShowCrc(to.crc);
+    }
+    if (names.Layers() != to.names) {
+        names.Restore(to.names);
+        screen.Changed(Shown::Names);
     }
 }
 

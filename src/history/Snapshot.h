@@ -5,6 +5,7 @@
 #include <string>
 
 #include "editor/PendingWrites.h"
+#include "names/NameBook.h"
 #include "settings/SettingCells.h"
 
 namespace tarnwell {
@@ -20,6 +21,7 @@ struct Snapshot {
     bool GridChanged = false;
     TargetDevice target = TargetDevice::Primary;
     std::string crc;
+    NameLayers names;
 
     bool operator==(const Snapshot&) const = default;
 };
@@ -34,6 +36,7 @@ struct UndoableParts {
     DataGrid& grid;
     PendingWrites& pending;
     SettingCells& cells;
+    NameBook& names;
 
     Snapshot Take() const;
 

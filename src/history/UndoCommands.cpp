@@ -18,6 +18,8 @@ void UndoCommands::Go(Direction direction) {
     if (!MayChangeTarget(beyond->target))
         return Post(kTargetNotChanged);
     history_.Cross(direction, *beyond);
+    if (const std::string path = history_.NamesNotWritten(); !path.empty())
+        user_.ShowBox(Box(kNamesNotWritten).WithLine(path));
     Post((undo ? "Undone: " : "Redone: ") + *name);
 }
 

@@ -10,6 +10,7 @@ namespace tarnwell {
 namespace {
 
 constexpr Message kMissing{"", "W A R N I N G", BoxStyle::Exclamation};
+constexpr Message kNamesFaulty{"", "W A R N I N G", BoxStyle::Exclamation};
 
 constexpr Message kSettingsNotSaved{
     "Setting values have been changed, but not archived\r\n"
@@ -37,7 +38,7 @@ Program::Program(const Surroundings& outside)
       sets(SetsFolderBeside(outside.backupFolder)),
       record(backups, sets, {state, origin, outside.calendar}),
       writeGuard(state, statusBar, outside.user, bus, record),
-      history({state, statusBar, outside.screen, buffer, origin, grid, pending, cells},
+      history({state, statusBar, outside.screen, buffer, origin, grid, pending, cells, names},
               bus.Known()),
       context{state, statusBar, outside.screen, outside.user, bus, writeGuard, history, origin},
       deviceReader(context,
@@ -64,6 +65,7 @@ Program::Program(const Surroundings& outside)
       helpCommands(outside.programs, outside.user),
       undo(context, history, cellEditor),
       setCommands(*this, outside.user, outside.programs),
+      nameCommands(*this, outside.user),
       advice_(*this),
       outside_(outside) {
     writeGuard.Ask(advice_);
@@ -76,6 +78,8 @@ void Program::StartUp(WindowSetUp& setUp) {
         setUp);
     if (const auto set = state.set.empty() ? std::nullopt : sets.Find(state.set))
         record.Choose(set);
+    names.Open(NameLayer::User, outside_.namesPath);
+    OpenNamesOfSet();
     outside_.screen.Changed(Shown::Set);
 }
 
@@ -204,7 +208,27 @@ void Program::ChooseSet(const std::optional<TvSet>& set) {
     }
     record.Choose(set);
     state.set = set ? set->name : std::string();
+    OpenNamesOfSet();
     outside_.screen.Changed(Shown::Set);
+    NamesChanged();
+}
+
+void Program::OpenNamesOfSet() {
+    const auto& set = record.Chosen();
+    names.Open(NameLayer::Set, set ? set->folder + "/" + std::string(kNamesFile) : "");
+}
+
+void Program::TellNameFaults() {
+    Box box = kNamesFaulty;
+    const std::vector<std::string> faults = names.Faults();
+    for (const std::string& fault : faults)
+        box.details += (box.details.empty() ? "" : "\n") + fault;
+    if (faults.empty())
+        return;
+    const CommandScope scope(statusBar);
+    box.text =
+        Counted(faults.size(), "fault") + " in the files of names; what is right there counts.";
+    outside_.user.ShowBox(box);
 }
 
 Hint Program::HintNow() const {

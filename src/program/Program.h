@@ -18,6 +18,7 @@
 #include "i2c/kernel/KernelBus.h"
 #include "i2c/parallel/mI2Ccode.h"
 #include "program/BufferFollowers.h"
+#include "program/NameCommands.h"
 #include "program/SetCommands.h"
 #include "program/WriteAdvice.h"
 #include "sets/SetRecord.h"
@@ -46,6 +47,7 @@ struct Surroundings {
     mRegistry& registry;
     const Calendar& calendar;
     std::string backupFolder;  ///< of those of no set; the sets' folders are beside it
+    std::string namesPath;     ///< of the user's names; empty for none
 };
 
 /// Its parts are open to whoever shows them; each is built from those above it, but that the
@@ -90,6 +92,12 @@ class Program final {
     /// parallel port.
     std::optional<I2cBus> I2cBusInUse() const;
 
+    /// Shows the names that there are now.
+    void NamesChanged() { outside_.screen.Changed(Shown::Names); }
+
+    /// Tells the user what is wrong in the files of names that are open, if anything is.
+    void TellNameFaults();
+
     /// Tells the user if the bus that was chosen is not there.
     void TellMissingI2cBus();
 
@@ -113,6 +121,7 @@ class Program final {
     ProgramState state;
     MemoryBuffer buffer{};
     BufferOrigin origin;
+    NameBook names;
     StatusBar statusBar;
     SparedUser busUser;
     mI2Ccode i2c;
@@ -146,11 +155,13 @@ class Program final {
     HelpCommands helpCommands;
     UndoCommands undo;
     SetCommands setCommands;
+    NameCommands nameCommands;
 
   private:
     WriteAdvice advice_;
     std::string BackgroundText() const;
     void UseBus(ChosenBus chosen);
+    void OpenNamesOfSet();
 
     Surroundings outside_;
 };

@@ -38,11 +38,14 @@ std::string SettingName(int cell, char separator) {
     return name;
 }
 
+std::string BitsText(BitRange bits) {
+    if (bits.lowest == bits.highest)
+        return "bit " + std::to_string(bits.lowest);
+    return "bits " + std::to_string(bits.lowest) + " to " + std::to_string(bits.highest);
+}
+
 std::string BitsText(int cell) {
-    const auto [lowest, highest] = BitsOf(*Cell(cell).setting);
-    if (lowest == highest)
-        return "bit " + std::to_string(lowest);
-    return "bits " + std::to_string(lowest) + " to " + std::to_string(highest);
+    return BitsText(BitsOf(*Cell(cell).setting));
 }
 
 std::vector<int> CellsInOrder() {

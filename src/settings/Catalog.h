@@ -166,6 +166,8 @@ std::string SettingName(int cell, char separator = ' ');
 struct BitRange {
     int lowest;
     int highest;
+
+    bool operator==(const BitRange&) const = default;
 };
 
 constexpr BitRange BitsOf(const Setting& setting) {
@@ -173,7 +175,10 @@ constexpr BitRange BitsOf(const Setting& setting) {
     return {setting.shift, setting.shift + count - 1};
 }
 
-/// The same of a cell in words: "bits 2 to 7", "bit 0".
+/// "bits 2 to 7", "bit 0".
+std::string BitsText(BitRange bits);
+
+/// The same of a cell.
 std::string BitsText(int cell);
 
 /// The cells by page, setting and format.

@@ -8,11 +8,11 @@
 
 namespace tarnwell {
 
-SmallFile ReadSmallFile(const std::string& path) {
+SmallFile ReadSmallFile(const std::string& path, std::size_t most) {
     const RegularFile file(path, O_RDONLY);
     if (file.Fault() != FileFault::None)
         return {file.Fault()};
-    if (static_cast<std::uintmax_t>(file.About().st_size) > kSmallFileBytes)
+    if (static_cast<std::uintmax_t>(file.About().st_size) > most)
         return {FileFault::TooLarge};
 
     SmallFile read;
@@ -22,7 +22,7 @@ SmallFile ReadSmallFile(const std::string& path) {
         length = ::read(file.Descriptor(), part.data(), part.size());
         if (length > 0)
             read.content.append(part.data(), static_cast<std::size_t>(length));
-        if (read.content.size() > kSmallFileBytes)  // it grows
+        if (read.content.size() > most)  // it grows
             return {FileFault::TooLarge};
     } while (length > 0 || (length < 0 && errno == EINTR));
     return length < 0 ? SmallFile{FileFault::Unreadable} : read;

@@ -14,7 +14,7 @@ struct SmallFile {
     std::string content{};
 };
 
-/// Reads the regular file `path` of at most kSmallFileBytes; of a larger one nothing is read.
-SmallFile ReadSmallFile(const std::string& path);
+/// Reads the regular file `path` of at most `most` bytes; of a larger one nothing is read.
+SmallFile ReadSmallFile(const std::string& path, std::size_t most = kSmallFileBytes);
 
 }  // namespace tarnwell

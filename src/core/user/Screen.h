@@ -15,6 +15,7 @@ enum class Shown : std::uint8_t {
     Menus,          ///< check marks, visible and enabled items
     Layout,         ///< the size mode
     Set,            ///< whose record is kept
+    Names,          ///< of one's own: which there are
     EditorSwitch,   ///< its caption and lamp
     EditorCaption,  ///< the data editor page's tab
 };

@@ -38,7 +38,7 @@ FormMain::FormMain(const Connections& connections)
       m_settings(*this),
       m_program({connections.wire, *this, m_msgTimer, m_user, m_editor, m_settings, m_place,
                  connections.platform, m_desktop, connections.registry, m_desktop,
-                 connections.backupFolder}),
+                 connections.backupFolder, connections.namesPath}),
       m_helpKey(m_program.state,
                 [this](Topic topic) { guard([&] { m_program.helpCommands.ShowTopic(topic); }); }),
       m_fileDrop(*this, [this](const std::string& path) { openArchive(path); }),
@@ -229,6 +229,8 @@ void FormMain::Changed(Shown what) {
             return showLayout();
         case Shown::EditorSwitch:
             return m_editor.showSwitch();
+        case Shown::Names:
+            return m_editor.GridRefilled();
         case Shown::EditorCaption:
             return m_editor.showCaption();
     }

@@ -28,6 +28,7 @@ struct Connections {
     Platform& platform;
     bool simulated;
     std::string backupFolder;
+    std::string namesPath{};                      ///< of the user's names
     std::optional<ChosenBus> bus = std::nullopt;  ///< of the command line
 };
 
@@ -45,6 +46,9 @@ class FormMain final : public QMainWindow, private Screen, private WindowSetUp {
     /// Tells the user if the I2C bus that was chosen is not there. Call it once the window is
     /// shown.
     void tellMissingI2cBus();
+
+    /// The same of what is wrong in the files of names.
+    void tellNameFaults();
 
     Program& program() { return m_program; }
 

@@ -301,6 +301,10 @@ void FormMain::tellMissingI2cBus() {
     run([this] { m_program.TellMissingI2cBus(); });
 }
 
+void FormMain::tellNameFaults() {
+    run([this] { m_program.TellNameFaults(); });
+}
+
 void FormMain::showInterfaceTest() {
     InterfaceTest test(m_program.i2c, m_wire.port, m_program.statusBar, m_user);
     bool passed = false;

@@ -47,7 +47,7 @@ struct Surroundings {
     mRegistry& registry;
     const Calendar& calendar;
     std::string backupFolder;  ///< of those of no set; the sets' folders are beside it
-    std::string namesPath;     ///< of the user's names; empty for none
+    std::string namesPath{};   ///< of the user's names; empty for none
 };
 
 /// Its parts are open to whoever shows them; each is built from those above it, but that the

@@ -83,10 +83,15 @@ int RunCommandLine(int argc, const char* const* argv, PortSource& ports) {
     if (const auto* const wrong = std::get_if<WrongUse>(&read)) {
         arguments.command = wrong->command;
         arguments.json = wrong->json;
-        report.End(Status::WrongUse, wrong->reason + std::string(kHint));
+        report.End(wrong->isFile ? Status::File : Status::WrongUse,
+                   wrong->reason + std::string(wrong->isFile ? "" : kHint));
     } else {
         arguments = std::get<Arguments>(read);
         report.settingsOf = arguments.device;
+        report.names = &arguments.book;
+        report.nameFaults = arguments.book.Faults();
+        for (const std::string& fault : report.nameFaults)
+            PrintError(fault);
         if (FindSet(arguments, report))
             WorksOnFiles(arguments) ? RunOnFiles(arguments, report)
                                     : RunOnDevice(arguments, ports, report);

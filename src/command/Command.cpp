@@ -5,7 +5,7 @@
 namespace tarnwell {
 
 void Command::TellNotVerified(std::string_view line, Box box,
-                              const std::vector<Mismatch>& mismatches, const ByteNames& names) {
+                              const std::vector<Mismatch>& mismatches) {
     i2c_.FindStrays();
     i2c_.EndWrite();
     std::vector<Mismatch> strays = i2c_.Strays();
@@ -14,9 +14,10 @@ void Command::TellNotVerified(std::string_view line, Box box,
     });
     statusBar_.ShowStatus(line, kMismatchSeconds);
     user_.Beep();
-    box.details = MismatchText(mismatches, state_.numberMode, names);
+    box.details = MismatchText(mismatches, state_.numberMode, names_);
     if (!strays.empty())
-        box.details += (box.details.empty() ? "" : "\n") + StraysText(strays, state_.numberMode);
+        box.details +=
+            (box.details.empty() ? "" : "\n") + StraysText(strays, state_.numberMode, names_);
     user_.ShowBox(box);
     statusBar_.PutStatus("");
 }

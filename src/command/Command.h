@@ -17,6 +17,7 @@ struct CommandContext {
     WriteGuard& writeGuard;
     StepKeeper& steps;
     BufferOrigin& origin;
+    ByteNames names;  ///< of the target device's bytes
 };
 
 /// A class of commands: what its constructor takes besides the context is particular to it.
@@ -34,7 +35,8 @@ class Command {
           i2c_(context.i2c),
           writeGuard_(context.writeGuard),
           steps_(context.steps),
-          origin_(context.origin) {}
+          origin_(context.origin),
+          names_(context.names) {}
     ~Command() = default;
 
     void Post(std::string_view outcome) { statusBar_.ShowStatus(outcome, kResultSeconds); }
@@ -54,8 +56,7 @@ class Command {
 
     /// Ends a command whose bytes were not read back as they were written: `line` in the status
     /// line, the beep, and `box`, which lists them and what else has changed.
-    void TellNotVerified(std::string_view line, Box box, const std::vector<Mismatch>& mismatches,
-                         const ByteNames& names = {});
+    void TellNotVerified(std::string_view line, Box box, const std::vector<Mismatch>& mismatches);
 
     ProgramState& state_;
     StatusBar& statusBar_;
@@ -65,6 +66,7 @@ class Command {
     WriteGuard& writeGuard_;
     StepKeeper& steps_;
     BufferOrigin& origin_;
+    const ByteNames& names_;
 };
 
 }  // namespace tarnwell

@@ -62,8 +62,14 @@ void PutValues(const SettingDigits& digits, MemoryBuffer& image) {
 }  // namespace
 
 CompareCommand::CompareCommand(const CommandContext& context, const CompareSources& sources,
-                               SettingCells& cells, MemoryBuffer& buffer, BufferDisplays& displays)
-    : Command(context), from_(sources), cells_(cells), buffer_(buffer), displays_(displays) {}
+                               const NameBook& book, SettingCells& cells, MemoryBuffer& buffer,
+                               BufferDisplays& displays)
+    : Command(context),
+      from_(sources),
+      book_(book),
+      cells_(cells),
+      buffer_(buffer),
+      displays_(displays) {}
 
 void CompareCommand::Begin() {
     sides_ = {};
@@ -188,7 +194,7 @@ void CompareCommand::Refresh() {
         if (hasValues(sides_[side]))
             PutValues(sides_[side].digits, images_[side]);
     }
-    rows_ = DifferenceRows(device_, images_[0], images_[1]);
+    rows_ = DifferenceRows(book_, device_, images_[0], images_[1]);
 }
 
 std::string CompareCommand::Summary() const {
@@ -213,7 +219,7 @@ void CompareCommand::Take(const std::vector<DifferenceRow>& rows) {
     if (!displays_.MayRefillGrid())
         return;
     const Step step(steps_, {"Take from " + std::string(NameOf(*Of(other)))});
-    TakeRows(rows, device_, Image(other), buffer_);
+    TakeRows(book_, rows, device_, Image(other), buffer_);
     origin_.Note(BufferChange::DifferencesTaken);
     state_.BufferChanged = true;
     statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
@@ -256,7 +262,7 @@ void CompareCommand::Write(const std::vector<DifferenceRow>& rows) {
     from_.writing.WriteSome(
         [&](const MemoryBuffer& present) {
             MemoryBuffer wanted = present;
-            TakeRows(rows, device_, Image(other), wanted);
+            TakeRows(book_, rows, device_, Image(other), wanted);
             return wanted;
         },
         held);
@@ -285,7 +291,8 @@ std::vector<DifferenceRow> CompareCommand::ReadAgain() {
         if (!device)
             continue;
         all = all && ReadDevice(side, *device);
-        std::ranges::copy(DifferenceRows(device_, before, side.image), std::back_inserter(changed));
+        std::ranges::copy(DifferenceRows(book_, device_, before, side.image),
+                          std::back_inserter(changed));
     }
     Refresh();
     const int bytes = CountDifferences(changed).bytes;
@@ -297,8 +304,9 @@ std::vector<DifferenceRow> CompareCommand::ReadAgain() {
 void CompareCommand::ShowTaken(const std::vector<DifferenceRow>& rows) {
     for (const DifferenceRow& row : rows) {
         for (const Difference& byte : row.bytes) {
+            const auto ofRow = row.named ? row.named->cell : std::nullopt;
             const auto cell =
-                device_ == TargetDevice::Primary ? row.cell : CellAtAddress(byte.address);
+                device_ == TargetDevice::Primary ? ofRow : CellAtAddress(byte.address);
             if (cell)
                 ShowTaken(*cell);
         }

@@ -32,7 +32,8 @@ struct CompareSources {
 class CompareCommand final : private Command {
   public:
     CompareCommand(const CommandContext& context, const CompareSources& sources,
-                   SettingCells& cells, MemoryBuffer& buffer, BufferDisplays& displays);
+                   const NameBook& book, SettingCells& cells, MemoryBuffer& buffer,
+                   BufferDisplays& displays);
 
     /// Both sides are empty, but that the left one is the buffer if that holds an image.
     void Begin();
@@ -54,7 +55,7 @@ class CompareCommand final : private Command {
     /// What a side is; nothing while it is empty.
     std::optional<Source> Of(Side side) const;
 
-    /// What differs; none while a side is empty.
+    /// What differs, by the names that there are; none while a side is empty.
     const std::vector<DifferenceRow>& Rows() const { return rows_; }
 
     /// "14 bytes differ: 3 settings, 11 other bytes in 2 places", or empty while a side is.
@@ -89,6 +90,9 @@ class CompareCommand final : private Command {
     /// Whether a side is a device.
     bool HasDevice() const;
 
+    /// Finds what differs by the names that there are now.
+    void Refresh();
+
     /// Reads each side that is a device anew, which stays as it was read before if that fails. What
     /// changed from one reading to the other.
     std::vector<DifferenceRow> ReadAgain();
@@ -110,11 +114,11 @@ class CompareCommand final : private Command {
     std::optional<TargetDevice> OriginOf(const Chosen& chosen) const;
     bool IsSecondary(const Chosen& chosen) const;
     MemoryBuffer Shown(const Chosen& chosen) const;
-    void Refresh();
     void ShowTaken(const std::vector<DifferenceRow>& rows);
     void ShowTaken(int cell);
 
     const CompareSources from_;
+    const NameBook& book_;
     SettingCells& cells_;
     MemoryBuffer& buffer_;
     BufferDisplays& displays_;

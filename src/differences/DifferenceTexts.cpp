@@ -15,14 +15,17 @@ std::string Text(int number, NumberMode mode) {
     return NumberText(static_cast<std::uint32_t>(number), mode);
 }
 
-DifferenceTexts TextsOfSetting(int cell, const Difference& byte, NumberMode mode) {
-    const CellInfo& info = Cell(cell);
-    const Setting& setting = *info.setting;
-    return {Text(byte.address, mode), std::string(setting.code),
-            setting.statusName.withFormat
-                ? std::string(kFormats[static_cast<std::size_t>(info.column)])
-                : std::string(),
-            Text(ValueIn(byte.left, cell), mode), Text(ValueIn(byte.right, cell), mode)};
+DifferenceTexts TextsOfNamed(const DifferenceRow& row, NumberMode mode) {
+    const NamedValue& named = *row.named;
+    DifferenceTexts texts{Text(named.address, mode), named.name, "", Text(row.left, mode),
+                          Text(row.right, mode)};
+    if (!named.cell)
+        return texts;
+    const CellInfo& info = Cell(*named.cell);
+    texts[kSettingColumn] = info.setting->code;
+    if (info.setting->statusName.withFormat)
+        texts[kSettingColumn + 1] = kFormats[static_cast<std::size_t>(info.column)];
+    return texts;
 }
 
 template <typename Texts>
@@ -51,8 +54,8 @@ DifferenceTexts TextsOf(const Difference& byte, NumberMode mode) {
 }
 
 DifferenceTexts TextsOf(const DifferenceRow& row, NumberMode mode) {
-    if (row.cell)
-        return TextsOfSetting(*row.cell, row.bytes.front(), mode);
+    if (row.named)
+        return TextsOfNamed(row, mode);
     if (row.bytes.size() == 1)
         return TextsOf(row.bytes.front(), mode);
     return {Text(row.Address(), mode) + " - " + Text(row.bytes.back().address, mode),
@@ -62,7 +65,7 @@ DifferenceTexts TextsOf(const DifferenceRow& row, NumberMode mode) {
 std::string ListText(const std::vector<DifferenceRow>& rows, NumberMode mode, char separator) {
     std::string text = Joined(HeadOf(mode), separator);
     for (const DifferenceRow& row : rows) {
-        if (row.cell) {
+        if (row.named) {
             text += Joined(TextsOf(row, mode), separator);
             continue;
         }
@@ -78,17 +81,23 @@ bool SaveList(const std::string& path, const std::vector<DifferenceRow>& rows, N
     return file.Commit();
 }
 
-std::string ChangesText(const std::vector<DifferenceRow>& rows, TargetDevice device,
-                        NumberMode mode) {
-    const auto names = [&](int address) { return SettingNameOn(device, address); };
+std::string ChangesText(const std::vector<DifferenceRow>& rows, NumberMode mode) {
     std::string text;
+    const auto add = [&](int address, const ByteNames& names, const std::string& before,
+                         const std::string& after) {
+        text.append(text.empty() ? "" : "\n")
+            .append(AddressText(address, mode, names))
+            .append(": " + before + " becomes " + after);
+    };
     for (const DifferenceRow& row : rows) {
-        for (const Difference& byte : row.bytes) {
-            const DifferenceTexts texts = row.cell ? TextsOf(row, mode) : TextsOf(byte, mode);
-            text += (text.empty() ? "" : "\n") +
-                    AddressText(byte.address, mode, row.cell ? ByteNames(names) : ByteNames()) +
-                    ": " + texts[kLeftColumn] + " becomes " + texts[kRightColumn];
+        if (row.named) {
+            add(
+                row.named->address, [&](int) { return TitleOf(*row.named); },
+                ValueText(*row.named, row.left, mode), ValueText(*row.named, row.right, mode));
+            continue;
         }
+        for (const Difference& byte : row.bytes)
+            add(byte.address, {}, Text(byte.left, mode), Text(byte.right, mode));
     }
     return text;
 }

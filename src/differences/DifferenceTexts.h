@@ -12,6 +12,7 @@ namespace tarnwell {
 inline constexpr std::array<std::string_view, 5> kDifferenceColumns{"Address", "Setting", "Format",
                                                                     "Left", "Right"};
 inline constexpr std::size_t kAddressColumn = 0;
+inline constexpr std::size_t kSettingColumn = 1;
 inline constexpr std::size_t kLeftColumn = 3;
 inline constexpr std::size_t kRightColumn = 4;
 using DifferenceTexts = std::array<std::string, kDifferenceColumns.size()>;
@@ -23,7 +24,7 @@ DifferenceTexts TextsOf(const DifferenceRow& row, NumberMode mode);
 /// The texts of one byte of a place.
 DifferenceTexts TextsOf(const Difference& byte, NumberMode mode);
 
-/// A line for each setting and each byte of a place, columns parted by `separator`, with the
+/// A line for each named value and each byte of a place, columns parted by `separator`, with the
 /// columns' names first, which tell hexadecimal numbers, and each line ended by "\n". No text holds
 /// a tabulator or a comma.
 std::string ListText(const std::vector<DifferenceRow>& rows, NumberMode mode, char separator);
@@ -33,10 +34,9 @@ std::string ListText(const std::vector<DifferenceRow>& rows, NumberMode mode, ch
 [[nodiscard]] bool SaveList(const std::string& path, const std::vector<DifferenceRow>& rows,
                             NumberMode mode);
 
-/// What becomes of each byte on `device`, a line for each setting and each byte with other bits:
-/// "Address 2363 (480i CR02): 7 becomes 9". Left is before.
-std::string ChangesText(const std::vector<DifferenceRow>& rows, TargetDevice device,
-                        NumberMode mode);
+/// What becomes of each named value and each byte with other bits, a line each: "Address 2363 (480i
+/// CR02): 7 becomes 9". Left is before.
+std::string ChangesText(const std::vector<DifferenceRow>& rows, NumberMode mode);
 
 /// "14 bytes differ: 3 settings, 11 other bytes in 2 places", or "No differences".
 std::string DifferencesText(const DifferenceCount& count);

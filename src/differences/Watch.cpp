@@ -20,8 +20,8 @@ constexpr milliseconds kLongestWait{4000};
 }  // namespace
 
 Watch::Watch(const CommandContext& context, SparedUser& user, Clock& clock,
-             const Calendar& calendar)
-    : Command(context), busUser_(user), clock_(clock), calendar_(calendar) {}
+             const Calendar& calendar, const NameBook& book)
+    : Command(context), busUser_(user), clock_(clock), calendar_(calendar), book_(book) {}
 
 void Watch::Begin(TargetDevice device, const std::vector<ByteRange>& ranges,
                   const MemoryBuffer* held) {
@@ -104,10 +104,15 @@ Transfer Watch::ReadOnce(const ByteRange& piece, MemoryBuffer& image) {
 
 void Watch::Note(const MemoryBuffer& found) {
     const std::string time = calendar_.ZonedTime();
-    for (const DifferenceRow& row : DifferenceRows(device_, held_, found)) {
-        for (const Difference& byte : row.bytes) {
-            if (!ignored_.contains(byte.address))
-                changes_.push_back({time, {row.cell, {byte}}});
+    auto rows = DifferenceRows(book_, device_, held_, found);
+    for (DifferenceRow& row : rows) {
+        std::erase_if(row.bytes,
+                      [this](const Difference& byte) { return ignored_.contains(byte.address); });
+        if (!row.named) {
+            for (const Difference& byte : row.bytes)
+                changes_.push_back({time, {nullptr, {byte}}});
+        } else if (!row.bytes.empty()) {
+            changes_.push_back({time, std::move(row)});
         }
     }
 }

@@ -11,8 +11,8 @@
 
 namespace tarnwell {
 
-/// A setting, or a byte with other bits, that a reading found otherwise than the one before: left
-/// is before.
+/// A named value, or a byte with other bits, that a reading found otherwise than the one before:
+/// left is before.
 struct WatchedChange {
     std::string time;  ///< as Calendar::ZonedTime
     DifferenceRow row;
@@ -27,7 +27,8 @@ inline std::string TimeOfDay(const std::string& zonedTime) {
 /// long as it was held, for another master of it.
 class Watch final : private Command {
   public:
-    Watch(const CommandContext& context, SparedUser& user, Clock& clock, const Calendar& calendar);
+    Watch(const CommandContext& context, SparedUser& user, Clock& clock, const Calendar& calendar,
+          const NameBook& book);
 
     /// Watches these bytes from now on. `held` is what they held when they were read last; if it is
     /// left out, the first reading finds that out. Changes stay, and what is ignored.
@@ -70,6 +71,7 @@ class Watch final : private Command {
     SparedUser& busUser_;
     Clock& clock_;
     const Calendar& calendar_;
+    const NameBook& book_;
     TargetDevice device_ = TargetDevice::Primary;
     std::vector<ByteRange> pieces_;
     std::size_t next_ = 0;                  ///< of the pieces

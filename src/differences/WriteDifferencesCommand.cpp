@@ -36,8 +36,8 @@ constexpr WriteDifferencesCommand::Manner WriteDifferencesCommand::kGoBack{
 
 WriteDifferencesCommand::WriteDifferencesCommand(const CommandContext& context,
                                                  DeviceReader& reader, ImageArchive& images,
-                                                 const MemoryBuffer& buffer)
-    : Command(context), reader_(reader), images_(images), buffer_(buffer) {}
+                                                 const NameBook& book, const MemoryBuffer& buffer)
+    : Command(context), reader_(reader), images_(images), book_(book), buffer_(buffer) {}
 
 void WriteDifferencesCommand::WriteDifferencesToEep() {
     const CommandScope scope(statusBar_);
@@ -109,12 +109,12 @@ bool WriteDifferencesCommand::Differs(const MemoryBuffer& present, const MemoryB
 
 bool WriteDifferencesCommand::MayWrite(const MemoryBuffer& present, const MemoryBuffer& wanted,
                                        const Manner& manner) {
-    const auto rows = DifferenceRows(state_.targetDevice, present, wanted);
+    const auto rows = DifferenceRows(book_, state_.targetDevice, present, wanted);
     const DifferenceCount count = CountDifferences(rows);
     Box box = kAskWrite;
     box.text = std::string(manner.question[0]) + Counted(count.bytes, "byte");
     box.text.append(manner.question[1]).append(EepromName(state_.targetDevice)).append("?");
-    box.details = ChangesText(rows, state_.targetDevice, state_.numberMode);
+    box.details = ChangesText(rows, state_.numberMode);
     return writeGuard_.Wants(manner.kind,
                              std::move(box).WithLine(DifferencesText(count) + ".").WithDefaultNo(),
                              &wanted) &&
@@ -137,9 +137,8 @@ void WriteDifferencesCommand::TellAborted(const PageWriter& writer, Others other
 }
 
 void WriteDifferencesCommand::TellLeft(const PageWriter& writer) {
-    const auto names = [&](int address) { return SettingNameOn(state_.targetDevice, address); };
     TellNotVerified("ERROR: EEP and Memory Buffer Values Do Not Match!",
-                    Box(kImageNotVerified).WithLine(writer.ConfirmedText()), writer.Left(), names);
+                    Box(kImageNotVerified).WithLine(writer.ConfirmedText()), writer.Left());
 }
 
 }  // namespace tarnwell

@@ -6,13 +6,14 @@
 #include "archive/ImageArchive.h"
 #include "differences/PageWriter.h"
 #include "image/DeviceReader.h"
+#include "names/NameBook.h"
 
 namespace tarnwell {
 
 class WriteDifferencesCommand final : private Command {
   public:
     WriteDifferencesCommand(const CommandContext& context, DeviceReader& reader,
-                            ImageArchive& images, const MemoryBuffer& buffer);
+                            ImageArchive& images, const NameBook& book, const MemoryBuffer& buffer);
 
     /// Brings the target device to the memory buffer, after a question that names what changes.
     /// Marks, pending writes and the state's flags stay as they are.
@@ -61,6 +62,7 @@ class WriteDifferencesCommand final : private Command {
 
     DeviceReader& reader_;
     ImageArchive& images_;
+    const NameBook& book_;
     const MemoryBuffer& buffer_;
 };
 

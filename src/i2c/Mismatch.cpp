@@ -44,9 +44,10 @@ std::string MismatchText(const std::vector<Mismatch>& mismatches, NumberMode mod
                   {": wrote ", ", read "}, mode, names);
 }
 
-std::string StraysText(const std::vector<Mismatch>& strays, NumberMode mode) {
+std::string StraysText(const std::vector<Mismatch>& strays, NumberMode mode,
+                       const ByteNames& names) {
     return Listed(Counted(strays.size(), "other byte", "has changed.", "have changed."), strays,
-                  {": held ", ", read "}, mode, {});
+                  {": held ", ", read "}, mode, names);
 }
 
 }  // namespace tarnwell

@@ -33,6 +33,7 @@ std::string MismatchText(const std::vector<Mismatch>& mismatches, NumberMode mod
                          const ByteNames& names = {});
 
 /// The same of bytes that nobody wrote to.
-std::string StraysText(const std::vector<Mismatch>& strays, NumberMode mode);
+std::string StraysText(const std::vector<Mismatch>& strays, NumberMode mode,
+                       const ByteNames& names = {});
 
 }  // namespace tarnwell

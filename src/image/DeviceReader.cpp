@@ -26,9 +26,6 @@ Box AskDisagreeing(std::size_t bytes, std::size_t passes) {
 
 }  // namespace
 
-DeviceReader::DeviceReader(const CommandContext& context, ByteNames names)
-    : Command(context), names_(std::move(names)) {}
-
 DeviceReading DeviceReader::Read(MemoryBuffer& image) {
     std::vector<MemoryBuffer> passes;
     if (ReadPasses(passes) == Transfer::Aborted) {

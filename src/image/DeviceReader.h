@@ -17,8 +17,7 @@ enum class DeviceReading : std::uint8_t {
 
 class DeviceReader final : private Command {
   public:
-    /// `names` are those of the target device's bytes.
-    DeviceReader(const CommandContext& context, ByteNames names);
+    explicit DeviceReader(const CommandContext& context) : Command(context) {}
 
     /// Reads the target device after its bus check. `image`, slots 0 to 8191, and what is kept as a
     /// backup change only if the reading is taken.
@@ -31,8 +30,6 @@ class DeviceReader final : private Command {
     bool MayUseBlank(const MemoryBuffer& image);
     std::string ReadingsLine(int address, const std::vector<MemoryBuffer>& passes) const;
     bool Wants(Box question, std::string details);
-
-    ByteNames names_;
 };
 
 }  // namespace tarnwell

@@ -66,6 +66,28 @@ ByteNames NameBook::NamesOn(TargetDevice device) const {
     };
 }
 
+std::string NameBook::Text(TargetDevice device, int address, std::optional<std::uint8_t> byte,
+                           NumberMode mode) const {
+    std::string text;
+    for (const Named& named : At(device, address)) {
+        text += text.empty() ? NumberText(static_cast<std::uint32_t>(address), mode) + ": " : "; ";
+        text +=
+            (named->cell ? SettingName(*named->cell) : named->name) + ", " + BitsText(*named, mode);
+        if (byte && !named->cell && !named->low)
+            text += ": " + ValueText(*named, ValueIn(*byte, *named), mode);
+    }
+    return text;
+}
+
+NameList NameBook::On(TargetDevice device) const {
+    NameList names;
+    if (device == TargetDevice::Primary)
+        names = BuiltInNames();
+    std::ranges::copy_if(own_, std::back_inserter(names),
+                         [device](const Named& named) { return named->device == device; });
+    return names;
+}
+
 Named NameBook::Changed(TargetDevice device, int address, std::optional<std::uint8_t> from,
                         std::optional<std::uint8_t> to) const {
     const NameList& names = At(device, address);

@@ -62,6 +62,14 @@ class NameBook {
     /// The same with names as the command line has them: "R-YR.480p".
     ByteNames NamesOn(TargetDevice device) const;
 
+    /// What is at a byte, in numbers of a mode: "2401: R-YR 480p, bits 0 to 3"; of one's own names
+    /// with their values, if the byte is given. Empty if nothing has a name there.
+    std::string Text(TargetDevice device, int address, std::optional<std::uint8_t> byte,
+                     NumberMode mode) const;
+
+    /// The settings and the user's names that are on a device.
+    NameList On(TargetDevice device) const;
+
     /// The value that a change of a byte is told of: all bits that change are its own, or it is all
     /// that is known at the byte. Null if there is none, or it is of two bytes.
     Named Changed(TargetDevice device, int address, std::optional<std::uint8_t> from,

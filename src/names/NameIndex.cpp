@@ -25,8 +25,18 @@ bool IsCode(std::string_view name) {
 }  // namespace
 
 NameIndex::NameIndex() : places_(std::size_t{2} * kEepromBytes) {
-    for (const int cell : CellsInOrder())
-        Add(std::make_shared<const NamedValue>(NamedSetting(cell)));
+    for (const Named& setting : BuiltInNames())
+        Add(setting);
+}
+
+const NameList& BuiltInNames() {
+    static const NameList kNames = [] {
+        NameList names;
+        for (const int cell : CellsInOrder())
+            names.push_back(std::make_shared<const NamedValue>(NamedSetting(cell)));
+        return names;
+    }();
+    return kNames;
 }
 
 std::string NameIndex::Clash(const NamedValue& named, std::string& key) const {

@@ -11,6 +11,9 @@ namespace tarnwell {
 
 using NameList = std::vector<Named>;
 
+/// The built-in settings, in the order of their pages.
+const NameList& BuiltInNames();
+
 class NameIndex {
   public:
     /// Of the built-in settings.

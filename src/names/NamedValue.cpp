@@ -10,6 +10,7 @@ namespace tarnwell {
 namespace {
 
 constexpr int kByteBits = 8;
+constexpr std::size_t kLongestName = 40;
 constexpr std::size_t kLongestText = 200;
 
 std::string Number(int number, NumberMode mode) {
@@ -109,9 +110,13 @@ int MaskAt(const NamedValue& named, int address) {
 }
 
 int ValueIn(std::span<const std::uint8_t> image, const NamedValue& named) {
-    const int byte = image[static_cast<std::size_t>(named.address)];
+    const std::uint8_t byte = image[static_cast<std::size_t>(named.address)];
     if (named.low)
         return byte << kByteBits | image[static_cast<std::size_t>(*named.low)];
+    return ValueIn(byte, named);
+}
+
+int ValueIn(std::uint8_t byte, const NamedValue& named) {
     return (byte & MaskAt(named, named.address)) >> named.bits.lowest;
 }
 

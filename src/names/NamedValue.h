@@ -12,8 +12,6 @@
 
 namespace tarnwell {
 
-inline constexpr std::size_t kLongestName = 40;
-
 /// Bits of one byte, or two whole bytes that make one number.
 struct NamedValue {
     std::string name{};  ///< "AGC.Level"; of a built-in setting "R-YR.480p", "TINT"
@@ -46,6 +44,9 @@ int MaskAt(const NamedValue& named, int address);
 
 /// Its value as its device's image holds it.
 int ValueIn(std::span<const std::uint8_t> image, const NamedValue& named);
+
+/// The same of its one byte.
+int ValueIn(std::uint8_t byte, const NamedValue& named);
 
 /// Gives it a value; all other bits of the image stay.
 void PutValue(std::span<std::uint8_t> image, const NamedValue& named, int value);

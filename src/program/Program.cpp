@@ -36,13 +36,20 @@ Program::Program(const Surroundings& outside)
       bus(i2c, kernelBus, state),
       backups(outside.backupFolder, outside.calendar),
       sets(SetsFolderBeside(outside.backupFolder)),
-      record(backups, sets, {state, origin, outside.calendar}),
+      record(backups, sets, {state, origin, outside.calendar, names}),
       writeGuard(state, statusBar, outside.user, bus, record),
       history({state, statusBar, outside.screen, buffer, origin, grid, pending, cells, names},
               bus.Known()),
-      context{state, statusBar, outside.screen, outside.user, bus, writeGuard, history, origin},
-      deviceReader(context,
-                   [this](int address) { return SettingNameOn(state.targetDevice, address); }),
+      context{state,
+              statusBar,
+              outside.screen,
+              outside.user,
+              bus,
+              writeGuard,
+              history,
+              origin,
+              [this](int address) { return names.TitlesOn(state.targetDevice)(address); }},
+      deviceReader(context),
       grid(state, statusBar, outside.screen, buffer, outside.editorView),
       pending(context, grid, outside.editorView),
       cellEditor(context, grid, pending),
@@ -57,10 +64,10 @@ Program::Program(const Surroundings& outside)
       wholeDevice(context, deviceReader, outside.calendar, buffer, followers),
       imageArchive(context, outside.calendar, buffer, followers),
       settingsArchive(context, cells, settings),
-      writeDifferences(context, deviceReader, imageArchive, buffer),
-      compare(context, {deviceReader, imageArchive, settingsArchive, writeDifferences}, cells,
-              buffer, followers),
-      watch(context, busUser, outside.wire.clock, outside.calendar),
+      writeDifferences(context, deviceReader, imageArchive, names, buffer),
+      compare(context, {deviceReader, imageArchive, settingsArchive, writeDifferences}, names,
+              cells, buffer, followers),
+      watch(context, busUser, outside.wire.clock, outside.calendar, names),
       numberModeMenu(state, statusBar, outside.screen, {&cells, &grid, &pending}),
       helpCommands(outside.programs, outside.user),
       undo(context, history, cellEditor),
@@ -161,8 +168,10 @@ std::string Program::BackgroundText() const {
         return cellEditor.Description();
     if (state.page == Page::Editor && selection.IsOfSeveral())
         return selection.Summary();
-    const bool named = state.page == Page::Editor && state.targetDevice == TargetDevice::Primary;
-    std::string text = named ? ByteText(grid.Current().Address(), state.numberMode) : "";
+    std::string text;
+    if (state.page == Page::Editor)
+        text = names.Text(state.targetDevice, grid.Current().Address(),
+                          grid.Shown(grid.Current()).Byte(), state.numberMode);
     return text.empty() ? WaitingText(WaitingOn(state.page)) : text;
 }
 

@@ -17,13 +17,13 @@
 #include "i2c/FollowedBus.h"
 #include "i2c/kernel/KernelBus.h"
 #include "i2c/parallel/mI2Ccode.h"
+#include "names/Destination.h"
 #include "program/BufferFollowers.h"
 #include "program/NameCommands.h"
 #include "program/SetCommands.h"
 #include "program/WriteAdvice.h"
 #include "sets/SetRecord.h"
 #include "settings/CellCommands.h"
-#include "settings/Destination.h"
 #include "settings/ValueEditor.h"
 
 namespace tarnwell {

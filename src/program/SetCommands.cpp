@@ -125,9 +125,9 @@ void SetCommands::TakeBack(const TakenEvents& taken, Newer newer) {
     const auto add = [&](const std::string& text, const std::vector<int>& addresses) {
         stays.text.append(stays.text.empty() ? "" : kLineBreak).append(text);
         for (const int address : addresses)
-            stays.details += (stays.details.empty() ? "" : "\n") +
-                             AddressText(address, program_.state.numberMode,
-                                         [&](int of) { return SettingNameOn(device, of); });
+            stays.details +=
+                (stays.details.empty() ? "" : "\n") +
+                AddressText(address, program_.state.numberMode, program_.names.TitlesOn(device));
     };
     if (!back.newer.empty())
         add(Counted(back.newer.size(), "byte", "was", "were") + " changed again since" +
@@ -163,7 +163,7 @@ void SetCommands::GoBack(const HistoryEvent& event) {
         if (!bytes[static_cast<std::size_t>(address)] && ++unknown <= kMostLines)
             box.details += (box.details.empty() ? "" : "\n") +
                            AddressText(address, program_.state.numberMode,
-                                       [&](int of) { return SettingNameOn(event.device, of); });
+                                       program_.names.TitlesOn(event.device));
     }
     box.text = "What the EEProm held then is not known of " + Counted(unknown, "byte") + ".";
     user_.ShowBox(box);

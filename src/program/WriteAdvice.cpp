@@ -176,16 +176,15 @@ std::string WriteAdvice::ImageChanges() const {
             return "The EEProm was not read: each of its bytes is written, whatever it holds.";
         held[static_cast<std::size_t>(address)] = *byte;
     }
-    const TargetDevice target = program_.state.targetDevice;
-    return ChangesText(DifferenceRows(target, held, program_.buffer), target,
-                       program_.state.numberMode);
+    return ChangesText(
+        DifferenceRows(program_.names, program_.state.targetDevice, held, program_.buffer),
+        program_.state.numberMode);
 }
 
 std::string WriteAdvice::ChangeLine(int address, std::optional<std::uint8_t> held,
                                     std::uint8_t value) const {
     const NumberMode mode = program_.state.numberMode;
-    const auto names = [&](int of) { return SettingNameOn(program_.state.targetDevice, of); };
-    return AddressText(address, mode, names) + ": " +
+    return AddressText(address, mode, program_.context.names) + ": " +
            (held ? NumberText(*held, mode) : "not read") + " becomes " + NumberText(value, mode);
 }
 

@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 
 #include "core/Words.h"
-#include "settings/Catalog.h"
 
 namespace tarnwell {
 
@@ -23,10 +22,10 @@ Json NumberOrNull(std::optional<std::uint8_t> value) {
     return value ? Json(*value) : Json();
 }
 
-Json JsonOf(const EventByte& byte, TargetDevice device) {
+Json JsonOf(const EventByte& byte, const ByteNames& names) {
     Json json{{"address", byte.address}};
-    if (const auto cell = CellOn(device, byte.address))
-        json["setting"] = SettingName(*cell, '.');
+    if (std::string name = names ? names(byte.address) : ""; !name.empty())
+        json["setting"] = std::move(name);
     json["from"] = NumberOrNull(byte.from);
     json["to"] = NumberOrNull(byte.to);
     json["held"] = NumberOrNull(byte.held);
@@ -89,7 +88,7 @@ std::string_view WordOf(WriteEnd end) {
     return kEnds[static_cast<std::size_t>(end)];
 }
 
-std::string JsonOf(const HistoryEvent& event) {
+std::string JsonOf(const HistoryEvent& event, const ByteNames& names) {
     Json json{{"time", event.time}, {"event", kKinds[static_cast<std::size_t>(event.kind)]}};
     if (!event.command.empty())
         json["command"] = event.command;
@@ -107,7 +106,7 @@ std::string JsonOf(const HistoryEvent& event) {
     }
     json["bytes"] = Json::array();
     for (const EventByte& byte : event.bytes)
-        json["bytes"].push_back(JsonOf(byte, event.device));
+        json["bytes"].push_back(JsonOf(byte, names));
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "i2c/FollowedBus.h"
+#include "i2c/Mismatch.h"
 
 namespace tarnwell {
 
@@ -43,8 +44,9 @@ struct HistoryEvent {
     bool operator==(const HistoryEvent&) const = default;
 };
 
-/// The event as one line of JSON, without a line break; its number is its place.
-std::string JsonOf(const HistoryEvent& event);
+/// The event as one line of JSON, without a line break; its number is its place. Its bytes have
+/// what `names` calls them.
+std::string JsonOf(const HistoryEvent& event, const ByteNames& names = {});
 
 /// Nothing if the line is no event.
 std::optional<HistoryEvent> EventOf(std::string_view line);

@@ -28,36 +28,48 @@ std::optional<int> AddressIn(std::string_view text) {
     return isNumber && address < kEepromBytes ? std::optional(address) : std::nullopt;
 }
 
-std::string NameOf(int address, TargetDevice device) {
-    const auto cell = CellOn(device, address);
-    return cell ? CellTitle(*cell) + " " + SettingName(*cell, '.') : std::string();
+/// All that the byte is called by.
+std::string NamesOf(const EventByte& byte, TargetDevice device, const NameBook& names) {
+    return names.TitlesOn(device)(byte.address) + " " + names.NamesOn(device)(byte.address);
 }
 
-bool Fits(const EventByte& byte, TargetDevice device, const HistoryFilter& filter) {
-    const auto address = AddressIn(filter.text);
-    const std::string name = NameOf(byte.address, device);
-    return address ? byte.address == *address : !name.empty() && Holds(name, filter.text);
+bool Fits(const EventByte& byte, TargetDevice device, const HistoryFilter& filter,
+          const NameBook& names) {
+    if (const auto address = AddressIn(filter.text))
+        return byte.address == *address;
+    return !names.At(device, byte.address).empty() &&
+           Holds(NamesOf(byte, device, names), filter.text);
 }
 
-std::string ValueText(std::optional<std::uint8_t> byte, std::optional<int> cell, NumberMode mode) {
-    return byte ? NumberText(cell ? ValueIn(*byte, *cell) : *byte, mode) : "not known";
+/// The value of a byte that `named` tells of, or else the byte itself.
+std::string ValueText(std::optional<std::uint8_t> byte, const Named& named, NumberMode mode) {
+    if (!byte)
+        return "not known";
+    return named ? ValueText(*named, ValueIn(*byte, *named), mode) : NumberText(*byte, mode);
 }
 
 std::optional<std::uint8_t> Written(const EventByte& byte) {
     return byte.to ? byte.to : byte.held;
 }
 
+/// The value that the change of the byte is told of; null if it is the byte itself.
+Named NamedIn(const EventByte& byte, TargetDevice device, const NameBook& names) {
+    return names.Changed(device, byte.address, byte.from, Written(byte));
+}
+
 /// By time, command and file an event fits with all its bytes, else with those that do.
-bool KeepsFitting(HistoryEvent& event, const HistoryFilter& filter) {
+bool KeepsFitting(HistoryEvent& event, const HistoryFilter& filter, const NameBook& names) {
     if (filter.settingsOnly)
-        std::erase_if(event.bytes,
-                      [&](const EventByte& byte) { return !CellOn(event.device, byte.address); });
+        std::erase_if(event.bytes, [&](const EventByte& byte) {
+            return names.At(event.device, byte.address).empty();
+        });
     const bool isWhole = !AddressIn(filter.text) &&
                          (Holds(EventWhen(event), filter.text) ||
                           Holds(event.command, filter.text) || Holds(event.image, filter.text));
     if (!isWhole)
-        std::erase_if(event.bytes,
-                      [&](const EventByte& byte) { return !Fits(byte, event.device, filter); });
+        std::erase_if(event.bytes, [&](const EventByte& byte) {
+            return !Fits(byte, event.device, filter, names);
+        });
     return !event.bytes.empty() || (isWhole && !filter.settingsOnly);
 }
 
@@ -80,44 +92,48 @@ std::array<std::string, kHistoryColumns.size()> TextsOf(const HistoryEvent& even
 }
 
 std::string ChangeText(const EventByte& byte, TargetDevice device, NumberMode mode,
-                       const ByteNames& names) {
-    const auto cell = CellOn(device, byte.address);
-    std::string text = AddressText(byte.address, mode, names) + ": " +
-                       ValueText(byte.from, cell, mode) + " becomes " +
-                       ValueText(Written(byte), cell, mode);
+                       const NameBook& names, const ByteNames& titles) {
+    const Named named = NamedIn(byte, device, names);
+    std::string text = AddressText(byte.address, mode, titles) + ": " +
+                       ValueText(byte.from, named, mode) + " becomes " +
+                       ValueText(Written(byte), named, mode);
     if (byte.to && byte.held != byte.to)
-        text += ", holds " + ValueText(byte.held, cell, mode);
+        text += ", holds " + ValueText(byte.held, named, mode);
     return text;
 }
 
-std::vector<HistoryEvent> Filtered(const SetHistory& history, const HistoryFilter& filter) {
+std::vector<HistoryEvent> Filtered(const SetHistory& history, const HistoryFilter& filter,
+                                   const NameBook& names) {
     std::vector<HistoryEvent> events = history.events;
     if (!filter.text.empty() || filter.settingsOnly)
-        std::erase_if(events, [&](HistoryEvent& event) { return !KeepsFitting(event, filter); });
+        std::erase_if(events,
+                      [&](HistoryEvent& event) { return !KeepsFitting(event, filter, names); });
     std::ranges::reverse(events);
     return events;
 }
 
-std::optional<Course> CourseOf(const std::vector<HistoryEvent>& newestFirst) {
+std::optional<Course> CourseOf(const std::vector<HistoryEvent>& newestFirst,
+                               const NameBook& names) {
     std::optional<Course> course;
     for (std::size_t left = newestFirst.size(); left > 0; --left) {
         const HistoryEvent& event = newestFirst[left - 1];
         for (const EventByte& byte : event.bytes) {
-            const auto cell = CellOn(event.device, byte.address);
-            if (!cell || (course && course->cell != *cell))
+            const Named named = NamedIn(byte, event.device, names);
+            if (!named || (course && course->named != named))
                 return std::nullopt;
             if (!course)
-                course = Course{*cell, {}};
+                course = Course{named, {}};
             if (course->points.empty() && byte.from)
-                course->points.push_back({event.time, ValueIn(*byte.from, *cell)});
+                course->points.push_back({event.time, ValueIn(*byte.from, *named)});
             if (byte.held)
-                course->points.push_back({event.time, ValueIn(*byte.held, *cell)});
+                course->points.push_back({event.time, ValueIn(*byte.held, *named)});
         }
     }
     return course;
 }
 
-std::string ListText(const std::vector<HistoryEvent>& events, NumberMode mode, char separator) {
+std::string ListText(const std::vector<HistoryEvent>& events, NumberMode mode, char separator,
+                     const NameBook& names) {
     std::string text;
     const auto add = [&](std::initializer_list<std::string> cells) {
         std::string_view before;
@@ -134,11 +150,11 @@ std::string ListText(const std::vector<HistoryEvent>& events, NumberMode mode, c
         if (event.bytes.empty())
             add({time, what, device, end, "", "", "", "", ""});
         for (const EventByte& byte : event.bytes) {
-            const auto cell = CellOn(event.device, byte.address);
+            const Named named = NamedIn(byte, event.device, names);
             add({time, what, device, end,
                  NumberText(static_cast<std::uint32_t>(byte.address), mode),
-                 cell ? CellTitle(*cell) : "", ValueText(byte.from, cell, mode),
-                 ValueText(Written(byte), cell, mode), ValueText(byte.held, cell, mode)});
+                 names.TitlesOn(event.device)(byte.address), ValueText(byte.from, named, mode),
+                 ValueText(Written(byte), named, mode), ValueText(byte.held, named, mode)});
         }
     }
     return text;

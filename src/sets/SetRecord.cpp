@@ -108,7 +108,7 @@ bool SetRecord::Record(TargetDevice device) {
                                    isKnown ? std::optional((*ready)[address]) : std::nullopt, now,
                                    now});
     }
-    if ((!ready || !event.bytes.empty()) && !AppendLine(HistoryPath(*chosen_), JsonOf(event)))
+    if ((!ready || !event.bytes.empty()) && !Append(event))
         return false;
     chosen_->lastRead[index] = reading.time;
     chosen_->unknown[index].clear();
@@ -141,7 +141,7 @@ std::string SetRecord::Wrote(const DeviceWrite& write) {
     event.written = write.count;
     for (const WrittenByte& byte : write.bytes)
         event.bytes.push_back({byte.address, byte.before, byte.written, byte.now});
-    if (!AppendLine(HistoryPath(*chosen_), JsonOf(event)))
+    if (!Append(event))
         return HistoryPath(*chosen_);
     TakeWritten(write);
     return {};
@@ -165,6 +165,10 @@ void SetRecord::TakeWritten(const DeviceWrite& write) {
         ChangeReadyImage(*chosen_, write.device, *ready);
     if (unknown != before)
         static_cast<void>(SetStore::SaveKnown(*chosen_));
+}
+
+bool SetRecord::Append(const HistoryEvent& event) const {
+    return AppendLine(HistoryPath(*chosen_), JsonOf(event, sources_.names.NamesOn(event.device)));
 }
 
 HistoryEvent SetRecord::EventNow(TargetDevice device) const {

@@ -3,6 +3,7 @@
 
 #include "archive/ImageBackups.h"
 #include "command/WriteGuard.h"
+#include "names/NameBook.h"
 #include "sets/HistoryEvent.h"
 #include "sets/Recognition.h"
 
@@ -13,6 +14,7 @@ struct EventSources {
     const ProgramState& state;
     const BufferOrigin& origin;
     const Calendar& calendar;
+    const NameBook& names;
 };
 
 /// Without a chosen set backups are kept in the folder of those of no set, and nothing else.
@@ -77,6 +79,7 @@ class SetRecord final : public BackupStore {
     /// Whether the reading is in the record then.
     bool Record(TargetDevice device);
     HistoryEvent EventNow(TargetDevice device) const;
+    bool Append(const HistoryEvent& event) const;
     void TakeWritten(const DeviceWrite& write);
 
     ImageBackups& backups_;

@@ -39,24 +39,33 @@ std::string Element(std::string_view name, const std::string& content) {
     return "<" + std::string(name) + ">" + content + "</" + std::string(name) + ">";
 }
 
-/// "31 (1F)"; of one that differs "<b>31 (1F)</b> was 25 (19)".
-std::string ValueText(const SheetFacts& facts, int cell) {
+/// "31 (1F)"; of one that differs "<b>31 (1F)</b> was 25 (19)", and what the value means.
+std::string ValueCell(const SheetFacts& facts, const NamedValue& named) {
     const auto text = [&](const MemoryBuffer& image) {
-        const std::uint8_t value = ValueIn(image, cell);
-        return NumberText(value, NumberMode::Decimal) + " (" + NumberText(value, NumberMode::Hex) +
-               ")";
+        const int value = ValueIn(image, named);
+        return Escaped(ValueText(named, value, NumberMode::Decimal)) + " (" +
+               NumberText(static_cast<std::uint32_t>(value), NumberMode::Hex) + ")";
     };
-    if (!facts.first || ValueIn(*facts.first, cell) == ValueIn(facts.image, cell))
-        return text(facts.image);
-    return Element("b", text(facts.image)) + " was " + text(*facts.first);
+    if (!facts.first || ValueIn(*facts.first, named) == ValueIn(facts.image, named))
+        return Element("td", text(facts.image));
+    return Element("td", Element("b", text(facts.image)) + " was " + text(*facts.first));
 }
 
 std::string RowOf(const SheetFacts& facts, const Setting& setting) {
     std::string cells =
         Element("td", Escaped(setting.code)) + Element("td", Escaped(setting.description));
     for (const CellPlace& place : setting.cells)
-        cells += Element("td", place.Exists() ? ValueText(facts, place.cell) : "");
+        cells += place.Exists() ? ValueCell(facts, NamedSetting(place.cell)) : Element("td", "");
     return Element("tr", cells) + "\n";
+}
+
+std::string Table(std::string_view caption, std::span<const std::string_view> columns,
+                  const std::string& rows) {
+    std::string head = Element("th", "Name") + Element("th", "Description");
+    for (const std::string_view column : columns)
+        head += Element("th", std::string(column));
+    return Element("h2", std::string(caption)) + "\n<table border=\"1\" cellspacing=\"0\">" +
+           Element("tr", head) + "\n" + rows + "</table>\n";
 }
 
 std::string TableOf(const SheetFacts& facts, const PageInfo& page) {
@@ -67,11 +76,21 @@ std::string TableOf(const SheetFacts& facts, const PageInfo& page) {
     }
     if (rows.empty())
         return rows;
-    std::string head = Element("th", "Name") + Element("th", "Description");
-    for (const std::string_view format : kFormats)
-        head += Element("th", std::string(format));
-    return Element("h2", std::string(page.caption)) + "\n<table border=\"1\" cellspacing=\"0\">" +
-           Element("tr", head) + "\n" + rows + "</table>\n";
+    return Table(page.caption, kFormats, rows);
+}
+
+/// A section of their own, if there are any.
+std::string TableOfNames(const SheetFacts& facts) {
+    std::string rows;
+    for (const Named& named : facts.names) {
+        if (!named->cell)
+            rows += Element("tr", Element("td", named->name) + Element("td", Escaped(named->text)) +
+                                      Element("td", PlaceText(*named, NumberMode::Decimal)) +
+                                      ValueCell(facts, *named)) +
+                    "\n";
+    }
+    constexpr std::array<std::string_view, 2> kColumns{"Place", "Value"};
+    return rows.empty() ? rows : Table("Names of Your Own", kColumns, rows);
 }
 
 }  // namespace
@@ -86,6 +105,7 @@ std::string SheetHtml(const SheetFacts& facts) {
         "\n";
     for (const PageInfo& info : kPages)
         page += TableOf(facts, info);
+    page += TableOfNames(facts);
     return page + "</body></html>\n";
 }
 

@@ -3,8 +3,10 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "image/MemoryBuffer.h"
+#include "names/NamedValue.h"
 
 namespace tarnwell {
 
@@ -15,10 +17,11 @@ struct SheetFacts {
     std::string date{};
     MemoryBuffer image{};
     std::optional<MemoryBuffer> first{};  ///< the set's first image
+    std::vector<Named> names{};           ///< of which those of one's own get a section
 };
 
 /// The page: each setting by page and format, in both number modes; what differs from the first
-/// image is bold, with what it was. It prints well in grey.
+/// image is bold, with what it was. It prints well in grey. Names are those of the primary EEPROM.
 std::string SheetHtml(const SheetFacts& facts);
 
 }  // namespace tarnwell

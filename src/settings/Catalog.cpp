@@ -66,19 +66,6 @@ std::optional<int> CellAtAddress(int address) {
     return static_cast<int>(found - kCells.begin());
 }
 
-std::optional<int> CellOn(TargetDevice device, int address) {
-    return device == TargetDevice::Primary ? CellAtAddress(address) : std::nullopt;
-}
-
-std::string SettingNameAt(int address) {
-    return SettingNameOn(TargetDevice::Primary, address);
-}
-
-std::string SettingNameOn(TargetDevice device, int address) {
-    const auto cell = CellOn(device, address);
-    return cell ? CellTitle(*cell) : std::string();
-}
-
 const SettingGroup* GroupAtBase(int address) {
     const auto found = std::ranges::find(SettingGroups, address, &SettingGroup::baseAddress);
     return found == SettingGroups.end() ? nullptr : &*found;

@@ -187,15 +187,6 @@ std::vector<int> CellsInOrder();
 /// The cell whose byte lies at an EEPROM address, if a named setting does.
 std::optional<int> CellAtAddress(int address);
 
-/// The same of a device: named settings are those of the primary EEPROM.
-std::optional<int> CellOn(TargetDevice device, int address);
-
-/// The title of that cell; empty if there is none.
-std::string SettingNameAt(int address);
-
-/// The same of a device: named settings are those of the primary EEPROM.
-std::string SettingNameOn(TargetDevice device, int address);
-
 /// The group whose base address is `address`, if there is one.
 const SettingGroup* GroupAtBase(int address);
 

@@ -22,13 +22,6 @@ std::string OutOfRangeText(int cell, NumberMode mode) {
     return "Out of its range from 0 to " + NumberText(maximum, mode);
 }
 
-std::string ByteText(int address, NumberMode mode) {
-    const auto cell = CellAtAddress(address);
-    if (!cell)
-        return {};
-    return AddressNumber(address, mode) + ": " + SettingName(*cell) + ", " + BitsText(*cell);
-}
-
 std::string WaitingText(int count) {
     if (count == 0)
         return {};

@@ -13,10 +13,6 @@ std::string CellPlaceText(int cell, NumberMode mode);
 /// "Out of its range from 0 to 15": how a value is shown that the setting does not have.
 std::string OutOfRangeText(int cell, NumberMode mode);
 
-/// What the byte at an address of the primary EEPROM holds: "2401: R-YR 480p, bits 0 to 3". Empty
-/// if no named setting does.
-std::string ByteText(int address, NumberMode mode);
-
 /// "3 values wait to be written"; empty for none.
 std::string WaitingText(int count);
 

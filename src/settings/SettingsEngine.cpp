@@ -117,7 +117,7 @@ void SettingsEngine::WriteAndVerify() {
     }
     if (!mismatches->empty())
         return TellNotVerified("ERROR: EEProm and Settings Values Do Not Match!",
-                               kSettingsNotVerified, *mismatches, SettingNameAt);
+                               kSettingsNotVerified, *mismatches);
     i2c_.EndWrite();
     if (BufferHoldsImage())
         MergeWritten();

@@ -42,26 +42,49 @@ void KeepOnlyDifferent(ByteValues& bytes, const MemoryBuffer& present) {
 
 /// The bytes in which the device has these values, with the other bits as they are, or nothing if
 /// they could not be read. `image` gets the bytes as they were read for this.
-std::optional<ByteValues> BytesWith(const CellValues& values, Device& device, MemoryBuffer& image) {
+std::optional<ByteValues> BytesWith(const NamedNumbers& values, Device& device,
+                                    MemoryBuffer& image) {
     ByteValues bytes;
-    for (const auto& [cell, value] : values) {
-        const int address = Cell(cell).address;
-        std::uint8_t& present = image[static_cast<std::size_t>(address)];
-        if (!device.ReadAgreed(address, present))
-            return std::nullopt;
-        bytes[address] = WithValue(present, cell, value);
+    for (const auto& [named, value] : values) {
+        for (const int address : {named->address, named->low.value_or(named->address)}) {
+            std::uint8_t& present = image[static_cast<std::size_t>(address)];
+            if (!bytes.contains(address) && !device.ReadAgreed(address, present))
+                return std::nullopt;
+            bytes[address] = present;
+        }
     }
+    MemoryBuffer wanted = image;
+    for (const auto& [named, value] : values)
+        PutValue(wanted, *named, value);
+    for (auto& [address, byte] : bytes)
+        byte = wanted[static_cast<std::size_t>(address)];
     return bytes;
+}
+
+NamedNumbers Numbered(const CellValues& values) {
+    NamedNumbers numbers;
+    for (const Named& setting : BuiltInNames()) {
+        if (const auto value = values.find(*setting->cell); value != values.end())
+            numbers.push_back({setting, value->second});
+    }
+    return numbers;
 }
 
 /// The bytes that bring the device, which holds `present`, to what a file holds.
 std::optional<ByteValues> BytesOf(const Content& content, Device& device, MemoryBuffer& present) {
     if (!content.image)
-        return BytesWith(content.values, device, present);
+        return BytesWith(Numbered(content.values), device, present);
     ByteValues bytes;
     for (int address = 0; address < kEepromBytes; ++address)
         bytes[address] = (*content.image)[static_cast<std::size_t>(address)];
     return bytes;
+}
+
+NameList NamesIn(const NamedNumbers& values) {
+    NameList names;
+    for (const auto& [named, value] : values)
+        names.push_back(named);
+    return names;
 }
 
 /// Of differences what is to be written over is read a second time before anybody is asked.
@@ -155,15 +178,14 @@ void TakeBackEvents(const Arguments& arguments, Device& device, Report& report) 
 
 void Set(const Arguments& arguments, Device& device, Report& report) {
     MemoryBuffer image;
-    if (RefusesSettings(arguments, report) || !CanBeConfirmed(arguments, report) ||
-        !device.Open() || !device.ReadImage(image))
+    if (RefusesNames(NamesIn(arguments.values), arguments, report) ||
+        !CanBeConfirmed(arguments, report) || !device.Open() || !device.ReadImage(image))
         return;
-    auto bytes = BytesWith(arguments.cellValues, device, image);
+    auto bytes = BytesWith(arguments.values, device, image);
     if (!bytes)
         return;
     KeepOnlyDifferent(*bytes, image);
-    for (const auto& [cell, value] : arguments.cellValues)
-        report.settings.push_back({cell, value});
+    report.settings = arguments.values;
     if (bytes->empty()) {
         report.written = 0;
         return report.End(Status::Done, OneLine(kNoSettingsChanged));
@@ -172,18 +194,21 @@ void Set(const Arguments& arguments, Device& device, Report& report) {
 }
 
 void SetInFile(const Arguments& arguments, Report& report) {
-    if (RefusesSettings(arguments, report) || !MaySave(*arguments.output, arguments, report))
+    if (RefusesNames(NamesIn(arguments.values), arguments, report) ||
+        !MaySave(*arguments.output, arguments, report))
         return;
     auto content = Load(*arguments.image, arguments, report);
     if (!content)
         return;
-    for (const auto& [cell, value] : arguments.cellValues) {
+    for (const auto& [named, value] : arguments.values) {
         if (content->image)
-            PutValue(*content->image, cell, value);
+            PutValue(*content->image, *named, value);
+        else if (named->cell)
+            content->values[*named->cell] = static_cast<std::uint8_t>(value);
         else
-            content->values[cell] = value;
-        report.settings.push_back({cell, value});
+            return report.End(Status::File, *arguments.image + " holds settings, no image.");
     }
+    report.settings = arguments.values;
     if (content->image)
         report.crc = mCRC32::BufferCrcText(*content->image);
     if (arguments.dryRun)

@@ -21,11 +21,12 @@ namespace {
     if (RefusesSettings(arguments, report))
         return false;
     report.mismatchesAre = Told::Values;
-    for (const int cell : CellsInOrder()) {
-        const auto one = ValueOf(cell, left);
-        const auto other = ValueOf(cell, right);
+    for (const Named& setting : BuiltInNames()) {
+        const auto one = ValueOf(*setting, left);
+        const auto other = ValueOf(*setting, right);
         if (one && other && *one != *other)
-            report.mismatches.push_back({Cell(cell).address, *one, *other});
+            report.mismatches.push_back({setting->address, static_cast<std::uint8_t>(*one),
+                                         static_cast<std::uint8_t>(*other)});
     }
     return true;
 }
@@ -37,7 +38,8 @@ void CompareContents(const Arguments& arguments, const std::array<Content, 2>& s
         return;
     DifferenceCount count;
     if (left.image && right.image)
-        count = CountDifferences(DifferenceRows(arguments.device, *left.image, *right.image));
+        count = CountDifferences(
+            DifferenceRows(arguments.book, arguments.device, *left.image, *right.image));
     else
         count.bytes = count.settings = static_cast<int>(report.mismatches.size());
     report.End(report.mismatches.empty() ? Status::Done : Status::Different,

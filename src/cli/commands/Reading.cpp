@@ -107,21 +107,25 @@ void WatchBytes(const Arguments& arguments, Device& device, Report& report) {
 }
 
 void Get(const Arguments& arguments, Device& device, Report& report) {
-    if (RefusesSettings(arguments, report) || !device.Open())
+    if (RefusesNames(arguments.names, arguments, report) || !device.Open())
         return;
-    std::vector<AddressedByte> bytes;
-    for (const int cell : arguments.cells) {
-        if (!device.ReadBytes({Cell(cell).address, 1}, bytes))
+    MemoryBuffer image{};
+    for (const Named& named : arguments.names) {
+        std::vector<AddressedByte> bytes;
+        if (!device.ReadBytes({named->address, 1}, bytes) ||
+            (named->low && !device.ReadBytes({*named->low, 1}, bytes)))
             return;
-        report.settings.push_back({cell, ValueIn(bytes.back().value, cell)});
+        for (const auto& [address, value] : bytes)
+            image[static_cast<std::size_t>(address)] = value;
+        report.settings.push_back({named, ValueIn(image, *named)});
     }
 }
 
 void GetFromFile(const Arguments& arguments, Report& report) {
-    if (RefusesSettings(arguments, report))
+    if (RefusesNames(arguments.names, arguments, report))
         return;
     if (const auto content = Load(*arguments.image, arguments, report))
-        ShowSettings(arguments.cells, *content, report);
+        ShowSettings(arguments.names, *content, report);
 }
 
 void DescribeFile(const Arguments& arguments, Report& report) {
@@ -133,9 +137,12 @@ void DescribeFile(const Arguments& arguments, Report& report) {
         report.device = OriginOf(content->path, *content->image).device;
         report.crc = mCRC32::BufferCrcText(*content->image);
         report.bytes = kEepromBytes;
+        NameList own = arguments.book.Own();
+        std::erase_if(own, [&](const Named& named) { return named->device != report.device; });
+        ShowSettings(own, *content, report);
         return report.End(Status::Done, "An EEProm image.");
     }
-    ShowSettings(CellsInOrder(), *content, report);
+    ShowSettings(BuiltInNames(), *content, report);
     report.End(Status::Done, "A settings archive.");
 }
 

@@ -14,13 +14,13 @@ namespace tarnwell::cli {
 
 namespace {
 
-/// Leaves of an event what changed one of the cells, if some are given; whether anything is left.
-bool KeepOnly(const std::vector<int>& cells, HistoryEvent& event) {
-    if (cells.empty())
+/// Leaves of an event what changed one of the names, if some are given; whether anything is left.
+bool KeepOnly(const NameList& names, const NameBook& book, HistoryEvent& event) {
+    if (names.empty())
         return true;
     std::erase_if(event.bytes, [&](const EventByte& byte) {
-        const auto cell = CellOn(event.device, byte.address);
-        return !cell || std::ranges::find(cells, *cell) == cells.end();
+        const NameList& here = book.At(event.device, byte.address);
+        return std::ranges::find_first_of(here, names) == here.end();
     });
     return !event.bytes.empty();
 }
@@ -39,7 +39,7 @@ void ShowLog(const Arguments& arguments, Report& report) {
         return;
     std::vector<HistoryEvent>& events = history->events;
     std::erase_if(events, [&](HistoryEvent& event) {
-        return event.time < arguments.since || !KeepOnly(arguments.logCells, event);
+        return event.time < arguments.since || !KeepOnly(arguments.logNames, arguments.book, event);
     });
     std::ranges::reverse(events);
     report.events = std::move(events);
@@ -55,8 +55,11 @@ bool MayMakeSheet(const Arguments& arguments, Report& report) {
 
 void SaveSheet(const MemoryBuffer& image, const std::string& name, const Arguments& arguments,
                Report& report) {
-    SheetFacts facts{
-        .set = name, .date = SystemCalendar().ZonedTime().substr(0, 10), .image = image};
+    SheetFacts facts{.set = name,
+                     .date = SystemCalendar().ZonedTime().substr(0, 10),
+                     .image = image,
+                     .first = {},
+                     .names = arguments.book.On(TargetDevice::Primary)};
     if (arguments.set) {
         facts.set = arguments.set->name;
         facts.model = arguments.set->model;

@@ -51,6 +51,7 @@ Device::Device(const Arguments& arguments, const JoinedPort& port, mRegistry& op
     program_.state.busOfRun = port.bus;
     program_.state.simulated = port.isSimulated;
     program_.i2c.ApplyPortOptions();
+    program_.names = arguments.book;
     if (arguments.set)
         program_.ChooseSet(arguments.set);
     program_.record.CallCommands(std::string(arguments.command->name));

@@ -260,17 +260,22 @@ bool RefusesSettings(const Arguments& arguments, Report& report) {
     return true;
 }
 
-std::optional<std::uint8_t> ValueOf(int cell, const Content& content) {
-    if (content.image)
-        return ValueIn(*content.image, cell);
-    const auto value = content.values.find(cell);
-    return value == content.values.end() ? std::nullopt : std::optional(value->second);
+bool RefusesNames(const NameList& names, const Arguments& arguments, Report& report) {
+    const bool hasOwn = std::ranges::any_of(names, [](const Named& named) { return !named->cell; });
+    return !hasOwn && RefusesSettings(arguments, report);
 }
 
-void ShowSettings(const std::vector<int>& cells, const Content& content, Report& report) {
-    for (const int cell : cells) {
-        if (const auto value = ValueOf(cell, content))
-            report.settings.push_back({cell, *value});
+std::optional<int> ValueOf(const NamedValue& named, const Content& content) {
+    if (content.image)
+        return ValueIn(*content.image, named);
+    const auto value = named.cell ? content.values.find(*named.cell) : content.values.end();
+    return value == content.values.end() ? std::nullopt : std::optional<int>(value->second);
+}
+
+void ShowSettings(const NameList& names, const Content& content, Report& report) {
+    for (const Named& named : names) {
+        if (const auto value = ValueOf(*named, content))
+            report.settings.push_back({named, *value});
     }
 }
 

@@ -36,13 +36,16 @@ void Save(const std::string& name, const Content& content, const Arguments& argu
 void SaveText(const std::string& name, const std::string& text, std::string_view saved,
               Report& report);
 
-/// Named settings are those of the primary EEPROM: on the secondary one the command ends.
+/// Settings are those of the primary EEPROM: on the secondary one the command ends.
 [[nodiscard]] bool RefusesSettings(const Arguments& arguments, Report& report);
 
-/// The value of a cell that a file holds, if it does.
-std::optional<std::uint8_t> ValueOf(int cell, const Content& content);
+/// The same of a command that takes names, unless they are the user's.
+[[nodiscard]] bool RefusesNames(const NameList& names, const Arguments& arguments, Report& report);
 
-/// Puts those of the cells that a file holds into the report.
-void ShowSettings(const std::vector<int>& cells, const Content& content, Report& report);
+/// The value that a file holds, if it does.
+std::optional<int> ValueOf(const NamedValue& named, const Content& content);
+
+/// Puts those of the values that a file holds into the report.
+void ShowSettings(const NameList& names, const Content& content, Report& report);
 
 }  // namespace tarnwell::cli

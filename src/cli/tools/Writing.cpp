@@ -26,7 +26,7 @@ bool IsConfirmed(const Arguments& arguments, const Writing& writing,
         text = std::string(kWarnOfSecondary.text) + "\n";
     std::erase(text, '\r');
     text += "To be written to the " + EepromName(arguments.device) + ":\n" +
-            ChangeLines(changes, arguments.device, kMostLines);
+            ChangeLines(changes, arguments.device, kMostLines, arguments.book);
     return AgreesOnTerminal(text + writing.question);
 }
 

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 
 #include "cli/words/OperandKinds.h"
 #include "core/Words.h"
+#include "core/files/UserFolders.h"
 #include "i2c/parallel/PinGroups.h"
+#include "sets/SetStore.h"
 
 namespace tarnwell::cli {
 
@@ -42,7 +45,7 @@ void TakeOptions(const GivenWords& words, Arguments& arguments) {
     if (words.progress != "auto")
         arguments.progress = words.progress == "always" ? Show::Always : Show::Never;
     if (!words.setting.empty())
-        arguments.logCells = CellsNamed(words.setting);
+        arguments.logNames = NamesMeant(arguments.book, words.setting);
     if (!IsDate(arguments.since))
         throw WrongArgument{"--since must be a date such as 2026-11-24."};
     if (!words.address.empty()) {
@@ -86,7 +89,7 @@ void CheckTogether(const Arguments& arguments) {
     refuseIf(arguments.count > 0 && !command.Has(kStreams), kCountIsFor);
     const bool takesSet = command.onDevice != nullptr || command.Has(kIsOfSet);
     const bool hasSet = !arguments.setName.empty();
-    const bool filters = !arguments.logCells.empty() || !arguments.since.empty();
+    const bool filters = !arguments.logNames.empty() || !arguments.since.empty();
     refuseIf(hasSet && !takesSet, kSetIsFor);
     refuseIf(arguments.newSet && !hasSet, "--new-set needs --set=NAME.");
     refuseIf(command.Has(kNeedsSet) && !hasSet, "log and take-back need --set=NAME.");
@@ -110,7 +113,28 @@ bool WritesToStandardOutput(const Arguments& arguments) {
     return saves ? arguments.file == kStandardStream : arguments.output == kStandardStream;
 }
 
+NameBook OpenNames(const Arguments& arguments) {
+    NameBook book;
+    book.Open(NameLayer::User, DataFolder() + "/" + std::string(kNamesFile));
+    const std::string& file = arguments.namesFile;
+    if (!file.empty()) {
+        std::error_code unreachable;
+        if (!std::filesystem::exists(file, unreachable))
+            throw UnusableFile{file + " does not exist."};
+        book.Open(NameLayer::Opened, file);
+        if (const NamesFile& opened = *book.File(NameLayer::Opened); opened.usable == Usable::No)
+            throw UnusableFile{file + ": " + opened.faults.front()};
+    }
+    const auto set = arguments.setName.empty()
+                         ? std::nullopt
+                         : SetStore(StateFolder() + "/sets").Find(arguments.setName);
+    if (set)
+        book.Open(NameLayer::Set, set->folder + "/" + std::string(kNamesFile));
+    return book;
+}
+
 void TakeWords(const GivenWords& words, Arguments& arguments) {
+    arguments.book = OpenNames(arguments);
     TakeOptions(words, arguments);
     const CommandRow& command = *arguments.command;
     if (words.operands.empty() && !command.takes.MayBeLeftOut())

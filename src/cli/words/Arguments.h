@@ -24,8 +24,8 @@ struct Arguments {
 
     std::string file;                ///< of read, write, verify, info and restore
     std::vector<std::string> sides;  ///< of compare, two
-    std::vector<int> cells;          ///< of get
-    CellValues cellValues;           ///< of set
+    NameList names;                  ///< of get
+    NamedNumbers values;             ///< of set
     std::vector<ByteRange> ranges;   ///< of peek and watch
     int count = 0;                   ///< of the changes that end watch, none if 0
     ByteValues byteValues;           ///< of poke
@@ -45,11 +45,14 @@ struct Arguments {
 
     std::string setName;  ///< as it was given
     bool newSet = false;
-    std::optional<TvSet> set;   ///< the one of that name, once it was looked up
-    std::vector<int> events;    ///< of take-back
-    std::vector<int> logCells;  ///< of log, all if empty
-    std::string since;          ///< of log, the beginning of a time as Calendar::ZonedTime
+    std::optional<TvSet> set;  ///< the one of that name, once it was looked up
+    std::vector<int> events;   ///< of take-back
+    NameList logNames;         ///< of log, all if empty
+    std::string since;         ///< of log, the beginning of a time as Calendar::ZonedTime
     bool alsoNewer = false;
+
+    NameBook book;          ///< what the words may name
+    std::string namesFile;  ///< whose names are opened beside the user's
 
     bool yes = false;
     bool trustDevice = false;
@@ -79,6 +82,7 @@ struct WrongUse {
     std::string reason;
     const CommandRow* command;
     bool json;
+    bool isFile = false;  ///< it is a file that cannot be used
 };
 
 std::variant<Arguments, Text, WrongUse> ReadArguments(std::span<const char* const> words,
@@ -94,8 +98,11 @@ struct GivenWords {
     std::string setting;
 };
 
+/// The names of the user, and of the set and the file that the arguments name. Throws UnusableFile.
+NameBook OpenNames(const Arguments& arguments);
+
 /// Takes what the words say, and throws WrongArgument where they make no sense or do not go
-/// together.
+/// together, or UnusableFile.
 void TakeWords(const GivenWords& words, Arguments& arguments);
 
 }  // namespace tarnwell::cli

@@ -5,6 +5,10 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwell {
+class NameBook;
+}
+
 namespace tarnwell::cli {
 
 class Device;
@@ -15,7 +19,8 @@ struct Report;
 struct OperandKind {
     std::string_view form{};  ///< as help shows it, in brackets if it may be left out
     void (*take)(const std::vector<std::string>& operands, Arguments& arguments) = nullptr;
-    std::string (*names)() = nullptr;  ///< the words that mean something, in lines
+    std::string (*names)(const NameBook& book) =
+        nullptr;  ///< the words that mean something, in lines
 
     constexpr bool MayBeLeftOut() const { return form.empty() || form.starts_with('['); }
 };

@@ -14,7 +14,7 @@ std::string Quoted(std::string_view word) {
 }
 
 /// Decimal, or hexadecimal after 0x, and at most `maximum`.
-int NumberFrom(std::string_view text, int maximum, std::string_view what) {
+int NumberFrom(std::string_view text, int maximum, std::string_view what, int minimum = 0) {
     const bool hex = text.starts_with("0x") || text.starts_with("0X");
     const std::string_view digits = hex ? text.substr(2) : text;
     unsigned value = 0;
@@ -24,9 +24,10 @@ int NumberFrom(std::string_view text, int maximum, std::string_view what) {
         throw WrongArgument{Quoted(text) +
                             " is no number: write it in decimal, or in hexadecimal "
                             "after 0x."};
-    if (error != std::errc() || value > static_cast<unsigned>(maximum))
-        throw WrongArgument{std::string(what) + " goes from 0 to " + std::to_string(maximum) +
-                            ", not to " + std::string(text) + "."};
+    if (error != std::errc() || value > static_cast<unsigned>(maximum) ||
+        value < static_cast<unsigned>(minimum))
+        throw WrongArgument{std::string(what) + " goes from " + std::to_string(minimum) + " to " +
+                            std::to_string(maximum) + ", not to " + std::string(text) + "."};
     return static_cast<int>(value);
 }
 
@@ -42,17 +43,19 @@ std::pair<std::string_view, std::string_view> SplitAtEqualsSign(std::string_view
     return {word.substr(0, sign), word.substr(sign + 1)};
 }
 
-const Setting& SettingNamed(std::string_view code) {
+const Setting& SettingNamed(const NameBook& book, std::string_view code) {
     const auto* const found = std::ranges::find_if(
         kCatalog, [&](const Setting& s) { return EqualIgnoringCase(s.code, code); });
     if (found != kCatalog.end())
         return *found;
-    std::vector<std::string_view> codes;
-    codes.reserve(kCatalog.size());
+    std::vector<std::string_view> known;
+    known.reserve(kCatalog.size() + book.Own().size());
     for (const Setting& setting : kCatalog)
-        codes.push_back(setting.code);
+        known.push_back(setting.code);
+    for (const Named& named : book.Own())
+        known.push_back(named->name);
     throw WrongArgument{"There is no setting " + Quoted(code) + ". Did you mean " +
-                        std::string(Nearest(code, codes)) + "?"};
+                        std::string(Nearest(code, known)) + "?"};
 }
 
 bool HasFormats(const Setting& setting) {
@@ -97,27 +100,59 @@ void AddByteValue(std::string_view word, ByteValues& values) {
 
 }  // namespace
 
-std::vector<int> CellsNamed(std::string_view word) {
+NameList NamesMeant(const NameBook& book, std::string_view word) {
+    if (const Named named = book.Find(word))
+        return {named};
     const std::size_t point = word.find('.');
-    const Setting& setting = SettingNamed(word.substr(0, point));
-    if (point != std::string_view::npos)
-        return {CellOf(setting, word.substr(point + 1))};
-    std::vector<int> cells;
+    const bool isCode = point == std::string_view::npos ||
+                        std::ranges::any_of(kCatalog, [&](const Setting& setting) {
+                            return EqualIgnoringCase(setting.code, word.substr(0, point));
+                        });
+    const Setting& setting = SettingNamed(book, isCode ? word.substr(0, point) : word);
+    NameList names;
+    const auto add = [&](int cell) { names.push_back(book.Find(SettingName(cell, '.'))); };
+    if (point != std::string_view::npos) {
+        add(CellOf(setting, word.substr(point + 1)));
+        return names;
+    }
     for (const CellPlace& place : setting.cells) {
         if (place.Exists())
-            cells.push_back(place.cell);
+            add(place.cell);
     }
-    return cells;
+    return names;
 }
 
 namespace {
 
-void AddCellValue(std::string_view word, CellValues& values) {
-    const auto [name, number] = SplitAtEqualsSign(word, "NAME=VALUE");
-    for (const int cell : CellsNamed(name)) {
-        const Setting& setting = *Cell(cell).setting;
-        values[cell] = static_cast<std::uint8_t>(NumberFrom(number, setting.maximum, setting.code));
+/// A number, or what it means.
+int ValueFrom(std::string_view text, const NamedValue& named) {
+    for (const auto& [value, meaning] : named.values) {
+        if (EqualIgnoringCase(meaning, text))
+            return value;
     }
+    const std::string what = named.cell ? std::string(Cell(*named.cell).setting->code) : named.name;
+    return NumberFrom(text, named.highest, what, named.lowest);
+}
+
+void AddValue(const NameBook& book, std::string_view word, NamedNumbers& values) {
+    const auto [name, text] = SplitAtEqualsSign(word, "NAME=VALUE");
+    for (const Named& named : NamesMeant(book, name)) {
+        const int value = ValueFrom(text, *named);
+        const auto given = std::ranges::find(values, named, &NamedNumber::named);
+        if (given == values.end())
+            values.push_back({named, value});
+        else
+            given->value = value;
+    }
+}
+
+/// A name of one's own says which device is meant.
+void TakeDeviceOf(const Named& named, const Named& first, Arguments& arguments) {
+    if (named->device != first->device)
+        throw WrongArgument{first->name + " and " + named->name +
+                            " are not on the same EEPROM: one of the two at a time."};
+    if (!named->cell)
+        arguments.device = named->device;
 }
 
 }  // namespace
@@ -146,14 +181,18 @@ void TakeSides(const OperandTexts& operands, Arguments& arguments) {
 
 void TakeSettings(const OperandTexts& operands, Arguments& arguments) {
     for (const std::string& word : operands)
-        std::ranges::copy(CellsNamed(word), std::back_inserter(arguments.cells));
+        std::ranges::copy(NamesMeant(arguments.book, word), std::back_inserter(arguments.names));
     if (operands.empty())
-        arguments.cells = CellsInOrder();
+        arguments.names = arguments.book.On(arguments.device);
+    for (const Named& named : arguments.names)
+        TakeDeviceOf(named, arguments.names.front(), arguments);
 }
 
 void TakeSettingValues(const OperandTexts& operands, Arguments& arguments) {
     for (const std::string& word : operands)
-        AddCellValue(word, arguments.cellValues);
+        AddValue(arguments.book, word, arguments.values);
+    for (const auto& [named, value] : arguments.values)
+        TakeDeviceOf(named, arguments.values.front().named, arguments);
 }
 
 void TakeRanges(const OperandTexts& operands, Arguments& arguments) {
@@ -177,15 +216,17 @@ void TakeEvents(const OperandTexts& operands, Arguments& arguments) {
         arguments.events.push_back(NumberFrom(word, std::numeric_limits<int>::max(), "An event"));
 }
 
-std::string SettingNames() {
+std::string NamesOf(const NameBook& book) {
     std::string names;
     for (const Setting& setting : kCatalog) {
         names.append("\n  ").append(setting.code);
         for (const CellPlace& place : setting.cells) {
-            if (place.Exists() && CellName(place.cell) != setting.code)
-                names.append(" ").append(CellName(place.cell));
+            if (place.Exists() && HasFormats(setting))
+                names.append(" ").append(SettingName(place.cell, '.'));
         }
     }
+    for (const Named& named : book.Own())
+        names.append("\n  ").append(named->name);
     return names;
 }
 

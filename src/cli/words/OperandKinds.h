@@ -21,22 +21,23 @@ void TakeRangesOrAll(const OperandTexts& operands, Arguments& arguments);
 void TakeByteValues(const OperandTexts& operands, Arguments& arguments);
 void TakeEvents(const OperandTexts& operands, Arguments& arguments);
 
-/// The cells of a setting, or of one of its formats, as "NAME[.FORMAT]"; throws WrongArgument.
-std::vector<int> CellsNamed(std::string_view word);
+/// The settings of "NAME[.FORMAT]", or a name of one's own; throws WrongArgument.
+NameList NamesMeant(const NameBook& book, std::string_view word);
 
-/// A line a setting: its name, and with each format that it has.
-std::string SettingNames();
+/// A line a setting: its name, and with each format that it has; then those of one's own.
+std::string NamesOf(const NameBook& book);
 
 inline constexpr OperandKind kNothing{};
 inline constexpr OperandKind kFile{"FILE", TakeFile};
-inline constexpr OperandKind kBackupOrFile{"[backup:N|FILE]", TakeBackupOrFile,
-                                           [] { return "\n  " + std::string(kBackupSide); }};
-inline constexpr OperandKind kSides{
-    "A [B]", TakeSides,
-    [] { return "\n  " + std::string(kDeviceSide) + " " + std::string(kBackupSide); }};
-inline constexpr OperandKind kSettings{"[NAME[.FORMAT]...]", TakeSettings, SettingNames};
-inline constexpr OperandKind kSettingValues{"NAME[.FORMAT]=VALUE...", TakeSettingValues,
-                                            SettingNames};
+inline constexpr OperandKind kBackupOrFile{
+    "[backup:N|FILE]", TakeBackupOrFile,
+    [](const NameBook&) { return "\n  " + std::string(kBackupSide); }};
+inline constexpr OperandKind kSides{"A [B]", TakeSides, [](const NameBook&) {
+                                        return "\n  " + std::string(kDeviceSide) + " " +
+                                               std::string(kBackupSide);
+                                    }};
+inline constexpr OperandKind kSettings{"[NAME[.FORMAT]...]", TakeSettings, NamesOf};
+inline constexpr OperandKind kSettingValues{"NAME[.FORMAT]=VALUE...", TakeSettingValues, NamesOf};
 inline constexpr OperandKind kRanges{"ADDRESS[-ADDRESS|+COUNT]...", TakeRanges};
 inline constexpr OperandKind kRangesOrAll{"[ADDRESS[-ADDRESS|+COUNT]...]", TakeRangesOrAll};
 inline constexpr OperandKind kByteValues{"ADDRESS=VALUE...", TakeByteValues};

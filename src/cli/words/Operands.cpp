@@ -4,10 +4,6 @@
 
 namespace tarnwell::cli {
 
-std::string CellName(int cell) {
-    return SettingName(cell, '.');
-}
-
 std::string_view Nearest(std::string_view word, const std::vector<std::string_view>& known) {
     constexpr std::size_t kLongest = 64;
     word = word.substr(0, kLongest);

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/Letters.h"
-#include "settings/Catalog.h"
+#include "names/NameBook.h"
 
 namespace tarnwell::cli {
 
@@ -17,12 +17,21 @@ struct WrongArgument {
     std::string reason;
 };
 
-/// Values by cell, and by EEPROM address: of equal ones the last counts.
+/// Thrown where a file that the arguments name cannot be used.
+struct UnusableFile {
+    std::string reason;
+};
+
+/// Values by name: of equal ones the last counts.
+struct NamedNumber {
+    Named named;
+    int value;
+};
+using NamedNumbers = std::vector<NamedNumber>;
+
+/// The same by cell, and by EEPROM address.
 using CellValues = std::map<int, std::uint8_t>;
 using ByteValues = std::map<int, std::uint8_t>;
-
-/// The name of a cell's setting, with its format where it has one: "R-YR.480p", "TINT".
-std::string CellName(int cell);
 
 /// The known word that takes the fewest changed, missing, additional or exchanged letters to
 /// become `word`.

@@ -59,8 +59,10 @@ void AddCommands(CLI::App& app, GivenWords& words, Commands commands) {
             app.add_subcommand(std::string(row.name), std::string(row.description));
         command->group("Commands");
         command->fallthrough();
-        command->footer((row.takes.names ? "Names:" + row.takes.names() + "\n\n" : "") +
-                        "Options and exit statuses: tarnwell-cli --help");
+        command->footer([&row] {
+            return (row.takes.names ? "Names:" + row.takes.names(OpenNames({})) + "\n\n" : "") +
+                   "Options and exit statuses: tarnwell-cli --help";
+        });
         if (row.takes.take != nullptr)
             command->add_option("operands", words.operands)->group("");
     }
@@ -101,6 +103,7 @@ void AddOptions(CLI::App& app, GivenWords& words, Arguments& arguments) {
     flag("--differences", arguments.differences, "write: only the bytes that differ, page by page");
     option("--set", arguments.setName, "NAME", "The set whose record is kept of this");
     flag("--new-set", arguments.newSet, "With --set: make it if there is none of that name");
+    option("--names", arguments.namesFile, "FILE", "Names of your own, beside names.json");
     option("--setting", words.setting, "NAME", "log: only what changed this setting");
     option("--since", arguments.since, "DATE", "log: only from 2026-11-24 on");
     flag("--also-newer", arguments.alsoNewer, "take-back: also what was written again since");
@@ -180,12 +183,12 @@ std::variant<Arguments, Text, WrongUse> ReadArguments(std::span<const char* cons
     AddOptions(app, given, arguments);
     AddCommands(app, given, commands);
     // What is known of the arguments whatever else is wrong with them.
-    const auto wrong = [&](std::string reason) {
+    const auto wrong = [&](std::string reason, bool isFile = false) {
         const auto end = std::ranges::find(words, std::string_view("--"));
         const bool json = std::find(words.begin(), end, std::string_view("--json")) != end;
         if (!reason.ends_with('.') && !reason.ends_with('?'))
             reason += '.';
-        return WrongUse{std::move(reason), RowOf(app, commands), json};
+        return WrongUse{std::move(reason), RowOf(app, commands), json, isFile};
     };
     try {
         CheckValues(words.subspan(1));
@@ -202,6 +205,8 @@ std::variant<Arguments, Text, WrongUse> ReadArguments(std::span<const char* cons
         return wrong(error.what());
     } catch (const WrongArgument& argument) {
         return wrong(argument.reason);
+    } catch (const UnusableFile& file) {
+        return wrong(file.reason, true);
     }
 }
 

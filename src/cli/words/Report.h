@@ -43,11 +43,6 @@ struct AddressedByte {
 /// What mismatches are: bytes, and whether the values of settings are shown in their place.
 enum class Told : std::uint8_t { Bytes, BytesAndValues, Values };
 
-struct CellValue {
-    int cell;
-    std::uint8_t value;
-};
-
 struct Report {
     std::string_view command;  ///< empty where none is known
     std::optional<TargetDevice> device;
@@ -66,7 +61,9 @@ struct Report {
     std::optional<int> written;
     std::vector<Mismatch> mismatches;
     Told mismatchesAre = Told::Bytes;
-    std::vector<CellValue> settings;
+    NamedNumbers settings;
+    const NameBook* names = nullptr;      ///< what its bytes are called
+    std::vector<std::string> nameFaults;  ///< what is wrong in the files of names
     std::string backup;
     std::optional<std::vector<KeptImage>> backups;  ///< newest first
     std::string set;                                ///< whose record is kept
@@ -91,10 +88,10 @@ struct Report {
 /// "2026-11-24 19:52:30".
 std::string KeptWhen(const KeptImage& backup);
 
-/// One line for each byte, with the setting's name where it has one; of a whole device only those
-/// that change, behind a line that counts them. After `most` lines the rest is counted.
+/// One line for each byte, with its name where it has one; of a whole device only those that
+/// change, behind a line that counts them. After `most` lines the rest is counted.
 std::string ChangeLines(const std::vector<ByteChange>& changes, TargetDevice device,
-                        std::size_t most);
+                        std::size_t most, const NameBook& names);
 
 /// The report for a person, without the message of an error.
 std::string PlainText(const Report& report);
@@ -110,10 +107,16 @@ std::string PlainText(const WatchedChange& change);
 std::string JsonText(const WatchedChange& change, TargetDevice device);
 std::string JsonText(const std::string& time, TargetDevice device, const std::string& message);
 
-/// The bits of its byte that the cell's value fills: "7-2".
-std::string BitsOf(int cell);
+/// The value that a byte's mismatch is told of; null if it is the byte itself.
+Named NamedIn(const Mismatch& mismatch, const Report& report);
 
-/// A neighbour's description covers a row without one.
-std::string_view DescriptionOf(int cell);
+/// The bits of its byte, or of its number of two bytes, that a value fills: "7-2".
+std::string BitsOf(const NamedValue& named);
+
+/// The page of a setting; empty for another value.
+std::string_view PageOf(const NamedValue& named);
+
+/// What a value does. A neighbour's description covers a setting without one.
+std::string_view DescriptionOf(const NamedValue& named);
 
 }  // namespace tarnwell::cli

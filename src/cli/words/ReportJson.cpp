@@ -32,18 +32,23 @@ std::string_view ResultOf(Status status) {
 
 Json SettingsOf(const Report& report) {
     Json list = Json::array();
-    for (const auto [cell, value] : report.settings) {
-        const CellInfo& info = Cell(cell);
-        const std::string name = CellName(cell);
-        const std::size_t point = name.find('.');
-        list.push_back({{"name", info.setting->code},
-                        {"format", point == std::string::npos ? "" : name.substr(point + 1)},
-                        {"page", Info(info.setting->page).caption},
-                        {"description", DescriptionOf(cell)},
+    for (const auto& [named, value] : report.settings) {
+        const std::size_t point = named->cell ? named->name.find('.') : std::string::npos;
+        list.push_back({{"name", named->name.substr(0, point)},
+                        {"format", point == std::string::npos ? "" : named->name.substr(point + 1)},
+                        {"page", PageOf(*named)},
+                        {"description", DescriptionOf(*named)},
                         {"value", value},
-                        {"maximum", info.setting->maximum},
-                        {"address", info.address},
-                        {"bits", BitsOf(cell)}});
+                        {"maximum", named->highest},
+                        {"address", named->address},
+                        {"bits", BitsOf(*named)}});
+        if (named->cell)
+            continue;
+        list.back()["minimum"] = named->lowest;
+        if (named->low)
+            list.back()["low"] = *named->low;
+        if (const auto meaning = named->values.find(value); meaning != named->values.end())
+            list.back()["meaning"] = meaning->second;
     }
     return list;
 }
@@ -63,13 +68,19 @@ Json MismatchesOf(const Report& report) {
         list.push_back({{"address", mismatch.address},
                         {"expected", mismatch.expected},
                         {"found", mismatch.found}});
-        const auto cell = CellOn(report.settingsOf, mismatch.address);
-        if (!cell)
+        const std::string names = report.names->NamesOn(report.settingsOf)(mismatch.address);
+        if (names.empty())
             continue;
-        const int shift = report.mismatchesAre == Told::Values ? 0 : Cell(*cell).setting->shift;
-        list.back()["setting"] = CellName(*cell);
-        list.back()["expectedValue"] = FieldOf(mismatch.expected, shift);
-        list.back()["foundValue"] = FieldOf(mismatch.found, shift);
+        const Named named = NamedIn(mismatch, report);
+        list.back()["setting"] = named ? named->name : names;
+        if (!named)
+            continue;
+        const bool isValue = report.mismatchesAre == Told::Values;
+        const auto valueOf = [&](std::uint8_t byte) {
+            return isValue ? byte : ValueIn(byte, *named);
+        };
+        list.back()["expectedValue"] = valueOf(mismatch.expected);
+        list.back()["foundValue"] = valueOf(mismatch.found);
     }
     return list;
 }
@@ -102,11 +113,11 @@ Json SetsOf(const SetList& sets) {
     return list;
 }
 
-Json EventsOf(const std::vector<HistoryEvent>& events) {
+Json EventsOf(const Report& report) {
     Json list = Json::array();
-    for (const HistoryEvent& event : events) {
+    for (const HistoryEvent& event : *report.events) {
         list.push_back({{"number", event.number}});
-        list.back().update(Json::parse(JsonOf(event)));
+        list.back().update(Json::parse(JsonOf(event, report.names->NamesOn(event.device))));
     }
     return list;
 }
@@ -122,10 +133,10 @@ std::string JsonText(const WatchedChange& change, TargetDevice device) {
     Json object{{"time", change.time}, {"device", DeviceWord(device)}, {"address", address}};
     object["from"] = before;
     object["to"] = after;
-    if (const auto& cell = change.row.cell) {
-        object["setting"] = CellName(*cell);
-        object["fromValue"] = ValueIn(before, *cell);
-        object["toValue"] = ValueIn(after, *cell);
+    if (const Named& named = change.row.named) {
+        object["setting"] = named->name;
+        object["fromValue"] = change.row.left;
+        object["toValue"] = change.row.right;
     }
     return OnALine(object);
 }
@@ -166,6 +177,8 @@ std::string JsonText(const Report& report) {
         object["mismatches"] = MismatchesOf(report);
     if (!report.settings.empty())
         object["settings"] = SettingsOf(report);
+    if (!report.nameFaults.empty())
+        object["nameFaults"] = report.nameFaults;
     if (report.backups)
         object["backups"] = BackupsOf(*report.backups);
     if (!report.backup.empty())
@@ -179,7 +192,7 @@ std::string JsonText(const Report& report) {
         object["damaged"] = report.sets->damaged;
     }
     if (report.events)
-        object["events"] = EventsOf(*report.events);
+        object["events"] = EventsOf(report);
     if (report.skipped > 0)
         object["skipped"] = report.skipped;
     if (!report.newer.empty())

@@ -18,8 +18,20 @@ std::string Format(const char* format, Values... values) {
     return text;
 }
 
-std::string Place(int address, std::optional<int> cell) {
-    return "Address " + std::to_string(address) + (cell ? " (" + CellName(*cell) + ")" : "");
+/// "Address 5 (TINT)".
+std::string Place(int address, const Named& named) {
+    return AddressText(address, NumberMode::Decimal,
+                       [&](int) { return named ? named->name : std::string(); });
+}
+
+std::string Place(int address, const NameBook& names, TargetDevice device) {
+    return AddressText(address, NumberMode::Decimal, names.NamesOn(device));
+}
+
+/// What stands for it in a line.
+std::string ValueOrByte(const Named& named, std::uint8_t byte) {
+    return named ? ValueText(*named, ValueIn(byte, *named), NumberMode::Decimal)
+                 : std::to_string(byte);
 }
 
 std::string ByteCount(const std::optional<int>& count) {
@@ -30,12 +42,16 @@ std::string SettingsTable(const Report& report) {
     if (report.settings.empty())
         return {};
     std::string text = "Name         Value  Range  Address  Bits  Page     Description\n";
-    for (const auto [cell, value] : report.settings) {
-        const CellInfo& info = Cell(cell);
-        text += Format("%-12s %5d  0-%-3d  %7d  %-4s  %-8s %s\n", CellName(cell).c_str(), value,
-                       info.setting->maximum, info.address, BitsOf(cell).c_str(),
-                       std::string(Info(info.setting->page).caption).c_str(),
-                       std::string(DescriptionOf(cell)).c_str());
+    for (const auto& [named, value] : report.settings) {
+        const std::string range =
+            std::to_string(named->lowest) + "-" + std::to_string(named->highest);
+        const auto meaning = named->values.find(value);
+        text +=
+            Format("%-12s %5d  %-5s  %7d  %-4s  %-8s ", named->name.c_str(), value, range.c_str(),
+                   named->address, BitsOf(*named).c_str(), std::string(PageOf(*named)).c_str());
+        text.append(meaning == named->values.end() ? "" : meaning->second + ". ")
+            .append(DescriptionOf(*named))
+            .append("\n");
     }
     return text;
 }
@@ -43,33 +59,48 @@ std::string SettingsTable(const Report& report) {
 std::string DataTable(const Report& report) {
     std::string text;
     for (const AddressedByte& byte : report.data) {
-        const auto cell = CellOn(report.settingsOf, byte.address);
-        text +=
-            Format("%4d 0x%04X  %3d 0x%02X%s\n", byte.address, unsigned(byte.address), byte.value,
-                   unsigned(byte.value), cell ? ("  " + CellName(*cell)).c_str() : "");
+        const std::string names = report.names->NamesOn(report.settingsOf)(byte.address);
+        text += Format("%4d 0x%04X  %3d 0x%02X", byte.address, unsigned(byte.address), byte.value,
+                       unsigned(byte.value));
+        text += (names.empty() ? "" : "  ") + names + "\n";
     }
     return text;
 }
 
-std::string MismatchLine(const std::string& place, int expected, int found) {
-    return place + ": expected " + std::to_string(expected) + ", found " + std::to_string(found) +
-           "\n";
+std::string MismatchLine(const std::string& place, const std::string& expected,
+                         const std::string& found) {
+    return place + ": expected " + expected + ", found " + found + "\n";
 }
 
-/// Where values are told, bits that belong to no setting get a line of their own, as in a list of
-/// the window.
+/// Where values are told, bits that have no name get a line of their own, as in a list of the
+/// window.
+std::string MismatchLines(const Mismatch& mismatch, const Report& report) {
+    const auto& [address, expected, found] = mismatch;
+    const NameList& here = report.names->At(report.settingsOf, address);
+    const auto line = [&, at = address, old = expected, now = found](const Named& named) {
+        return MismatchLine(Place(at, named), ValueOrByte(named, old), ValueOrByte(named, now));
+    };
+    if (report.mismatchesAre != Told::BytesAndValues)
+        return MismatchLine(Place(address, *report.names, report.settingsOf),
+                            std::to_string(expected), std::to_string(found));
+    int others = expected ^ found;
+    std::string text;
+    for (const Named& named : here) {
+        const int mask = MaskAt(*named, address);
+        if (named->low)
+            return MismatchLine(Place(address, *report.names, report.settingsOf),
+                                std::to_string(expected), std::to_string(found));
+        if (((expected ^ found) & mask) != 0)
+            text += line(named);
+        others &= ~mask;
+    }
+    return text + (others != 0 ? line(nullptr) : "");
+}
+
 std::string MismatchList(const Report& report) {
     std::string text;
-    for (const auto& [address, expected, found] : report.mismatches) {
-        const auto cell = CellOn(report.settingsOf, address);
-        const bool hasValues = cell && report.mismatchesAre == Told::BytesAndValues;
-        const int shift = hasValues ? Cell(*cell).setting->shift : 0;
-        if (FieldOf(expected, shift) != FieldOf(found, shift))
-            text +=
-                MismatchLine(Place(address, cell), FieldOf(expected, shift), FieldOf(found, shift));
-        if (((expected ^ found) & ((1 << shift) - 1)) != 0)
-            text += MismatchLine(Place(address, {}), expected, found);
-    }
+    for (const Mismatch& mismatch : report.mismatches)
+        text += MismatchLines(mismatch, report);
     return text;
 }
 
@@ -124,11 +155,8 @@ std::string EventTable(const Report& report) {
         text += "\n";
         for (const EventByte& byte : event.bytes)
             text += "      " +
-                    ChangeText(byte, event.device, NumberMode::Decimal,
-                               [&](int address) {
-                                   const auto cell = CellOn(event.device, address);
-                                   return cell ? CellName(*cell) : std::string();
-                               }) +
+                    ChangeText(byte, event.device, NumberMode::Decimal, *report.names,
+                               report.names->NamesOn(event.device)) +
                     "\n";
     }
     if (report.skipped > 0)
@@ -140,9 +168,9 @@ std::string EventTable(const Report& report) {
 std::string LeftOut(const Report& report) {
     std::string text;
     for (const int address : report.newer)
-        text += Place(address, CellOn(report.settingsOf, address)) + " was written again since.\n";
+        text += Place(address, *report.names, report.settingsOf) + " was written again since.\n";
     for (const int address : report.unknown)
-        text += Place(address, CellOn(report.settingsOf, address)) +
+        text += Place(address, *report.names, report.settingsOf) +
                 ": what it held before is not known.\n";
     return text;
 }
@@ -162,29 +190,37 @@ void Report::Interrupt(int bySignal, const std::string& howFar) {
     End(Status::Interrupted, std::string("Stopped by SIG") + sigabbrev_np(signal) + "." + howFar);
 }
 
-std::string BitsOf(int cell) {
-    const auto [lowest, highest] = BitsOf(*Cell(cell).setting);
+Named NamedIn(const Mismatch& mismatch, const Report& report) {
+    const NameList& here = report.names->At(report.settingsOf, mismatch.address);
+    if (here.size() == 1)
+        return here.front()->low ? nullptr : here.front();
+    return report.names->Changed(report.settingsOf, mismatch.address, mismatch.expected,
+                                 mismatch.found);
+}
+
+std::string BitsOf(const NamedValue& named) {
+    constexpr BitRange kTwoBytes{0, 15};
+    const auto [lowest, highest] = named.low    ? kTwoBytes
+                                   : named.cell ? tarnwell::BitsOf(*Cell(*named.cell).setting)
+                                                : named.bits;
     return std::to_string(highest) + "-" + std::to_string(lowest);
 }
 
-std::string_view DescriptionOf(int cell) {
-    const Setting* setting = Cell(cell).setting;
+std::string_view DescriptionOf(const NamedValue& named) {
+    if (!named.cell)
+        return named.text;
+    const Setting* setting = Cell(*named.cell).setting;
     while (setting->description.empty() && setting != kCatalog.data())
         --setting;
     return setting->description;
 }
 
-namespace {
-
-/// Whether the bits below the setting's stay.
-bool IsOfSettingAlone(const ByteChange& change, int cell) {
-    return WithValue(change.before, cell, ValueIn(change.after, cell)) == change.after;
+std::string_view PageOf(const NamedValue& named) {
+    return named.cell ? Info(Cell(*named.cell).setting->page).caption : std::string_view();
 }
 
-}  // namespace
-
 std::string ChangeLines(const std::vector<ByteChange>& changes, TargetDevice device,
-                        std::size_t most) {
+                        std::size_t most, const NameBook& names) {
     const bool whole = changes.size() == kEepromBytes;
     std::string text;
     std::size_t lines = 0;
@@ -196,11 +232,10 @@ std::string ChangeLines(const std::vector<ByteChange>& changes, TargetDevice dev
             continue;
         if (++lines > most)
             continue;
-        const auto cell = CellOn(device, change.address);
-        const int shift = cell && IsOfSettingAlone(change, *cell) ? Cell(*cell).setting->shift : 0;
-        text += "  " + Place(change.address, cell) + ": " +
-                std::to_string(FieldOf(change.before, shift)) + " becomes " +
-                std::to_string(FieldOf(change.after, shift)) + "\n";
+        const Named named = names.Changed(device, change.address, change.before, change.after);
+        text += "  " + Place(change.address, names, device) + ": " +
+                ValueOrByte(named, change.before) + " becomes " + ValueOrByte(named, change.after) +
+                "\n";
     }
     if (lines > most)
         text += "  and " + std::to_string(lines - most) + " more\n";
@@ -211,11 +246,12 @@ std::string ChangeLines(const std::vector<ByteChange>& changes, TargetDevice dev
 
 std::string PlainText(const WatchedChange& change) {
     const auto& [address, before, after] = change.row.bytes.front();
-    const auto& cell = change.row.cell;
-    const int shift = cell ? Cell(*cell).setting->shift : 0;
-    return WhenOf(change.time) + "  " + Place(address, cell) + ": " +
-           std::to_string(FieldOf(before, shift)) + " becomes " +
-           std::to_string(FieldOf(after, shift)) + "\n";
+    const Named& named = change.row.named;
+    const auto text = [&](int value, int byte) {
+        return named ? ValueText(*named, value, NumberMode::Decimal) : std::to_string(byte);
+    };
+    return WhenOf(change.time) + "  " + Place(address, named) + ": " +
+           text(change.row.left, before) + " becomes " + text(change.row.right, after) + "\n";
 }
 
 std::string PlainText(const Report& report) {
@@ -243,7 +279,9 @@ std::string PlainText(const Report& report) {
     add("CRC-32", report.crc);
     add("Backup", report.backup);
     add("To be asked", report.doubts);
-    text += ChangeLines(report.planned, report.settingsOf, report.planned.size());
+    text += report.planned.empty() ? ""
+                                   : ChangeLines(report.planned, report.settingsOf,
+                                                 report.planned.size(), *report.names);
     text += LeftOut(report) + SetTable(report) + EventTable(report);
     return text + BackupTable(report) + DataTable(report) + MismatchList(report) +
            SettingsTable(report);

@@ -92,8 +92,8 @@ void FormBackups::addRow(const KeptImage& kept) {
     }
     row->setText(Crc, toQt(mCRC32::BufferCrcText(image)));
     row->setText(Differing, HoldsImage(m_program.state, m_program.buffer)
-                                ? toQt(DifferencesText(CountDifferences(
-                                      DifferenceRows(kept.device, image, m_program.buffer))))
+                                ? toQt(DifferencesText(CountDifferences(DifferenceRows(
+                                      m_program.names, kept.device, image, m_program.buffer))))
                                 : QStringLiteral("the buffer holds no image"));
 }
 

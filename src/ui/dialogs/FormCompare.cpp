@@ -40,6 +40,10 @@ bool isStep(int key) {
            key == Qt::Key_PageDown || key == Qt::Key_Home || key == Qt::Key_End;
 }
 
+bool isSetting(const DifferenceRow& row) {
+    return row.named && row.named->cell;
+}
+
 }  // namespace
 
 FormCompare::FormCompare(Program& program, User& user,
@@ -251,7 +255,7 @@ void FormCompare::showDifferences() {
     const NumberMode mode = m_program.state.numberMode;
     std::vector<DifferenceRow> rows = m_compare.Rows();
     if (m_settingsOnly.isChecked())
-        std::erase_if(rows, [](const DifferenceRow& row) { return !row.cell; });
+        std::erase_if(rows, [](const DifferenceRow& row) { return !row.named; });
     if (rows != m_model.rows() || rows.empty()) {  // what stays as it was stays selected
         m_model.show(std::move(rows), mode);
         fitTable();
@@ -260,8 +264,8 @@ void FormCompare::showDifferences() {
     if (m_compare.Summary().empty())
         m_map.clear();
     else
-        m_map.show(m_compare.Image(Side::Left), m_compare.Image(Side::Right), m_compare.Device(),
-                   mode);
+        m_map.show(m_compare.Image(Side::Left), m_compare.Image(Side::Right), m_program.names,
+                   m_compare.Device(), mode);
     enableButtons();
 }
 
@@ -350,7 +354,7 @@ void FormCompare::enableButtons() {
     const bool isSelected = !selected().empty();
     const bool isShown = m_model.rowCount() > 0;
     const bool one = m_table.currentIndex().isValid() && isSelected;
-    const bool setting = one && m_model.rowOf(m_table.currentIndex()).cell.has_value();
+    const bool setting = one && isSetting(m_model.rowOf(m_table.currentIndex()));
     const bool target = m_program.state.targetDevice == TargetDevice::Primary;
     allow(m_take, m_compare.CanTake() && isSelected,
           m_compare.CanTake() ? kSelect : "Choose the memory buffer on one side only");
@@ -396,7 +400,7 @@ void FormCompare::showSelected(bool asSetting) {
     const QModelIndex current = m_table.currentIndex();
     m_destination = {m_model.addressOf(current), std::nullopt};
     if (asSetting)
-        m_destination->cell = m_model.rowOf(current).cell;
+        m_destination->cell = m_model.rowOf(current).named->cell;
     accept();
 }
 

@@ -14,17 +14,17 @@ namespace {
 constexpr int kGoToWidth = 4800;
 constexpr int kGoToMargin = 180;
 
-QStringList settingNames() {
+QStringList namesOf(const Destinations& destinations) {
     QStringList names;
-    for (const std::string& name : DestinationNames())
+    for (const std::string& name : destinations.Names())
         names.append(toQt(name));
     return names;
 }
 
 }  // namespace
 
-FormGoTo::FormGoTo(NumberMode mode, QWidget* parent)
-    : QDialog(parent), m_mode(mode), m_completer(settingNames()) {
+FormGoTo::FormGoTo(const Destinations& destinations, QWidget* parent)
+    : QDialog(parent), m_destinations(destinations), m_completer(namesOf(destinations)) {
     setObjectName(QStringLiteral("formGoTo"));
     setWindowTitle(QStringLiteral("Go to"));
     auto* layout = new QVBoxLayout(this);
@@ -62,10 +62,10 @@ FormGoTo::FormGoTo(NumberMode mode, QWidget* parent)
 }
 
 void FormGoTo::accept() {
-    m_destination = DestinationFrom(fromQt(m_text.text()), m_mode);
+    m_destination = m_destinations.From(fromQt(m_text.text()));
     if (m_destination)
         return QDialog::accept();
-    m_problem.setText(toQt(NoDestinationText(m_mode)));
+    m_problem.setText(toQt(m_destinations.NoneText(fromQt(m_text.text()))));
     m_text.selectAll();
     m_text.setFocus();
 }

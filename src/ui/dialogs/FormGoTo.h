@@ -6,13 +6,13 @@
 #include <QLabel>
 #include <QLineEdit>
 
-#include "settings/Destination.h"
+#include "names/Destination.h"
 
 namespace tarnwell {
 
 class FormGoTo final : public QDialog {
   public:
-    FormGoTo(NumberMode mode, QWidget* parent);
+    FormGoTo(const Destinations& destinations, QWidget* parent);
 
     /// The place that the user named; only after the dialog was accepted.
     const Destination& destination() const { return *m_destination; }
@@ -21,7 +21,7 @@ class FormGoTo final : public QDialog {
     void accept() override;
 
   private:
-    NumberMode m_mode;
+    const Destinations m_destinations;
     std::optional<Destination> m_destination;
     QLineEdit m_text;
     QLabel m_problem;

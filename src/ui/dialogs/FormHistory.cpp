@@ -116,7 +116,8 @@ void FormHistory::read() {
 }
 
 void FormHistory::showEvents() {
-    m_events = Filtered(m_history, {fromQt(m_filter.text().trimmed()), m_settingsOnly.isChecked()});
+    m_events = Filtered(m_history, {fromQt(m_filter.text().trimmed()), m_settingsOnly.isChecked()},
+                        m_program.names);
     const QSignalBlocker quiet(m_table);
     m_table.clear();
     QList<QTreeWidgetItem*> rows;
@@ -133,7 +134,7 @@ void FormHistory::showEvents() {
         m_table.resizeColumnToContents(column);
     if (!rows.isEmpty())
         m_table.setCurrentItem(rows.first());
-    m_course.show(m_filter.text().isEmpty() ? std::nullopt : CourseOf(m_events),
+    m_course.show(m_filter.text().isEmpty() ? std::nullopt : CourseOf(m_events, m_program.names),
                   m_program.state.numberMode);
     enableButtons();
 }
@@ -143,10 +144,10 @@ void FormHistory::unfold(QTreeWidgetItem& item) {
     if (row < 0 || item.childCount() > 0)
         return;
     const HistoryEvent& event = m_events[static_cast<std::size_t>(row)];
-    const auto names = [&](int address) { return SettingNameOn(event.device, address); };
     for (const EventByte& byte : event.bytes) {
         auto* line = new QTreeWidgetItem(
-            &item, {toQt(ChangeText(byte, event.device, m_program.state.numberMode, names))});
+            &item, {toQt(ChangeText(byte, event.device, m_program.state.numberMode, m_program.names,
+                                    m_program.names.TitlesOn(event.device)))});
         line->setFirstColumnSpanned(true);
     }
 }
@@ -187,7 +188,7 @@ bool FormHistory::eventFilter(QObject* watched, QEvent* event) {
 void FormHistory::copyRows() {
     if (const auto events = selected(); !events.empty())
         QGuiApplication::clipboard()->setText(
-            toQt(ListText(events, m_program.state.numberMode, '\t')));
+            toQt(ListText(events, m_program.state.numberMode, '\t', m_program.names)));
 }
 
 void FormHistory::saveList() {
@@ -199,7 +200,7 @@ void FormHistory::saveList() {
     if (dialog.exec() != QDialog::Accepted)
         return;
     AtomicFile file(pathFromQt(dialog.selectedFiles().constFirst()));
-    file.Write(ListText(m_events, m_program.state.numberMode, ','));
+    file.Write(ListText(m_events, m_program.state.numberMode, ',', m_program.names));
     if (!file.Commit())
         m_user.ShowBox(kHistoryNotSaved);
 }

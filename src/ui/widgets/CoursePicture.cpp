@@ -27,8 +27,8 @@ void CoursePicture::show(const std::optional<Course>& course, NumberMode mode) {
     setVisible(m_points.size() > 1);
     QString text;
     for (const CoursePoint& point : m_points)
-        text += (text.isEmpty() ? "" : ", ") + toQt(NumberText(point.value, mode));
-    setAccessibleDescription(course ? toQt(CellTitle(course->cell)) + ": " + text : QString());
+        text += (text.isEmpty() ? "" : ", ") + toQt(ValueText(*course->named, point.value, mode));
+    setAccessibleDescription(course ? toQt(TitleOf(*course->named)) + ": " + text : QString());
     setToolTip(accessibleDescription());
     update();
 }

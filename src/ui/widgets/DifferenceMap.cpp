@@ -79,10 +79,11 @@ DifferenceMap::DifferenceMap(QWidget* parent) : QWidget(parent) {
     clear();
 }
 
-void DifferenceMap::show(const MemoryBuffer& left, const MemoryBuffer& right, TargetDevice device,
-                         NumberMode mode) {
+void DifferenceMap::show(const MemoryBuffer& left, const MemoryBuffer& right, const NameBook& names,
+                         TargetDevice device, NumberMode mode) {
     m_left = left;
     m_right = right;
+    m_names = &names;
     m_device = device;
     m_mode = mode;
     m_empty = false;
@@ -132,12 +133,11 @@ int DifferenceMap::addressAt(const QPoint& point) const {
 }
 
 QString DifferenceMap::textOf(int address) const {
-    const auto names = [this](int place) { return SettingNameOn(m_device, place); };
     const auto number = [&](const MemoryBuffer& image) {
         return toQt(NumberText(image[static_cast<std::size_t>(address)], m_mode));
     };
     const bool equal = number(m_left) == number(m_right);
-    const QString place = toQt(AddressText(address, m_mode, names));
+    const QString place = toQt(AddressText(address, m_mode, m_names->TitlesOn(m_device)));
     return equal ? QStringLiteral("%1: %2 on both sides").arg(place, number(m_left))
                  : QStringLiteral("%1: %2 left, %3 right")
                        .arg(place, number(m_left), number(m_right));
@@ -145,7 +145,7 @@ QString DifferenceMap::textOf(int address) const {
 
 ByteKind DifferenceMap::kindOf(int address) const {
     const auto index = static_cast<std::size_t>(address);
-    const bool named = CellOn(m_device, address).has_value();
+    const bool named = !m_names->At(m_device, address).empty();
     if (m_left[index] != m_right[index])
         return named ? ByteKind::DifferentSetting : ByteKind::Different;
     if (named)

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "image/MemoryBuffer.h"
+#include "names/NameBook.h"
 
 namespace tarnwell {
 
@@ -23,8 +24,9 @@ class DifferenceMap final : public QWidget {
   public:
     explicit DifferenceMap(QWidget* parent = nullptr);
 
-    void show(const MemoryBuffer& left, const MemoryBuffer& right, TargetDevice device,
-              NumberMode mode);
+    /// `names` outlive the picture.
+    void show(const MemoryBuffer& left, const MemoryBuffer& right, const NameBook& names,
+              TargetDevice device, NumberMode mode);
     void clear();
     int current() const { return m_current; }
     void setCurrent(int address);
@@ -53,6 +55,7 @@ class DifferenceMap final : public QWidget {
 
     MemoryBuffer m_left{};
     MemoryBuffer m_right{};
+    const NameBook* m_names = nullptr;
     TargetDevice m_device = TargetDevice::Primary;
     NumberMode m_mode = NumberMode::Decimal;
     bool m_empty = true;

@@ -94,7 +94,8 @@ QModelIndex DifferenceModel::parent(const QModelIndex& index) const {
 int DifferenceModel::rowCount(const QModelIndex& parent) const {
     if (!parent.isValid())
         return static_cast<int>(m_rows.size());
-    const std::size_t bytes = isByte(parent) ? 0 : rowOf(parent).bytes.size();
+    const bool isPlace = !isByte(parent) && !rowOf(parent).named;
+    const std::size_t bytes = isPlace ? rowOf(parent).bytes.size() : 0;
     return bytes > 1 && parent.column() == 0 ? static_cast<int>(bytes) : 0;
 }
 
@@ -107,7 +108,7 @@ QVariant DifferenceModel::data(const QModelIndex& index, int role) const {
         return {};
     const DifferenceRow& row = rowOf(index);
     if (role == Qt::ToolTipRole)
-        return row.cell ? QVariant(toQt(CellTitle(*row.cell))) : QVariant();
+        return row.named ? QVariant(toQt(TitleOf(*row.named))) : QVariant();
     const DifferenceTexts texts =
         isByte(index) ? TextsOf(row.bytes[static_cast<std::size_t>(index.row())], m_mode)
                       : TextsOf(row, m_mode);

@@ -225,7 +225,9 @@ void FormMain::makeSheet() {
         return;
     SheetFacts facts{.set = m_program.origin.Name(),
                      .date = m_desktop.ZonedTime().substr(0, 10),
-                     .image = m_program.buffer};
+                     .image = m_program.buffer,
+                     .first = {},
+                     .names = m_program.names.On(TargetDevice::Primary)};
     if (const auto& set = m_program.record.Chosen()) {
         facts.set = set->name;
         facts.model = set->model;

@@ -11,7 +11,8 @@ Navigation::Navigation(QWidget& window, Program& program,
     : m_window(window), m_program(program), m_run(std::move(run)) {}
 
 void Navigation::goTo() {
-    FormGoTo dialog(m_program.state.numberMode, &m_window);
+    const ProgramState& state = m_program.state;
+    FormGoTo dialog({m_program.names, state.targetDevice, state.numberMode}, &m_window);
     if (dialog.exec() == QDialog::Accepted)
         m_run([&] { m_program.GoTo(dialog.destination()); });
 }

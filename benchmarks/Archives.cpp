@@ -36,9 +36,10 @@ void AddArchives(Table& table) {
     MemoryBuffer other = program.buffer;
     for (std::size_t address = 0; address < kEepromBytes; address += 3)
         other[address] ^= 1;
+    const NameBook names;
     add("comparison of two images", [&] {
         DifferencesText(
-            CountDifferences(DifferenceRows(TargetDevice::Primary, program.buffer, other)));
+            CountDifferences(DifferenceRows(names, TargetDevice::Primary, program.buffer, other)));
         Mismatches(program.buffer, other);
     });
     add("grid: fill", [&] { program.grid.FillGrid(); });

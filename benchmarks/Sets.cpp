@@ -2,6 +2,7 @@
 #include <ctime>
 
 #include "Rows.h"
+#include "names/Destination.h"
 #include "sets/HistoryFile.h"
 #include "sets/Recognition.h"
 #include "support/TemporaryFolder.h"
@@ -13,6 +14,7 @@ namespace {
 constexpr int kTimes = 10;
 constexpr int kSets = 200;
 constexpr int kEvents = 10'000;
+constexpr int kNames = 10'000;
 
 /// Of the processor.
 template <typename Work>
@@ -20,6 +22,29 @@ double ProcessorSecondsOf(Work work) {
     const std::clock_t begin = std::clock();
     work();
     return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+}
+
+/// A name for each of the first bytes, and a search by name, by byte and by a part of a text.
+void AddNames(Table& table, const TemporaryFolder& folder) {
+    NamesFile file{.path = folder.Path("names.json")};
+    for (int number = 0; number < kNames; ++number) {
+        NamedValue named{.name = "Name." + std::to_string(number)};
+        named.device = number < kNames / 2 ? TargetDevice::Secondary : TargetDevice::Primary;
+        named.address = 3000 + number % (kNames / 2);
+        named.text = "what it does, " + std::to_string(number);
+        file.names.push_back(std::make_shared<const NamedValue>(named));
+    }
+    NameBook book;
+    if (!WriteNames(file))
+        std::fprintf(stderr, "no names could be written\n");
+    const double open = BestOf(kTimes, [&] { book.Open(NameLayer::User, file.path); });
+    const Destinations from{book, TargetDevice::Primary, NumberMode::Decimal};
+    const double search = BestOf(kTimes, [&] {
+        if (!book.Find("name.9999") || !from.From("does 9999") ||
+            book.At(TargetDevice::Secondary, 3001).empty())
+            std::fprintf(stderr, "a name was not found\n");
+    });
+    table.Add("10,000 names: open and search", open + search, 100e-3, "100 ms");
 }
 
 }  // namespace
@@ -59,6 +84,7 @@ void AddSets(Table& table) {
     table.Add("history of 10,000 events: open", BestOf(kTimes, [&] { ReadHistory(path); }), 200e-3,
               "200 ms");
     table.Add("event of a write, safe on the disk", append, 5e-3, "5 ms");
+    AddNames(table, folder);
 }
 
 }  // namespace tarnwell::bench

@@ -243,21 +243,26 @@ NamesFile ReadNames(const std::string& path) {
 std::string TextOf(const NamesFile& file) {
     NameList names = file.names;
     SortByPlace(names);
-    std::string text = "{\n  \"format\": " + std::to_string(kFormat) + ",\n";
+    const std::string indent(2, ' ');
+    std::string text = "{\n";
+    const auto addKey = [&](const std::string& key) -> std::string& {
+        return text.append(indent).append(Dumped(key)).append(":");
+    };
+    addKey("format").append(std::to_string(kFormat)).append(",\n");
     const Json others = file.unknown.empty() ? Json() : Json::parse(file.unknown);
     for (const auto& [key, value] : others.items())
-        text += "  " + Dumped(key) + ": " + Dumped(value) + ",\n";
-    text += "  \"names\": [";
-    std::string_view before = "\n    ";
+        addKey(key).append(Dumped(value)).append(",\n");
+    addKey(kNames).append("[");
+    std::string before = "\n" + indent + indent;
     const auto add = [&](const std::string& entry) {
         text.append(before).append(entry);
-        before = ",\n    ";
+        before = ",\n" + indent + indent;
     };
     for (const Named& named : names)
         add(Dumped(JsonOf(*named)));
     for (const std::string& entry : file.kept)
         add(entry);
-    return text + "\n  ]\n}\n";
+    return text + "\n" + indent + "]\n}\n";
 }
 
 bool WriteNames(const NamesFile& file) {

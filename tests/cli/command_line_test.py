@@ -12,8 +12,9 @@ PROGRAM, FAULTY, WINDOW = [Path(word).resolve() for word in PROGRAMS] + [None] *
 sys.argv = [word for word in sys.argv if word not in PROGRAMS]
 SOURCES = Path(__file__).resolve().parents[2]
 KEYS = {"command": str, "device": str, "devices": dict, "port": str, "simulated": bool, "result": str, "file": str, "doubts": str, "crc": str, "bytes": int, "data": list,
-        "written": int, "mismatches": list, "settings": list, "backups": list, "backup": str, "set": str, "looksLike": str,
+        "written": int, "mismatches": list, "nameFaults": list, "settings": list, "backups": list, "backup": str, "set": str, "looksLike": str,
         "sets": list, "damaged": list, "events": list, "skipped": int, "newer": list, "unknown": list, "message": str}
+OF_OWN = {"minimum": int, "low": int, "meaning": str}
 SETTING = {"name": str, "format": str, "page": str, "description": str, "value": int, "maximum": int, "address": int, "bits": str}
 RESULTS = {0: "done", 1: "different", 2: "refused", 3: "failed", 4: "failed", 5: "unverified", 6: "refused", 129: "interrupted", 130: "interrupted", 143: "interrupted"}
 
@@ -67,7 +68,9 @@ class CommandLine(unittest.TestCase):
         report = json.loads(out)
         self.assertEqual({key: type(value) for key, value in report.items()}, {key: KEYS[key] for key in report})
         for setting in report.get("settings", []):
-            self.assertEqual({key: type(value) for key, value in setting.items()}, SETTING)
+            own = OF_OWN.keys() & setting
+            self.assertEqual({key: type(value) for key, value in setting.items()}, SETTING | {key: OF_OWN[key] for key in own})
+            self.assertEqual("minimum" in own, setting["page"] == "")
         self.assertEqual(report["result"], RESULTS[status])
         self.assertIn(report.get("message", "") if status > 1 else "", err)
         self.assertRegex(report.get("message", ""), re.compile(says), line)
@@ -193,6 +196,38 @@ class CommandLine(unittest.TestCase):
             for line in "verify held.mot", "compare held.mot device", "compare device backup":
                 told = self.run_cli(f"{device} {line}", 1)[0], self.report(f"{device} {line}", 1)["mismatches"][0]
                 self.assertEqual(["TINT" in told[0], "setting" in told[1]], [named, named], line)
+
+    def test_names_of_ones_own_are_set_shown_and_kept(self):
+        names = [{"name": "Mode", "device": "primary", "address": 5, "bits": [1, 2], "values": {"2": "wide"}}, {"name": "Level", "device": "primary", "address": 4096, "low": 4094, "range": [1, 999]}]
+        self.put("data/tarnwell/names.json", json.dumps({"format": 1, "names": names}))
+        self.put("far.json", '{"format": 1, "names": [{"name": "Far", "device": "secondary", "address": 2085, "bits": [3, 3], "text": "it", "values": {"0": "off", "1": "on"}},\n{"name": "far"}]}')
+        level = self.before[4096] * 256 + self.before[4094]
+        self.assertEqual([s for s in self.report("get")["settings"] if not s["page"]],
+                         [{"name": "Mode", "format": "", "page": "", "description": "", "value": 0, "maximum": 3, "address": 5, "bits": "2-1", "minimum": 0},
+                          {"name": "Level", "format": "", "page": "", "description": "", "value": level, "maximum": 999, "address": 4096, "bits": "15-0", "minimum": 1, "low": 4094}])
+        self.run_cli("read a.bin")
+        self.assertRegex(self.run_cli("--set=TV --new-set --yes set mode=WIDE level=515")[0], r"\nMode +2  0-3 +5  2-1 +wide\nLevel +515  1-999 +4096  15-0 ")
+        self.assertEqual(self.changed(), {5: 5, 4096: 2, 4094: 3})
+        self.assertEqual(self.run_cli("peek 5 4094")[0].split("\n")[2:4], ["   5 0x0005    5 0x05  Mode", "4094 0x0FFE    3 0x03  Level low"])
+        self.assertRegex(self.run_cli("compare a.bin", 1)[0], r"3 bytes differ: 2 settings(.*\n)*Address 4094 \(Level low\): .*\nAddress 4096 \(Level high\): ")
+        self.assertIn("Address 5 (Mode): expected 0, found 2 (wide)\n", self.run_cli("compare a.bin", 1)[0])
+        mode = self.report("compare a.bin", 1)["mismatches"][0]
+        self.assertEqual([mode[key] for key in ("setting", "expectedValue", "foundValue", "found")], ["Mode", 0, 2, 5])
+        self.assertEqual(re.findall("Address.*", self.run_cli("--set=TV --setting=mode log")[0]), ["Address 5 (Mode): 0 becomes 2 (wide)"])
+        self.assertEqual([b["setting"] for b in self.report("--set=TV log")["events"][0]["bytes"]], ["Mode", "Level low", "Level high"])
+        self.run_cli("--image=a.bin --output=b.bin set mode=3")
+        self.assertEqual((self.held("b.bin")[5], self.report("--image=b.bin get mode")["settings"][0]["value"]), (7, 3))
+        self.run_cli("sheet a.html")
+        self.assertIn(f"<td>Level</td><td></td><td>Primary EEProm, address 4096, high byte, low byte at 4094</td><td>515 (203)</td>", (self.folder / "a.html").read_text())
+        far = self.report("--names=far.json --yes set far=on")
+        self.assertEqual((far["device"], far["settings"][0]["meaning"], far["nameFaults"]), ("secondary", "on", ['far.json: line 2, names[1].device: It has to be "primary" or "secondary".']))
+        self.assertEqual((self.primary.with_name("simulated-secondary.bin").read_bytes()[2085] & 8, self.run_cli("--names=far.json --device=secondary peek 2085")[0][-5:]), (8, " Far\n"))
+        self.assertIn("\n  Mode\n", self.run_cli("get --help")[0])
+        for line, reason in {"set level=0": "Level goes from 1 to 999, not to 0", "--names=far.json get far mode": "not on the same", "get levl": "Did you mean Level", "--device=secondary get": "CAREFUL"}.items():
+            self.report(line, 2, reason)
+        self.report("--names=none get", 4, "none does not exist")
+        self.put("newer.json", '{"format": 2, "names": []}')
+        self.report("--names=newer.json get", 4, "another version")
 
     def test_files_that_are_of_no_use_are_told_with_the_reason(self):
         self.run_cli("read a.mot")

@@ -17,7 +17,8 @@ MemoryBuffer With(const std::map<int, int>& bytes) {
 
 TEST(DifferenceRows, ASettingIsARowAndNeighboursAreAPlace) {
     // TINT fills the upper six bits of byte 2085.
-    const auto rows = DifferenceRows(TargetDevice::Primary,
+    const NameBook names;
+    const auto rows = DifferenceRows(names, TargetDevice::Primary,
                                      With({{16, 1}, {17, 2}, {2084, 3}, {2085, 0x05}, {2363, 4}}),
                                      With({{19, 9}}));
     EXPECT_EQ(ListText(rows, NumberMode::Decimal, '\t'),
@@ -27,7 +28,34 @@ TEST(DifferenceRows, ASettingIsARowAndNeighboursAreAPlace) {
               "Address (hex),Setting,Format,Left (hex),Right (hex)\n10,,,1,0\n11,,,2,0\n");
     ASSERT_EQ(rows.size(), 5U);
     EXPECT_THAT(TextsOf(rows[0], NumberMode::Hex), ElementsAre("10 - 11", "2 bytes", "", "", ""));
-    EXPECT_EQ(DifferenceRows(TargetDevice::Secondary, With({{2085, 5}}), {})[0].cell, std::nullopt);
+    EXPECT_FALSE(DifferenceRows(names, TargetDevice::Secondary, With({{2085, 5}}), {})[0].named);
+}
+
+/// Low byte before the high one; byte 9 holds two names and bits without one.
+TEST(DifferenceRows, NamesOfOnesOwnAreRowsToo) {
+    const TemporaryFolder folder;
+    folder.Write("n", R"({"format": 1, "names": [
+        {"name": "Level", "device": "secondary", "address": 7, "low": 5},
+        {"name": "A", "device": "secondary", "address": 9, "bits": [0, 1], "values": {"1": "on"}},
+        {"name": "B", "device": "secondary", "address": 9, "bits": [4, 7]}]})");
+    NameBook names;
+    names.Open(NameLayer::User, folder.Path("n"));
+    const MemoryBuffer left = With({{5, 0xFF}, {6, 1}, {7, 1}, {9, 0x3D}});
+    const MemoryBuffer right = With({{7, 2}, {9, 0x10}});
+    auto rows = DifferenceRows(names, TargetDevice::Secondary, left, right);
+    EXPECT_EQ(ListText(rows, NumberMode::Decimal, ' ').substr(34),
+              "7 Level  511 512\n6   1 0\n9 A  1 0\n9 B  3 1\n9   61 16\n");
+    EXPECT_EQ(ChangesText(rows, NumberMode::Decimal),
+              "Address 7 (Level): 511 becomes 512\nAddress 6: 1 becomes 0\n"
+              "Address 9 (A): 1 (on) becomes 0\nAddress 9 (B): 3 becomes 1\n"
+              "Address 9: 61 becomes 16");
+    EXPECT_EQ(DifferencesText(CountDifferences(rows)),
+              "4 bytes differ: 3 settings, 2 other bytes in 2 places");
+    EXPECT_EQ(DifferenceRows(names, TargetDevice::Primary, left, right).size(), 2U);
+    rows.erase(rows.begin() + 2, rows.begin() + 4);
+    MemoryBuffer image = right;
+    TakeRows(names, rows, TargetDevice::Secondary, left, image);
+    EXPECT_EQ(image, With({{5, 0xFF}, {6, 1}, {7, 1}, {9, 0x1C}}));
 }
 
 struct Compare : testing::Test, TestProgram {
@@ -58,7 +86,7 @@ TEST_F(Compare, AWatchTellsWhatChangesUntilItIsIgnored) {
         held = std::chrono::ceil<std::chrono::milliseconds>(television.Now() - begin);
         std::string text;
         for (const auto& [time, row] : watch.Changes())
-            text += TimeOfDay(time) + " " + ChangesText({row}, watch.Device(), NumberMode::Decimal);
+            text += TimeOfDay(time) + " " + ChangesText({row}, NumberMode::Decimal);
         return text;
     };
     EXPECT_EQ(read(), "");
@@ -194,7 +222,8 @@ TEST_F(Compare, TakenBitsComeIntoTheBufferAndSettingsWaitToBeWritten) {
     const std::string crc = Crc();
     const int tint = *CellAtAddress(2085);
     auto rows = compare.Rows();
-    std::erase_if(rows, [&](const DifferenceRow& row) { return row.cell != tint; });
+    std::erase_if(rows,
+                  [&](const DifferenceRow& row) { return !row.named || row.named->cell != tint; });
     compare.Take(rows);
     EXPECT_TRUE(program.buffer[2085] == 0x44 && program.buffer[9] == 0x40);
     EXPECT_TRUE(program.state.BufferChanged);

@@ -24,6 +24,8 @@ struct Mirror final : TestSurroundings {
             shown.target = program->state.targetDevice;
         if (what == Shown::Menus)
             marked = program->state.targetDevice;
+        if (what == Shown::Names)
+            shown.names = program->names.Layers();
         if (what == Shown::EditorCaption)
             shown.GridChanged = program->state.GridChanged;
     }
@@ -73,6 +75,7 @@ struct Walk : OwnTelevision, StartedProgram<WalkUser, Mirror> {
         program.settingsArchive.SaveSettings();
         program.buffer = {};
         outside.Changed(Shown::Steps);
+        outside.Changed(Shown::Names);
     }
     std::size_t Draw(std::size_t choices) { return user.Draw(choices); }
     void EditByte() {
@@ -111,6 +114,18 @@ struct Walk : OwnTelevision, StartedProgram<WalkUser, Mirror> {
             program.compare.Choose(Side::Right, Source::Buffer))
             program.compare.Write(program.compare.Rows());
     }
+    void ChangeNames() {
+        const NameList& own = program.names.Own();
+        const Named former = own.empty() || Draw(2) == 0 ? nullptr : own[Draw(own.size())];
+        if (former && Draw(3) == 0)
+            return program.nameCommands.Remove({former});
+        const NamedValue named{.name = "N" + std::to_string(Draw(20)),
+                               .address = static_cast<int>(Draw(100))};
+        std::string key;
+        if (program.nameCommands.Fault(named, former, NameLayer::User, key).empty()) {
+            EXPECT_TRUE(program.nameCommands.Put(named, former, NameLayer::User));
+        }
+    }
     /// What comes how often of a thousand times; from where writing is, only if the user may.
     struct Way {
         std::size_t share;
@@ -120,7 +135,8 @@ struct Walk : OwnTelevision, StartedProgram<WalkUser, Mirror> {
     };
     const std::vector<Way> ways{
         {360, [this] { program.valueEditor.CellClicked(static_cast<int>(Draw(kCellCount))); }},
-        {377, [this] { EditByte(); }},
+        {367, [this] { EditByte(); }},
+        {10, [this] { ChangeNames(); }},
         {20, [this] { program.editorPage.TakeBackPending(static_cast<int>(Draw(10))); }},
         {10, [this] { OnCell(static_cast<int>(Draw(kCellCount))); }},
         {10, [this] { program.cellEditor.Paste("8 9 0x1F"); }},
@@ -250,6 +266,8 @@ TEST_P(UndoWalk, ComesByTheSamePointsBothTimes) {
         ASSERT_TRUE(back[Count(Direction::Undo)] == Here()) << Count(Direction::Undo);
     }
     EXPECT_LE(program.history.Bytes(), History::kMostBytes);
+    EXPECT_EQ(TextOf(ReadNames(folder.Path("names.json"))),
+              TextOf(*program.names.File(NameLayer::User)));
 }
 
 INSTANTIATE_TEST_SUITE_P(WithoutAndWithWrites, UndoWalk, testing::Bool());

@@ -1,4 +1,6 @@
 // Names of one's own: their rules, their files, which of several count, and how they are undone.
+#include "sets/HistoryTexts.h"
+#include "sets/Sheet.h"
 #include "support/TestProgram.h"
 
 namespace tarnwell {
@@ -68,7 +70,7 @@ TEST(NamesFile, TellsWhatIsWrongWithLineAndPlaceAndTakesTheRest) {
 
 TEST(NamesFile, IsWrittenInOneWayWithAllThatIsNotUnderstood) {
     const std::string text =
-        "{\n  \"format\": 1,\n  \"owner\": \"me\",\n  \"names\": [\n"
+        "{\n  \"format\":1,\n  \"owner\":\"me\",\n  \"names\":[\n"
         R"(    {"name":"Low","device":"primary","address":4100,"bits":[0,1],"values":{"0":"off","2":"on"}},)"
         "\n"
         R"(    {"name":"High","device":"primary","address":4100,"bits":[4,4],"text":"a \"b\""},)"
@@ -174,6 +176,109 @@ TEST(NameCommands, AreUndoneInTheirFile) {
     EXPECT_FALSE(put("E", 1)) << "no file is open";
     bench.program.undo.Undo();
     EXPECT_EQ(onDisk(), "B9 ");
+}
+
+TEST(DestinationTest, NamesAndAddresses) {
+    using enum NumberMode;
+    const std::tuple<const char*, NumberMode, int, int> rows[] = {
+        {"2401", Decimal, 2401, -1},    {" 0x961 ", Decimal, 2401, -1},
+        {"961", Hex, 2401, -1},         {"8191", Decimal, 8191, -1},
+        {"8192", Decimal, -1, -1},      {"", Hex, -1, -1},
+        {"R-YR 480p", Hex, 2401, 8},    {"480P  r-yr", Hex, 2401, 8},
+        {"r-yr.vga", Hex, 2473, 20},    {"R-YR", Hex, 2365, 2},
+        {"clp", Hex, 2507, 69},         {"CLP 480p", Hex, -1, -1},
+        {"global tint", Hex, 2085, 32}, {"R-YR 576p", Hex, -1, -1},
+        {"red sat", Hex, 2365, 2},      {"480p Red SATURATION", Hex, 2401, 8},
+        {"saturated red", Hex, -1, -1}, {"aturation", Hex, -1, -1},
+        {"LEVEL.2", Hex, 17, -1},       {"the level", Decimal, 17, -1},
+        {"FACE", Hex, 18, -1},          {"Far", Decimal, -1, -1}};
+    const TemporaryFolder folder;
+    NameBook book;
+    book.Open(NameLayer::User, folder.Path("n"));
+    ASSERT_TRUE(
+        book.Put(NameLayer::User,
+                 {Make({.name = "Level.2", .address = 17, .text = "the red level"}),
+                  Make({.name = "Face", .address = 18}),
+                  Make({.name = "Far", .device = TargetDevice::Secondary, .address = 19})}));
+    for (const auto& [text, mode, address, cell] : rows) {
+        const Destinations from{book, TargetDevice::Primary, mode};
+        const auto place = from.From(text).value_or(Destination{-1, std::nullopt});
+        EXPECT_TRUE(place.address == address && place.cell.value_or(-1) == cell) << text;
+    }
+    const Destinations primary{book, TargetDevice::Primary, NumberMode::Hex};
+    const std::vector<std::string> names = primary.Names();
+    for (std::size_t name = 0; name < kCellCount; ++name)
+        EXPECT_EQ(primary.From(names[name])->cell, CellsInOrder()[name]);
+    EXPECT_TRUE(names.size() == 74 && names[1] == "R-YR 480p, Red Saturation");
+    EXPECT_EQ(names[72], "Level.2, the red level");
+    EXPECT_EQ(primary.NoneText("far"), "Far is on the Secondary EEProm");
+    const Destinations secondary{book, TargetDevice::Secondary, NumberMode::Hex};
+    EXPECT_EQ(secondary.From("far")->address, 19);
+    EXPECT_EQ(secondary.NoneText("x"), "Neither an address from 0 to 1FFF nor a setting's name");
+}
+
+/// On the secondary EEPROM, whose bytes have no settings' names.
+TEST(NameBook, NamesStandInStatusLineQuestionHistoryAndSheet) {
+    TestProgram bench({.writeCycle = BusTime(0)});
+    Program& program = bench.program;
+    bench.user.ignoresDoubts = true;
+    const auto secondary = TargetDevice::Secondary;
+    EXPECT_TRUE(program.names.Put(
+        NameLayer::User,
+        {Make({.name = "Mute",
+               .device = secondary,
+               .address = 17,
+               .bits = {3, 3},
+               .highest = 1,
+               .text = "no <sound>",
+               .values = {{0, "off"}, {1, "on"}}}),
+         Make({.name = "Level", .device = secondary, .address = 18, .low = 19, .highest = 999}),
+         Make({.name = "Pri", .address = 17, .text = "a < b", .values = {{0, "off"}}})}));
+    program.ChooseSet(program.sets.Create("Kitchen"));
+    bench.television.Memory(Chip::Secondary)[17] = 0x10;
+    program.state.targetDevice = secondary;
+    program.wholeDevice.ReadEntireEep();
+    program.state.page = Page::Editor;
+    program.editorPage.ShowByte(17);
+    EXPECT_EQ(program.names.Text(secondary, 17, 0x18, NumberMode::Decimal),
+              "17: Mute, bit 3: 1 (on)");
+    EXPECT_EQ(program.names.Text(secondary, 19, 5, NumberMode::Hex),
+              "13: Level, high byte, low byte at 13");
+    EXPECT_EQ(program.names.Text(secondary, 2401, 5, NumberMode::Hex), "");
+    program.statusBar.MsgTimerFired();
+    EXPECT_EQ(bench.Status(), "17: Mute, bit 3: 0 (off)");
+    for (const auto& [address, value] : {std::pair(17, 0x18), {19, 7}})
+        program.pending.AddPendingWrite({address, {0}, {static_cast<std::uint8_t>(value)}});
+    bench.WillAnswer({Answer::Yes});
+    program.pending.WritePending();
+    EXPECT_THAT(bench.user.boxes.back().details, HasSubstr("Address 17 (Mute): 16 becomes 24\n"
+                                                           "Address 19 (Level low): "));
+    const SetHistory history = ReadHistory(HistoryPath(*program.record.Chosen()));
+    const auto texts = [&](const char* text, bool settingsOnly) {
+        std::string all;
+        for (const HistoryEvent& event : Filtered(history, {text, settingsOnly}, program.names)) {
+            for (const EventByte& byte : event.bytes)
+                all += ChangeText(byte, event.device, NumberMode::Decimal, program.names,
+                                  program.names.TitlesOn(event.device)) +
+                       "; ";
+        }
+        return all;
+    };
+    EXPECT_THAT(texts("", true),
+                StartsWith("Address 17 (Mute): 0 (off) becomes 1 (on); Address 19 "));
+    EXPECT_EQ(texts("MUTE", false), "Address 17 (Mute): 0 (off) becomes 1 (on); ");
+    const auto course = CourseOf(Filtered(history, {"mute"}, program.names), program.names);
+    ASSERT_TRUE(course && course->named == program.names.Find("Mute"));
+    EXPECT_EQ(course->points.size() * 10 + std::size_t(course->points.back().value), 21U);
+    EXPECT_THAT(ListText(history.events, NumberMode::Decimal, ',', program.names),
+                HasSubstr("17,Mute,0 (off),1 (on),1 (on)"));
+    EXPECT_THAT(bench.folder.Read("sets/Kitchen/history.jsonl"),
+                AllOf(HasSubstr("\"setting\":\"Mute\""), HasSubstr("\"setting\":\"Level low\"")));
+    const std::string sheet = SheetHtml({.names = program.names.On(TargetDevice::Primary)});
+    EXPECT_THAT(sheet,
+                HasSubstr("<td>Pri</td><td>a &lt; b</td><td>Primary EEProm, address 17, bits "
+                          "0 to 7</td><td>0 (off) (0)</td>"));
+    EXPECT_EQ(sheet.find("Mute"), std::string::npos);
 }
 
 }  // namespace

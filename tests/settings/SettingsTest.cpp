@@ -5,7 +5,6 @@
 
 #include "core/Pages.h"
 #include "settings/CellTexts.h"
-#include "settings/Destination.h"
 #include "support/TestProgram.h"
 
 namespace tarnwell {
@@ -316,28 +315,6 @@ TEST(CatalogTest, TheStatusLineCallsCellsByTheirTitlesButForSome) {
     }
     EXPECT_EQ(others, "Iris 1T2 Defl Jung 480i CLP Defl Jung 1080i CLP Global Sharpness (SHPM) ");
     EXPECT_TRUE(!GroupAtBase(2364) && !CellAtAddress(2508));
-}
-
-TEST(DestinationTest, NamesAndAddresses) {
-    using enum NumberMode;
-    const std::tuple<const char*, NumberMode, int, int> rows[] = {
-        {"2401", Decimal, 2401, -1},    {" 0x961 ", Decimal, 2401, -1},
-        {"961", Hex, 2401, -1},         {"8191", Decimal, 8191, -1},
-        {"8192", Decimal, -1, -1},      {"", Hex, -1, -1},
-        {"R-YR 480p", Hex, 2401, 8},    {"480P  r-yr", Hex, 2401, 8},
-        {"r-yr.vga", Hex, 2473, 20},    {"R-YR", Hex, 2365, 2},
-        {"clp", Hex, 2507, 69},         {"CLP 480p", Hex, -1, -1},
-        {"global tint", Hex, 2085, 32}, {"R-YR 576p", Hex, -1, -1},
-        {"red sat", Hex, 2365, 2},      {"480p Red SATURATION", Hex, 2401, 8},
-        {"saturated red", Hex, -1, -1}, {"aturation", Hex, -1, -1}};
-    for (const auto& [text, mode, address, cell] : rows) {
-        const auto place = DestinationFrom(text, mode).value_or(Destination{-1, std::nullopt});
-        EXPECT_TRUE(place.address == address && place.cell.value_or(-1) == cell) << text;
-    }
-    const std::vector<std::string> names = DestinationNames();
-    for (std::size_t name = 0; name < names.size(); ++name)
-        EXPECT_EQ(DestinationFrom(names[name], NumberMode::Hex)->cell, CellsInOrder()[name]);
-    EXPECT_TRUE(names.size() == 72 && names[1] == "R-YR 480p, Red Saturation");
 }
 
 }  // namespace

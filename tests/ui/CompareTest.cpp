@@ -91,11 +91,12 @@ TEST_F(CompareTest, ThePictureMarksEachKindOfByte) {
     MemoryBuffer left{}, right{};
     left[0] = left[2363] = 1;
     left[900] = right[900] = 0xFF;
+    const NameBook names;
     DifferenceMap map;
     map.setFixedSize(1300, 700);
     std::string marks;  // from the corner, the side and the middle of their cells
     for (const auto device : {TargetDevice::Primary, TargetDevice::Secondary}) {
-        map.show(left, right, device, NumberMode::Decimal);
+        map.show(left, right, names, device, NumberMode::Decimal);
         const QImage shown = map.grab().toImage();
         for (const int address : {0, 2363, 2364, 900, 2}) {
             const QRectF cell = map.cellOf(address);

@@ -137,8 +137,9 @@ void DescribeFile(const Arguments& arguments, Report& report) {
         report.device = OriginOf(content->path, *content->image).device;
         report.crc = mCRC32::BufferCrcText(*content->image);
         report.bytes = kEepromBytes;
+        const TargetDevice device = report.device.value_or(arguments.device);
         NameList own = arguments.book.Own();
-        std::erase_if(own, [&](const Named& named) { return named->device != report.device; });
+        std::erase_if(own, [device](const Named& named) { return named->device != device; });
         ShowSettings(own, *content, report);
         return report.End(Status::Done, "An EEProm image.");
     }

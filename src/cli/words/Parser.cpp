@@ -11,6 +11,7 @@ namespace {
 
 using Commands = std::span<const CommandRow>;
 
+constexpr const char* kMore = "Options and exit statuses: tarnwell-cli --help";
 constexpr std::string_view kDescription = "Reads, writes and changes the EEPROMs of an HDTV.";
 
 constexpr std::string_view kExamples =
@@ -61,7 +62,7 @@ void AddCommands(CLI::App& app, GivenWords& words, Commands commands) {
         command->fallthrough();
         command->footer([&row] {
             return (row.takes.names ? "Names:" + row.takes.names(OpenNames({})) + "\n\n" : "") +
-                   "Options and exit statuses: tarnwell-cli --help";
+                   kMore;
         });
         if (row.takes.take != nullptr)
             command->add_option("operands", words.operands)->group("");

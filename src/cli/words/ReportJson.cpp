@@ -175,10 +175,10 @@ std::string JsonText(const Report& report) {
         object["written"] = *report.written;
     if (!report.mismatches.empty())
         object["mismatches"] = MismatchesOf(report);
-    if (!report.settings.empty())
-        object["settings"] = SettingsOf(report);
     if (!report.nameFaults.empty())
         object["nameFaults"] = report.nameFaults;
+    if (!report.settings.empty())
+        object["settings"] = SettingsOf(report);
     if (report.backups)
         object["backups"] = BackupsOf(*report.backups);
     if (!report.backup.empty())

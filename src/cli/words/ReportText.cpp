@@ -49,7 +49,9 @@ std::string SettingsTable(const Report& report) {
         text +=
             Format("%-12s %5d  %-5s  %7d  %-4s  %-8s ", named->name.c_str(), value, range.c_str(),
                    named->address, BitsOf(*named).c_str(), std::string(PageOf(*named)).c_str());
-        text.append(meaning == named->values.end() ? "" : meaning->second + ". ")
+        text.append(meaning == named->values.end()
+                        ? ""
+                        : meaning->second + (named->text.empty() ? "" : ". "))
             .append(DescriptionOf(*named))
             .append("\n");
     }

@@ -121,7 +121,7 @@ TEST(SetHistories, HaveALineForEachEventAndSkipWhatIsNone) {
                        .written = 2,
                        .crc = {},
                        .bytes = {{2363, 6, 9, std::nullopt}, {8191, std::nullopt, 0, 255}}};
-    folder.Write("h", JsonOf(event) + "\n{\"time\":");
+    folder.Write("h", JsonOf(event, NameBook().NamesOn(TargetDevice::Primary)) + "\n{\"time\":");
     ASSERT_TRUE(AppendLine(path, JsonOf(event)));
     SetHistory history = ReadHistory(path);
     EXPECT_EQ(history.skipped, 1);

@@ -11,7 +11,6 @@ namespace {
 
 using Commands = std::span<const CommandRow>;
 
-constexpr const char* kMore = "Options and exit statuses: tarnwell-cli --help";
 constexpr std::string_view kDescription = "Reads, writes and changes the EEPROMs of an HDTV.";
 
 constexpr std::string_view kExamples =
@@ -60,10 +59,9 @@ void AddCommands(CLI::App& app, GivenWords& words, Commands commands) {
             app.add_subcommand(std::string(row.name), std::string(row.description));
         command->group("Commands");
         command->fallthrough();
-        command->footer([&row] {
-            return (row.takes.names ? "Names:" + row.takes.names(OpenNames({})) + "\n\n" : "") +
-                   kMore;
-        });
+        command->footer("Options and exit statuses: tarnwell-cli --help");
+        if (row.takes.names != nullptr)
+            command->footer([&row] { return "Names:" + row.takes.names(OpenNames({})) + "\n"; });
         if (row.takes.take != nullptr)
             command->add_option("operands", words.operands)->group("");
     }

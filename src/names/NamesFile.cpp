@@ -24,47 +24,37 @@ struct Wrong {
     std::string sentence;
 };
 
-/// The text, counting its lines as it is read.
-class Reading {
-  public:
-    using iterator_category = std::input_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const char*;
-    using reference = char;
-
-    Reading(const char* at, int& line) : at_(at), line_(&line) {}
-    char operator*() const { return *at_; }
-    Reading& operator++() {
-        *line_ += *at_++ == '\n' ? 1 : 0;
-        return *this;
-    }
-    bool operator==(const Reading& other) const { return at_ == other.at_; }
-    bool operator!=(const Reading& other) const { return at_ != other.at_; }
-
-  private:
-    const char* at_;
-    int* line_;
-};
-
-/// With the lines in which the objects of the list begin.
-Json Parsed(std::string_view text, std::vector<int>& lines) {
+/// The lines in which the objects of the list begin, in a text that is JSON, up to a zero byte.
+std::vector<int> LinesOfNames(std::string_view text) {
     constexpr int kDeepest = 16;
-    int line = 1;
+    std::vector<int> lines;
+    std::string_view key;  // or another text of the outermost object
     bool inList = false;
-    const auto look = [&](int depth, Json::parse_event_t event, const Json& parsed) {
-        if (depth > kDeepest)
-            throw Wrong{{}, "line " + std::to_string(line) + ": It is nested too deeply."};
-        if (event == Json::parse_event_t::key && depth == 1) {
-            inList = parsed == kNames;
-            if (inList)
+    int line = 1;
+    int depth = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const char letter = text[at];
+        if (letter == '"') {
+            const std::size_t begin = at + 1;
+            while (++at < text.size() && text[at] != '"')
+                at += text[at] == '\\' ? 1 : 0;
+            if (depth == 1)
+                key = text.substr(begin, at - begin);
+        } else if (letter == '{' || letter == '[') {
+            if (depth == 1)
+                inList = key == kNames;
+            if (depth == 1 && inList)
                 lines.clear();
+            if (depth == 2 && inList && letter == '{')
+                lines.push_back(line);
+            if (++depth > kDeepest)
+                throw Wrong{{}, "line " + std::to_string(line) + ": It is nested too deeply."};
+        } else {
+            depth -= letter == '}' || letter == ']' ? 1 : 0;
+            line += letter == '\n' ? 1 : 0;
         }
-        if (event == Json::parse_event_t::object_start && depth == 2 && inList)
-            lines.push_back(line);
-        return true;
-    };
-    return Json::parse(Reading(text.data(), line), Reading(text.data() + text.size(), line), look);
+    }
+    return lines;
 }
 
 std::string Dumped(const Json& json) {
@@ -155,7 +145,8 @@ void TakeNames(const Json& list, const std::vector<int>& lines, NamesFile& file)
             file.kept.push_back(Dumped(entry));
             continue;
         }
-        const int line = lines[object++];
+        const int line = object < lines.size() ? lines[object] : 0;
+        ++object;
         try {
             auto named = std::make_shared<const NamedValue>(NameIn(entry));
             std::string key;
@@ -208,7 +199,8 @@ NamesFile NamesIn(std::string_view text, const std::string& path) {
     std::vector<int> lines;
     Json json;
     try {
-        json = Parsed(text, lines);
+        json = Json::parse(text);
+        lines = LinesOfNames(text);
     } catch (const Json::exception& fault) {
         return Refused(std::move(file), SyntaxFault(fault.what()));
     } catch (const Wrong& wrong) {

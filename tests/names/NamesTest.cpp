@@ -65,6 +65,7 @@ TEST(NamesFile, TellsWhatIsWrongWithLineAndPlaceAndTakesTheRest) {
         EXPECT_THAT(file.faults, SizeIs(1)) << refused;
         EXPECT_FALSE(WriteNames(file)) << refused << ": left as it is";
     }
+    EXPECT_THAT(NamesIn(FileWith(far) + std::string("\0\"", 2), "").faults, SizeIs(1));
     EXPECT_THAT(NamesIn("{\n \"names\": x", "").faults.front(), StartsWith("line 2, column 11"));
 }
 

@@ -70,7 +70,8 @@ class Exhibition final : private Player {
                       store_,
                       platform_,
                       true,
-                      pathFromQt(folder_.filePath("backups"))}};
+                      pathFromQt(folder_.filePath("backups")),
+                      pathFromQt(folder_.filePath("names.json"))}};
 };
 
 void Exhibition::ShowMost() {
@@ -205,6 +206,11 @@ void Exhibition::ShowMost() {
           {"on:DataGrid F6", "editor-text"},
           {"mnuEditText"},
           {shrink},
+          {"mnuEditName type:Blue.Back on:txtText type:Picture~without~a~signal on:txtValues "
+           "type:200~off cmdAccept"},
+          {"mnuEditName on:txtHighest Backspace Backspace Backspace type:100 cmdAccept", "name"},
+          {"Esc mnuEditNames", "names"},
+          {"cmdRemoveName Esc"},
           {"mnuEditGoTo type:300~g Return", "go-to"},
           {"Esc mnuEditFind on:txtFind type:300~g Return", "find"}});
 }

@@ -144,7 +144,8 @@ class FormMainTest : public WindowTest {
                      registry,
                      platform,
                      true,
-                     folder.Path("backups")}};
+                     folder.Path("backups"),
+                     folder.Path("names.json")}};
     Program& program = window.program();
     std::array<std::uint8_t, kEepromSize>& eeprom = television.Memory(Chip::Primary);
 

@@ -1,6 +1,7 @@
 #include "program/NameCommands.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "core/Words.h"
 #include "program/Program.h"
@@ -27,6 +28,20 @@ std::string Described(const NamedValue& named, NumberMode mode) {
 }
 
 }  // namespace
+
+NamedValue NameCommands::Proposed(TargetDevice device, int address) const {
+    int taken = 0;
+    for (const Named& named : program_.names.At(device, address))
+        taken |= MaskAt(*named, address);
+    NamedValue proposed{.device = device, .address = address};
+    auto& [lowest, highest] = proposed.bits;
+    if (taken != 0xFF) {
+        lowest = std::countr_one(static_cast<unsigned>(taken));
+        highest = lowest - 1 + std::countr_zero(static_cast<unsigned>(taken | 0x100) >> lowest);
+    }
+    proposed.highest = LargestIn(proposed);
+    return proposed;
+}
 
 std::string NameCommands::Fault(const NamedValue& named, const Named& former, NameLayer layer,
                                 std::string& key) const {

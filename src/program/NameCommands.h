@@ -12,6 +12,9 @@ class NameCommands {
   public:
     NameCommands(Program& program, User& user) : program_(program), user_(user) {}
 
+    /// What the user may want to name at a byte: the first bits there that nothing has, or all.
+    NamedValue Proposed(TargetDevice device, int address) const;
+
     /// Why there cannot be such a name in a layer, in the place of `former` if that is one; one
     /// sentence, empty if there can. `key` gets what it is wrong in, as the file calls it.
     std::string Fault(const NamedValue& named, const Named& former, NameLayer layer,

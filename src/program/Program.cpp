@@ -161,6 +161,24 @@ Standing Program::StandingOfByte(int address) const {
     return Standing::Of(*shown, changed, held);
 }
 
+std::optional<int> Program::ShownValue(const NamedValue& named) const {
+    if (named.device != state.targetDevice || !HoldsImage(state, buffer))
+        return std::nullopt;
+    return ValueIn(grid.Bytes(), named);
+}
+
+std::optional<int> Program::HeldValue(const NamedValue& named) const {
+    const auto first = bus.Known().Value(named.device, named.address);
+    const auto second =
+        named.low ? bus.Known().Value(named.device, *named.low) : std::optional(std::uint8_t{});
+    if (!first || !second)
+        return std::nullopt;
+    NamedValue moved = named;
+    moved.address = 0;
+    moved.low = named.low ? std::optional(1) : std::nullopt;
+    return ValueIn(std::array{*first, *second}, moved);
+}
+
 std::string Program::BackgroundText() const {
     if (valueEditor.IsOpen())
         return valueEditor.Description();

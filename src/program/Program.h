@@ -82,6 +82,10 @@ class Program final {
     Standing StandingOfCell(int cell) const;
     Standing StandingOfByte(int address) const;
 
+    /// A named value as the grid shows it, or as its device is known to hold it.
+    std::optional<int> ShownValue(const NamedValue& named) const;
+    std::optional<int> HeldValue(const NamedValue& named) const;
+
     /// The Parallel Port menu; nothing else happens until the next access.
     void ChoosePort(const PortChoice& choice);
 

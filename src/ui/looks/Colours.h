@@ -13,6 +13,7 @@ inline constexpr QColor kHeading{239, 219, 137};
 inline constexpr QColor kSelected{153, 204, 255};
 inline constexpr QColor kBeingEdited{255, 192, 255};
 inline constexpr QColor kValueText{0, 0, 192};
+inline constexpr QColor kOwnName{128, 0, 96};
 inline constexpr QColor kText{0, 0, 0};
 inline constexpr QColor kLampOn{0, 255, 0};
 inline constexpr QColor kLampOff{255, 0, 0};

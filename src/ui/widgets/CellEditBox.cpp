@@ -55,7 +55,8 @@ std::optional<EditKey> editKeyOf(const QKeyEvent& event) {
 /// The menu's ways to another byte, and to a comparison, commit the entry.
 bool leadsAway(const QKeyEvent& key) {
     return key.modifiers() == Qt::ControlModifier &&
-           (key.key() == Qt::Key_G || key.key() == Qt::Key_F || key.key() == Qt::Key_D);
+           (key.key() == Qt::Key_G || key.key() == Qt::Key_F || key.key() == Qt::Key_D ||
+            key.key() == Qt::Key_N);
 }
 
 bool isSeveral(const QString& text) {

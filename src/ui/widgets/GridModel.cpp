@@ -1,6 +1,7 @@
 #include "ui/widgets/GridModel.h"
 
 #include <QFontDatabase>
+#include <algorithm>
 
 #include "core/user/Number.h"
 #include "ui/looks/Colours.h"
@@ -15,6 +16,10 @@ constexpr int kRowAddressColumn = 0;
 
 bool showsByte(const QModelIndex& index) {
     return index.column() > kRowAddressColumn && index.column() < kTextColumn;
+}
+
+bool isSetting(const Named& named) {
+    return named->cell.has_value();
 }
 
 QFont textFont() {
@@ -73,15 +78,16 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
                                         ? m_program.StandingOfByte(cellOf(index).Address()).kind
                                         : Standing::Kind::Held);
         case kNamedRole:
-            return showsByte(index) && isNamed(cellOf(index));
+            return showsByte(index) && std::ranges::any_of(namesAt(cellOf(index)), isSetting);
+        case kOwnNameRole:
+            return showsByte(index) && !std::ranges::all_of(namesAt(cellOf(index)), isSetting);
         default:
             return {};
     }
 }
 
-bool GridModel::isNamed(GridCell cell) const {
-    return m_state.targetDevice == TargetDevice::Primary &&
-           CellAtAddress(cell.Address()).has_value();
+const NameList& GridModel::namesAt(GridCell cell) const {
+    return m_program.names.At(m_state.targetDevice, cell.Address());
 }
 
 QString GridModel::text(const QModelIndex& index) const {
@@ -124,14 +130,17 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
 }
 
 QString GridModel::name(GridCell cell) const {
-    if (!isNamed(cell))
-        return {};
-    const auto setting = CellAtAddress(cell.Address());
-    const std::string_view description = Cell(*setting).setting->description;
-    QString name = QLatin1Char(' ') + toQt(CellTitle(*setting)) + QLatin1Char(' ');
-    if (!description.empty())
-        name += toQt(description) + QLatin1Char(' ');
-    return name;
+    QStringList names;
+    for (const Named& named : namesAt(cell)) {
+        QString name = QLatin1Char(' ') + toQt(TitleOf(*named));
+        if (!named->cell)
+            name += QStringLiteral(", ") + toQt(BitsText(*named, m_state.numberMode)) +
+                    QLatin1String(named->text.empty() ? "" : ":");
+        if (!named->text.empty())
+            name += QLatin1Char(' ') + toQt(named->text);
+        names += name + QLatin1Char(' ');
+    }
+    return names.join(QLatin1Char('\n'));
 }
 
 QString GridModel::toolTip(GridCell cell) const {

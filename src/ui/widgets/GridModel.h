@@ -19,6 +19,9 @@ class GridModel final : public QAbstractTableModel {
     /// Whether the byte is that of a named setting.
     static constexpr int kNamedRole = Qt::UserRole;
 
+    /// Whether it has a name of the user's own.
+    static constexpr int kOwnNameRole = Qt::UserRole + 2;
+
     /// A byte's Standing::Kind, as a number.
     static constexpr int kStandingRole = Qt::UserRole + 1;
 
@@ -42,7 +45,7 @@ class GridModel final : public QAbstractTableModel {
     QString toolTip(GridCell cell) const;
     QString description(GridCell cell) const;
     QString name(GridCell cell) const;
-    bool isNamed(GridCell cell) const;
+    const NameList& namesAt(GridCell cell) const;
 
     const Program& m_program;
     const DataGrid& m_grid;

@@ -42,6 +42,8 @@ class CellDelegate final : public QStyledItemDelegate {
                                                 : index.data(Qt::BackgroundRole).value<QColor>());
         if (index.data(GridModel::kNamedRole).toBool())
             drawCorner(*painter, option.rect.topRight(), {-1, 1}, colours::kValueText);
+        if (index.data(GridModel::kOwnNameRole).toBool())
+            drawCorner(*painter, option.rect.topLeft(), {1, 1}, colours::kOwnName);
         if (index.column() == kTextColumn)
             return paintText(*painter, option, index);
         const auto kind = static_cast<Standing::Kind>(index.data(GridModel::kStandingRole).toInt());
@@ -385,6 +387,8 @@ void GridView::contextMenuEvent(QContextMenuEvent* event) {
     menu->addSeparator();
     QAction* fillItem = add("mnuGridFill", "&Fill...", &GridView::fillWanted);
     add("mnuGridSave", "&Save Selection...", &GridView::saveWanted);
+    menu->addSeparator();
+    add("mnuGridName", "&Name This Byte...", &GridView::nameWanted);
     for (QAction* item : {pasteItem, fillItem})
         allow(*item, m_state.editor == EditorSwitch::On, "Switch the Data Editor on first");
     menu->popup(event->globalPos());

@@ -40,6 +40,9 @@ class GridView final : public QTableView {
     void fillWanted();
     void saveWanted();
 
+    /// And to name the current byte.
+    void nameWanted();
+
   protected:
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

@@ -133,6 +133,7 @@ void FormMain::connectSignals() {
             [this] { run([this] { m_program.cellEditor.FillSelection(); }); });
     connect(&grid, &GridView::saveWanted, this,
             [this] { runButton([this] { m_program.selection.Save(); }); });
+    connect(&grid, &GridView::nameWanted, this, [this] { runMenu(MenuCommand::NameByte, 0); });
     connect(&m_editor.page(), &EditorPageWidget::toggled, this, &FormMain::toggleEditor);
     connect(&m_strip, &HintStrip::i2cWanted, this, [this] { runMenu(MenuCommand::I2cBus, 0); });
     connect(&m_strip, &HintStrip::portWanted, this, [this] {

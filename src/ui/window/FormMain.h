@@ -77,6 +77,8 @@ class FormMain final : public QMainWindow, private Screen, private WindowSetUp {
     void compare();
     void showCompare();
     void restoreBackup(const std::string& folder);
+    void nameByte();
+    void showNames();
     void makeSheet();
     void showSets();
     void showHistory(const TvSet& set);

@@ -16,6 +16,7 @@
 #include "ui/dialogs/FormPortOpts.h"
 #include "ui/dialogs/FormSets.h"
 #include "ui/dialogs/FormTestInt.h"
+#include "ui/dialogs/names/FormNames.h"
 #include "ui/looks/Text.h"
 #include "ui/window/FormMain.h"
 #include "ui/window/SheetFile.h"
@@ -124,6 +125,10 @@ void FormMain::runMenu(MenuCommand command, int row) {
             return m_navigation.findAgain(FindDirection::Previous);
         case MenuCommand::TextColumn:
             return run([this] { m_program.editorPage.ToggleTextColumn(); });
+        case MenuCommand::NameByte:
+            return nameByte();
+        case MenuCommand::Names:
+            return showNames();
         case MenuCommand::Undo:
             return run([this] { m_program.undo.Undo(); });
         case MenuCommand::Redo:
@@ -204,6 +209,28 @@ void FormMain::showCompare() {
     connect(&m_user.gate(), &InputGate::painting, &dialog, &FormCompare::showProgress);
     dialog.exec();
     if (const auto& place = dialog.destination())
+        run([&] { m_program.GoTo(*place); });
+}
+
+/// Changes the one name that the current byte has, or makes another one.
+void FormMain::nameByte() {
+    runButton([] {});
+    const TargetDevice device = m_program.state.targetDevice;
+    const int address = m_program.grid.Current().Address();
+    NameList own = m_program.names.At(device, address);
+    std::erase_if(own, [](const Named& named) { return named->cell.has_value(); });
+    const Named former = own.size() == 1 ? own.front() : nullptr;
+    FormName dialog(m_program, former ? *former : m_program.nameCommands.Proposed(device, address),
+                    former, this);
+    if (dialog.exec() == QDialog::Accepted)
+        run([&] { m_program.nameCommands.Put(dialog.named(), former, dialog.layer()); });
+}
+
+void FormMain::showNames() {
+    FormNames names(
+        m_program, [this](const std::function<void()>& command) { runInside(command); }, this);
+    names.exec();
+    if (const auto& place = names.destination())
         run([&] { m_program.GoTo(*place); });
 }
 

@@ -26,6 +26,8 @@ constexpr std::array kRows{
     Row{"formSets", Topic::Sets},
     Row{"formHistory", Topic::Sets},
     Row{"formWarning", Topic::DataEditor},
+    Row{"formName", Topic::Names},
+    Row{"formNames", Topic::Names},
     Row{"formGoTo", Topic::Finding},
     Row{"formFind", Topic::Finding},
     Row{"formAbout", Topic::About},

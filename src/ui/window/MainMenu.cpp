@@ -48,10 +48,13 @@ constexpr std::array kEntries{
     Entry{1, "sep7", "-"},
     Entry{1, "mnuEditGoTo", "&Go to...", MenuCommand::GoTo, "Ctrl+G"},
     Entry{1, "mnuEditFind", "&Find...", MenuCommand::Find, "Ctrl+F"},
-    Entry{1, "mnuEditFindNext", "Find &Next", MenuCommand::FindNext, "F3"},
+    Entry{1, "mnuEditFindNext", "Find Ne&xt", MenuCommand::FindNext, "F3"},
     Entry{1, "mnuEditFindPrevious", "Find &Previous", MenuCommand::FindPrevious, "Shift+F3"},
     Entry{1, "sep13", "-"},
     Entry{1, "mnuEditText", "&Text Column", MenuCommand::TextColumn},
+    Entry{1, "sep14", "-"},
+    Entry{1, "mnuEditName", "&Name This Byte...", MenuCommand::NameByte, "Ctrl+N"},
+    Entry{1, "mnuEditNames", "Na&mes...", MenuCommand::Names},
     Entry{0, "mnuEEP", "I2C &Operations"},
     Entry{1, "mnuEEPRead", "&Read Entire EEP", MenuCommand::ReadEntireEep},
     Entry{1, "mnuEEPWrite", "&Write Entire EEP", MenuCommand::WriteEntireEep},
@@ -110,6 +113,33 @@ consteval bool DepthsMakeATree() {
     return kEntries.back().command != MenuCommand::None;
 }
 static_assert(DepthsMakeATree());
+
+/// Its key opens About Tarnwell 2 as well, as users know it.
+constexpr std::string_view kOlder = "mnuHelpHelp";
+
+constexpr char MnemonicOf(std::string_view caption) {
+    const std::size_t mark = caption.find('&');
+    if (mark == std::string_view::npos)
+        return '\0';
+    const char letter = caption[mark + 1];
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+consteval bool MnemonicsDifferWithinAMenu() {
+    for (std::size_t index = 0; index < kEntries.size(); ++index) {
+        const char mnemonic = MnemonicOf(kEntries[index].caption);
+        for (std::size_t next = index + 1; next < kEntries.size(); ++next) {
+            if (kEntries[next].depth < kEntries[index].depth)
+                break;
+            const bool isBeside = kEntries[next].depth == kEntries[index].depth &&
+                                  std::string_view(kEntries[index].name) != kOlder;
+            if (isBeside && mnemonic != '\0' && MnemonicOf(kEntries[next].caption) == mnemonic)
+                return false;
+        }
+    }
+    return true;
+}
+static_assert(MnemonicsDifferWithinAMenu());
 
 /// An item that takes back `step`, if there is one; the verb of an empty one says that.
 void showStep(QAction& item, const QString& verb, const std::optional<std::string>& step) {

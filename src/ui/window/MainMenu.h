@@ -30,6 +30,8 @@ enum class MenuCommand {
     FindNext,
     FindPrevious,
     TextColumn,
+    NameByte,
+    Names,
     ReadEntireEep,
     WriteEntireEep,
     FillEntireEep,

@@ -129,7 +129,9 @@ void Exhibition::ShowMost() {
         window_.program().cellEditor.MoveTo({2, 3});
         window_.program().cellEditor.Click();
     };
-    const auto enlarge = [this] { window_.resize(window_.size() + QSize(200, 150)); };
+    const auto enlarge = [this] {
+        window_.resize((window_.size() + QSize(200, 150)).boundedTo(roomFor(window_)));
+    };
     const auto shrink = [this] { window_.resize(window_.minimumSize()); };
     const auto forgetDevice = [this] {
         window_.program().bus.Changed();

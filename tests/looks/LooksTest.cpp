@@ -118,7 +118,7 @@ std::vector<Text> textsOf(const QWidget& widget) {
         for (int at = 0; at < kGridColumns * rows; ++at) {
             const QModelIndex index = grid->model()->index(at / kGridColumns, at % kGridColumns);
             const QRect room = grid->visualRect(index);
-            if (grid->viewport()->childAt(room.center()) == nullptr)
+            if (!room.isEmpty() && grid->viewport()->childAt(room.center()) == nullptr)
                 add(index.data().toString(), room.translated(grid->viewport()->pos()), kNarrowest);
         }
     }

@@ -209,7 +209,7 @@ TEST_F(GridTest, TheTextColumnIsTypedInAndFoundWith) {
     EXPECT_EQ(current(), (GridCell{1, 16}));
     QTest::mouseRelease(grid().viewport(), Qt::LeftButton);
     for (int column = 0; column < 16; ++column)
-        EXPECT_GT(grid().columnWidth(column), scaled(280));
+        EXPECT_GT(grid().columnWidth(column), scaled(260));
     EXPECT_EQ(grid().horizontalScrollBar()->maximum(), 0);
 }
 

@@ -1,6 +1,7 @@
 #include "ui/looks/ReadableStyle.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QPainter>
 #include <QStyleOption>
 #include <algorithm>
@@ -101,6 +102,12 @@ QSize ReadableStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
     return type == CT_ItemViewItem ? given + QSize(0, 2 * kFocusWidth) : given;
 }
 
+/// Where a caret alone would show the focus.
+static bool isEmptyLine(const QWidget* widget) {
+    const auto* line = qobject_cast<const QLineEdit*>(widget);
+    return line != nullptr && line->text().isEmpty();
+}
+
 void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                   QPainter* painter, const QWidget* widget) const {
     const QColor text = option->palette.color(QPalette::WindowText);
@@ -122,6 +129,9 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
                 return drawFocusFrame(*painter, option->rect, text);
             [[fallthrough]];
         case PE_FrameLineEdit:
+            if (focused && isEmptyLine(widget))
+                return drawFocusFrame(*painter, option->rect, text);
+            [[fallthrough]];
         case PE_PanelMenu:
             if (isDark(*option) && !focused)
                 drawEdge(*painter, *option, option->rect, kCorner);

@@ -190,8 +190,11 @@ void GridView::layOutColumns() {
     setColumnHidden(kTextColumn, !m_state.textColumn);
     const int all = kColumnsWidth + (m_state.textColumn ? kTextWidth : 0);
     const int width = std::min(scaled(kColumnsWidth) + m_extraWidth, viewport()->width());
+    const int address = m_state.textColumn ? scaled(kAddressWidth) : 0;
+    const int others = m_state.textColumn ? all - kAddressWidth : all;
     const auto rightOf = [=](int column) {
-        return column == kTextColumn ? width : width * (kAddressWidth + column * kByteWidth) / all;
+        const int bytes = column * kByteWidth + (address == 0 ? kAddressWidth : 0);
+        return column == kTextColumn ? width : address + (width - address) * bytes / others;
     };
     for (int column = 0; column < kGridColumns; ++column)
         setColumnWidth(column, rightOf(column) - (column == 0 ? 0 : rightOf(column - 1)));

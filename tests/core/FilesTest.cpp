@@ -28,7 +28,7 @@ extern "C" int fsync(int descriptor) {
 }
 extern "C" int rename(const char* from, const char* to) noexcept {
     calls += "rename ";
-    return static_cast<int>(syscall(SYS_rename, from, to));
+    return static_cast<int>(syscall(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to));
 }
 
 /// What the next locks are answered with, in the place of the C library's.

@@ -33,7 +33,7 @@ extern "C" ssize_t write(int descriptor, const void* bytes, std::size_t count) {
             _exit(1);                                     \
         return static_cast<result>(syscall(__VA_ARGS__)); \
     }
-DYING(int, rename, (const char* from, const char* to), SYS_rename, from, to)
+DYING(int, rename, (const char* from, const char* to), SYS_renameat, AT_FDCWD, from, AT_FDCWD, to)
 DYING(int, flock, (int descriptor, int operation), SYS_flock, descriptor, operation)
 DYING(int, ftruncate, (int descriptor, off_t size), SYS_ftruncate, descriptor, size)
 extern "C" int fsync(int descriptor) {

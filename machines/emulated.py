@@ -1,4 +1,4 @@
-"""An emulated computer with Debian's kernel, and the simulated television at its parallel port."""
+"""An emulated computer with Debian's kernel, and what is at its ports and buses."""
 
 import base64
 import os
@@ -16,6 +16,21 @@ FAULTS = re.compile(r"Oops|BUG:|WARNING:|Call Trace|Kernel panic|general protect
 
 # What an emulator needs of these in its arguments.
 USB = "socket,id=usb,path={folder}/usb"
+EEPROMS = {"primary": 0x50, "secondary": 0x51}
+
+# By Debian's name of the processor: the emulator with what the step does not choose, and what the
+# kernel is told. The agent talks by a port that is made for it, or by a board's first serial line, which would wait
+# for a memory controller that the emulator does not have.
+VIRTIO = ["-device", "virtio-serial", "-device", "virtserialport,chardev=agent", "-serial", "file:{console}"]
+BOARD = [word for name, address in EEPROMS.items() for word in (
+    "-drive", "if=none,id=%s,format=raw,file={folder}/%s" % (name, name),
+    "-device", f"at24c-eeprom,bus=i2c-bus.0,address={address},rom-size=8192,drive={name}")]
+EMULATORS = {
+    "amd64": (["qemu-system-x86_64", "-accel", "tcg", "-m", "256", "-no-user-config", *VIRTIO],
+              "console=ttyS0 tsc=unstable"),
+    "armhf": (["qemu-system-arm", "-machine", "sabrelite", "-smp", "1", "-m", "512", "-serial", "chardev:agent",
+               "-serial", "file:{console}", *BOARD], "console=ttymxc1 agent=/dev/ttymxc0 initcall_blacklist=sdma_driver_init"),
+}
 
 
 class Failed(Exception):
@@ -25,7 +40,7 @@ class Failed(Exception):
 class Machine:
     """Started at once; ended by its process number. `seconds` is the limit of all of its life."""
 
-    def __init__(self, folder, kernel, initramfs, built, arguments, seconds):
+    def __init__(self, folder, architecture, ground, built, arguments, seconds):
         self.folder = pathlib.Path(folder)
         self.folder.mkdir(parents=True, exist_ok=True)
         self.deadline = time.monotonic() + seconds
@@ -35,6 +50,8 @@ class Machine:
         self.buffer = b""
         for stale in ("wire", "console", "adapter", "usb", "emulator"):
             (self.folder / stale).unlink(missing_ok=True)
+        for name in EEPROMS:
+            (self.folder / name).write_bytes(os.urandom(8192))
         self.adapter = None
         if USB in arguments:
             self.adapter = self.start([built / "usb-adapter", self.folder / "usb", self.folder / "adapter"])
@@ -45,16 +62,15 @@ class Machine:
                 raise
         here, there = socket.socketpair()
         self.agent = here
+        emulator, told = EMULATORS[architecture]
         command = [
-            "qemu-system-x86_64", "-accel", "tcg", "-m", "256", "-nodefaults", "-no-user-config",
-            "-no-reboot", "-display", "none", "-kernel", kernel, "-initrd", initramfs,
-            "-append", "console=ttyS0 panic=-1 tsc=unstable",
-            "-serial", f"file:{self.console}",
-            "-chardev", f"socket,id=agent,fd={there.fileno()}", "-device", "virtio-serial",
-            "-device", "virtserialport,chardev=agent",
-            *arguments]
+            *emulator, "-nodefaults", "-no-reboot", "-display", "none", "-kernel", ground.kernel,
+            "-initrd", ground.initramfs, "-append", told + " panic=-1",
+            "-chardev", f"socket,id=agent,fd={there.fileno()}",
+            *(["-dtb", ground.board] if ground.board else []), *arguments]
         self.process = self.start(
-            [str(word).format(folder=self.folder) for word in command], pass_fds=[there.fileno()],
+            [str(word).format(folder=self.folder, console=self.console) for word in command],
+            pass_fds=[there.fileno()],
             env=dict(os.environ, LD_PRELOAD=str(built / "tarnwell_wire.so"),
                      TARNWELL_WIRE=str(self.folder / "wire")))
         there.close()

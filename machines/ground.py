@@ -4,48 +4,67 @@ import pathlib
 import re
 import shutil
 import subprocess
-import sys
+import types
+
+from emulated import Failed
 
 HERE = pathlib.Path(__file__).resolve().parent
-MODULES = ["virtio_pci", "virtio_console", "parport_pc", "ppdev", "lp", "i2c-parport", "at24", "i2c-dev", "i2c-stub",
-           "i2c-tiny-usb", "xhci-pci", "i2c-piix4", "i2c-i801"]
+
+# By Debian's name of the processor: the kernel's package, the modules that are put beside it, the
+# file that describes the board to it, and where the compiler's libraries are.
+KINDS = {
+    "amd64": types.SimpleNamespace(
+        kernel="linux-image-amd64", board=None,
+        modules=["virtio_pci", "virtio_console", "parport_pc", "ppdev", "lp", "i2c-parport", "at24", "i2c-dev",
+                 "i2c-stub", "i2c-tiny-usb", "xhci-pci", "i2c-piix4", "i2c-i801"]),
+    "armhf": types.SimpleNamespace(
+        kernel="linux-image-armmp", board="imx6q-sabrelite.dtb", modules=["i2c-imx", "i2c-dev"]),
+}
+# What a program of another processor needs beside itself; on this one's it is taken from the system.
+FOREIGN = ["busybox-static", "libc6", "libstdc++6", "libgcc-s1"]
 
 
 def output_of(*command, **options):
-    return subprocess.run(command, check=True, capture_output=True, text=True, **options).stdout
+    return subprocess.run([str(word) for word in command], check=True, capture_output=True, text=True, **options).stdout
 
 
-def wanted_release():
-    found = re.search(r"Depends: linux-image-(\S+)",
-                      output_of("apt-cache", "depends", "linux-image-amd64"))
-    return found and found[1]
+class Archive:
+    """Debian's packages for a processor, by lists of their own: nothing of the system's is changed."""
 
+    def __init__(self, cache, architecture):
+        self.cache = cache
+        lists = cache / "lists"
+        (lists / "partial").mkdir(parents=True, exist_ok=True)
+        self.options = ["-q", "-o", "Acquire::Retries=3", "-o", "APT::Sandbox::User=root",
+                        "-o", f"APT::Architecture={architecture}", "-o", f"APT::Architectures={architecture}",
+                        "-o", f"Dir::State::lists={lists}", "-o", "Dir::State::status=/dev/null",
+                        "-o", "Dir::Cache::pkgcache=", "-o", "Dir::Cache::srcpkgcache="]
 
-def unpack(cache, release):
-    apt_get = ["apt-get", "-q", "-o", "Acquire::Retries=3", "-o", "APT::Sandbox::User=root"]
-    package = f"linux-image-{release}"
-    if subprocess.run([*apt_get, "download", package], cwd=cache, check=False).returncode != 0:
-        sys.exit(f"machine: Debian's package {package} cannot be had, so there is no kernel to meet")
-    file, = cache.glob(f"{package}_*.deb")
-    output_of("dpkg-deb", "-x", file, cache / release)
-    file.unlink()
-    output_of("depmod", "-b", cache / release, release)
+    def update(self):
+        subprocess.run(["apt-get", *self.options, "update"], check=False, stdout=subprocess.DEVNULL)
 
+    def kernel(self, name):
+        """The package that a package without content stands for, or nothing."""
+        result = subprocess.run(["apt-cache", *self.options, "depends", name], check=False,
+                                capture_output=True, text=True)
+        found = re.search(r"Depends: (linux-image-\S+)", result.stdout)
+        return found and found[1].split(":")[0]
 
-def kernel(cache):
-    """The folder in which Debian's kernel package is unpacked (never installed), and its release."""
-    cache.mkdir(parents=True, exist_ok=True)
-    release = wanted_release()
-    if not release or not (cache / release).exists():
-        subprocess.run(["apt-get", "-q", "update"], check=False, stdout=subprocess.DEVNULL)
-        release = wanted_release()
-    if not release:
-        sys.exit("machine: apt knows no linux-image-amd64, so there is no kernel to meet")
-    folder = cache / release
-    if not (folder / f"lib/modules/{release}/modules.dep").exists():
-        shutil.rmtree(folder, ignore_errors=True)
-        unpack(cache, release)
-    return folder, release
+    def unpack(self, package, folder):
+        """Once, into a folder; the package is never installed."""
+        done = folder / ("." + package)
+        if done.exists():
+            return
+        command = ["apt-get", *self.options, "download", package]
+        if subprocess.run(command, cwd=self.cache, check=False).returncode != 0:
+            self.update()  # what the lists name may have been replaced since
+            if subprocess.run(command, cwd=self.cache, check=False).returncode != 0:
+                raise Failed(f"Debian's package {package} cannot be had")
+        folder.mkdir(parents=True, exist_ok=True)
+        for file in self.cache.glob(f"{package}_*.deb"):
+            output_of("dpkg-deb", "-x", file, folder)
+            file.unlink()
+        done.touch()
 
 
 def copy(file, root, name):
@@ -58,34 +77,71 @@ def libraries(program):
     return set(re.findall(r"(/\S+) \(0x", output_of("ldd", program)))
 
 
-def initramfs(cache, build, folder, release):
-    """The file of it: busybox, the modules, the program without a window, and what holds a port."""
-    root = cache / "root"
-    shutil.rmtree(root, ignore_errors=True)
-    for name in ("proc", "sys", "dev", "tmp", "root"):
-        (root / name).mkdir(parents=True)
-    copy("/bin/busybox", root, "bin/busybox")
-    copy(HERE / "init", root, "init")
-    programs = [build / "tarnwell-cli", build / "machines/hold"]
-    for program in programs:
-        copy(program, root, "bin/" + program.name)
-    for library in set().union(*map(libraries, programs)):
-        copy(library, root, library)
-    for module in MODULES:
-        for file in re.findall(r"^insmod (\S+)", output_of(
-                "modprobe", "-d", folder, "-S", release, "--show-depends", module), re.M):
-            copy(file, root, pathlib.Path(file).relative_to(folder))
-    for table in ("order", "builtin", "builtin.modinfo"):
-        copy(folder / f"lib/modules/{release}/modules.{table}", root,
-             f"lib/modules/{release}/modules.{table}")
-    output_of("depmod", "-b", root, release)
-    (root / "etc").mkdir()
-    (root / "etc/passwd").write_text("root::0:0::/root:/bin/sh\nin::1000:1000::/tmp:/bin/sh\n"
-                                     "out::1001:1001::/tmp:/bin/sh\n")
-    (root / "etc/group").write_text("root:x:0:\nlp:x:7:in\ni2c:x:999:in\n")
-    file = cache / "initramfs"
-    names = "\n".join(str(path.relative_to(root)) for path in sorted(root.rglob("*")))
-    archive = subprocess.run(["cpio", "--quiet", "-o", "-H", "newc", "-R", "0:0"], cwd=root,
-                             input=names.encode(), check=True, capture_output=True).stdout
-    file.write_bytes(archive)
-    return file
+class Ground:
+    """For computers with one kind of processor: `kernel`, `initramfs`, `board` and `release`."""
+
+    def __init__(self, cache, build, architecture):
+        self.kind = KINDS[architecture]
+        self.cache = cache / architecture
+        self.archive = Archive(self.cache, architecture)
+        self.unpack_kernel()
+        self.initramfs = self.cache / "initramfs"
+        root = self.cache / "root"
+        shutil.rmtree(root, ignore_errors=True)
+        for name in ("proc", "sys", "dev", "tmp", "root", "etc"):
+            (root / name).mkdir(parents=True)
+        copy(HERE / "init", root, "init")
+        if architecture == "amd64":
+            self.put_own_programs(root, build)
+        else:
+            self.put_package(root, build / "packages" / architecture, architecture)
+        self.put_modules(root)
+        (root / "etc/passwd").write_text("root::0:0::/root:/bin/sh\nin::1000:1000::/tmp:/bin/sh\n"
+                                         "out::1001:1001::/tmp:/bin/sh\n")
+        (root / "etc/group").write_text("root:x:0:\nlp:x:7:in\ni2c:x:999:in\n")
+        names = "\n".join(str(path.relative_to(root)) for path in sorted(root.rglob("*")))
+        archive = subprocess.run(["cpio", "--quiet", "-o", "-H", "newc", "-R", "0:0"], cwd=root,
+                                 input=names.encode(), check=True, capture_output=True).stdout
+        self.initramfs.write_bytes(archive)
+
+    def unpack_kernel(self):
+        package = self.archive.kernel(self.kind.kernel)
+        if not package:
+            self.archive.update()
+            package = self.archive.kernel(self.kind.kernel)
+        if not package:
+            raise Failed(f"apt knows no {self.kind.kernel}, so there is no kernel to meet")
+        self.release = package.removeprefix("linux-image-")
+        self.folder = self.cache / self.release
+        self.archive.unpack(package, self.folder)
+        output_of("depmod", "-b", self.folder, self.release)
+        self.kernel = self.folder / f"boot/vmlinuz-{self.release}"
+        self.board = self.kind.board and self.folder / f"usr/lib/{package}" / self.kind.board
+
+    def put_own_programs(self, root, build):
+        programs = [build / "tarnwell-cli", build / "machines/hold"]
+        copy("/bin/busybox", root, "bin/busybox")
+        for program in programs:
+            copy(program, root, "bin/" + program.name)
+        for library in set().union(*map(libraries, programs)):
+            copy(library, root, library)
+
+    def put_package(self, root, folder, architecture):
+        """The package that ./package makes for that processor."""
+        subprocess.run([HERE.parent / "packaging/make", folder, architecture], check=True)
+        user = self.cache / "user"
+        for package in FOREIGN:
+            self.archive.unpack(package, user)
+        shutil.copytree(user, root, symlinks=True, dirs_exist_ok=True, ignore=shutil.ignore_patterns("share", "gconv"))
+        package, = folder.glob("tarnwell-cli_*.deb")
+        output_of("dpkg-deb", "-x", package, root)
+
+    def put_modules(self, root):
+        for module in self.kind.modules:
+            for file in re.findall(r"^insmod (\S+)", output_of(
+                    "modprobe", "-d", self.folder, "-S", self.release, "--show-depends", module), re.M):
+                copy(file, root, pathlib.Path(file).relative_to(self.folder))
+        for table in ("order", "builtin", "builtin.modinfo"):
+            copy(self.folder / f"lib/modules/{self.release}/modules.{table}", root,
+                 f"lib/modules/{self.release}/modules.{table}")
+        output_of("depmod", "-b", root, self.release)

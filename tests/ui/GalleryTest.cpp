@@ -120,7 +120,7 @@ TEST(Gallery, IsAsItIsKeptAndHasATopicForEachWindow) {
     std::ofstream transcript(pathFromQt(now + "/transcript.now"));
     const QRegularExpression skipped("image|driver");  // they have what is the machine's
     const QImage pictures(QT_TESTCASE_SOURCEDIR "/ui/windows.png");
-    QImage drawn(600, 320, QImage::Format_RGB32);
+    QImage drawn(600, 400, QImage::Format_RGB32);
     drawn.fill(0);
     QPainter painter(&drawn);
     QPoint place;

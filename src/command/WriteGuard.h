@@ -22,6 +22,7 @@ enum class WriteKind : std::uint8_t {
     Restore,      ///< what the device does not hold of a kept image, which the buffer holds
     TakeBack,     ///< what bytes held before earlier writes
     GoBack,       ///< what the whole device held at an earlier time
+    Live,         ///< one setting, each value that it comes to while it is edited
 };
 
 class BackupStore {

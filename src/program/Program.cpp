@@ -58,7 +58,7 @@ Program::Program(const Surroundings& outside)
       selection(context, grid),
       cells(state, outside.settingsView),
       settings(context, buffer, editorPage, cells),
-      valueEditor(context, cells, outside.settingsView),
+      valueEditor(context, buffer, editorPage, cells, outside.settingsView),
       cellCommands(context, cells),
       followers(pending, editorPage, cells, settings),
       wholeDevice(context, deviceReader, outside.calendar, buffer, followers),

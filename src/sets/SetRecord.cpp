@@ -11,15 +11,16 @@ namespace tarnwell {
 namespace {
 
 /// By kind.
-constexpr std::array<std::string_view, 9> kCommands{"Write Entire EEP",
-                                                    "Fill Entire EEP",
-                                                    "Write Differences to EEP",
-                                                    "Write Settings to EEP",
-                                                    "Write Pending to EEP",
-                                                    "Write from Comparison",
-                                                    "Restore Backup",
-                                                    "Take Back",
-                                                    "Go Back"};
+constexpr std::array<std::string_view, 10> kCommands{"Write Entire EEP",
+                                                     "Fill Entire EEP",
+                                                     "Write Differences to EEP",
+                                                     "Write Settings to EEP",
+                                                     "Write Pending to EEP",
+                                                     "Write from Comparison",
+                                                     "Restore Backup",
+                                                     "Take Back",
+                                                     "Go Back",
+                                                     "Live"};
 
 bool TakesBuffer(WriteKind kind) {
     return kind == WriteKind::Image || kind == WriteKind::Differences || kind == WriteKind::Restore;

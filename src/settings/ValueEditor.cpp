@@ -6,8 +6,14 @@
 
 namespace tarnwell {
 
-ValueEditor::ValueEditor(const CommandContext& context, SettingCells& cells, SettingsView& view)
-    : Command(context), cells_(cells), view_(view) {}
+ValueEditor::ValueEditor(const CommandContext& context, MemoryBuffer& buffer,
+                         EditorPage& editorPage, SettingCells& cells, SettingsView& view)
+    : Command(context),
+      buffer_(buffer),
+      editorPage_(editorPage),
+      cells_(cells),
+      view_(view),
+      live_(context) {}
 
 void ValueEditor::CellClicked(int cell) {
     if (RefuseOnSecondary())
@@ -40,6 +46,9 @@ void ValueEditor::EditCell(int cell, std::optional<char> digit) {
     if (digit)
         TypeDigit(*digit);
     view_.ShowFormEdit();
+    if (cells_.MarkOf(cell) != Mark::Changed)
+        live_.TakeBack();
+    live_.End();
     if (EndEdit() == Accepted::Changed)
         step.Call({.what = CellTitle(cell), .from = before, .to = cells_.Value(cell)});
     else
@@ -55,6 +64,14 @@ std::string ValueEditor::Description() const {
 void ValueEditor::StepTo(int value) {
     edit_->value = value;
     edit_->typing = false;
+    live_.Turn(value);
+}
+
+bool ValueEditor::BeginLive(Timer& timer) {
+    if (!live_.Begin(edit_->EditCellIndex, timer))
+        return false;
+    live_.Turn(edit_->value);
+    return true;
 }
 
 bool ValueEditor::TypeDigit(char character) {
@@ -69,12 +86,14 @@ bool ValueEditor::TypeDigit(char character) {
     }
     edit_->value = value;
     edit_->typing = true;
+    live_.Turn(value);
     return true;
 }
 
 void ValueEditor::EraseDigit() {
     edit_->value /= BaseOf(state_.numberMode);
     edit_->typing = true;
+    live_.Turn(edit_->value);
 }
 
 int ValueEditor::Maximum() const {
@@ -91,7 +110,11 @@ std::string ValueEditor::Readout(int value) const {
 
 ValueEditor::Accepted ValueEditor::Accept() {
     const int cell = edit_->EditCellIndex;
-    if (!cells_.IsEmpty(cell) && Readout(edit_->value) == cells_.Caption(cell)) {
+    if (live_.IsOn() && !live_.Write(edit_->value))
+        return Accepted::Unchanged;
+    edit_->isWritten = live_.Holds(edit_->value);
+    if (!edit_->isWritten && !cells_.IsEmpty(cell) &&
+        Readout(edit_->value) == cells_.Caption(cell)) {
         cells_.SetMark(cell, Mark::False);
         return Accepted::Unchanged;
     }
@@ -100,10 +123,30 @@ ValueEditor::Accepted ValueEditor::Accept() {
     return Accepted::Changed;
 }
 
+/// As a write of all values leaves them, but that no other one goes to the memory buffer.
+void ValueEditor::EndWritten(int cell) {
+    const std::uint8_t value = *cells_.Value(cell);
+    cells_.SetLastRead(cell, value);
+    cells_.SetMark(cell, Mark::Clean);
+    cells_.SetColour(cell, CellColour::Normal);
+    if (HoldsImage(state_, buffer_) && !state_.GridChanged && ValueIn(buffer_, cell) != value) {
+        PutValue(buffer_, cell, value);
+        origin_.Note(BufferChange::SettingsMerged);
+        editorPage_.RefillGrid();
+        state_.BufferChanged = true;
+        statusBar_.ShowCrc(mCRC32::BufferCrcText(buffer_));
+    }
+    Post(kSettingsWritten);
+}
+
 ValueEditor::Accepted ValueEditor::EndEdit() {
     const Edit edit = *edit_;
     edit_.reset();
     if (cells_.MarkOf(edit.EditCellIndex) == Mark::Changed) {
+        if (edit.isWritten) {
+            EndWritten(edit.EditCellIndex);
+            return Accepted::Changed;
+        }
         Post(StatusLineName(edit.EditCellIndex) + "Value Changed");
         cells_.SetMark(edit.EditCellIndex, Mark::Save);
         cells_.SetColour(edit.EditCellIndex, CellColour::Changed);

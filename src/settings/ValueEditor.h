@@ -4,13 +4,15 @@
 #include <optional>
 #include <string>
 
+#include "settings/LiveValue.h"
 #include "settings/SettingsEngine.h"
 
 namespace tarnwell {
 
 class ValueEditor final : private Command {
   public:
-    ValueEditor(const CommandContext& context, SettingCells& cells, SettingsView& view);
+    ValueEditor(const CommandContext& context, MemoryBuffer& buffer, EditorPage& editorPage,
+                SettingCells& cells, SettingsView& view);
 
     /// A click on a cell: shows the value editor, and handles the edit's end when it has closed.
     void CellClicked(int cell);
@@ -49,6 +51,16 @@ class ValueEditor final : private Command {
 
     std::string Readout(int value) const;
 
+    /// Writes each value at once, from the one that stands now on, as LiveValue does; the timer's
+    /// end is told by LiveDue. False if it does not begin.
+    [[nodiscard]] bool BeginLive(Timer& timer);
+    void PauseLive() { live_.Pause(); }
+    void LiveDue() { live_.Due(); }
+    bool IsLive() const { return live_.IsOn(); }
+
+    /// Whether the value was written and verified as it stands.
+    bool IsWritten() const { return live_.Holds(edit_->value); }
+
     enum class Accepted : std::uint8_t { Changed, Unchanged };
 
     /// OK: takes the value into the cell if it reads otherwise; the dialog stays open if not.
@@ -57,6 +69,7 @@ class ValueEditor final : private Command {
   private:
     void EditCell(int cell, std::optional<char> digit);
     Accepted EndEdit();
+    void EndWritten(int cell);
     bool RefuseOnSecondary();
 
     struct Edit {
@@ -64,11 +77,15 @@ class ValueEditor final : private Command {
         Mark mark;          ///< before the click
         CellColour colour;  ///< before the click
         int value;
-        bool typing;  ///< the value is made of typed digits, more of which may follow
+        bool typing;             ///< the value is made of typed digits, more of which may follow
+        bool isWritten = false;  ///< what was accepted
     };
 
+    MemoryBuffer& buffer_;
+    EditorPage& editorPage_;
     SettingCells& cells_;
     SettingsView& view_;
+    LiveValue live_;
     std::optional<Edit> edit_;
 };
 

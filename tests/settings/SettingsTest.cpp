@@ -235,6 +235,84 @@ TEST_F(SettingsTest, LifeOfAValueEdit) {
     program.valueEditor.CellClicked(38);
 }
 
+struct KeptWrites final : WriteWitness {
+    std::string text;
+    void Wrote(const DeviceWrite& write) override {
+        text += std::to_string(write.count) + " " + "vnif"[static_cast<int>(write.end)];
+        for (const auto& [address, before, written, now] : write.bytes)
+            text += " " + std::to_string(*before) + ">" + (now ? std::to_string(*now) : "?");
+    }
+};
+
+// L and P switch it on and off, a digit is a step to it, D the end of the timer's time, O is OK;
+// the next write is lost after W, and the last one after S.
+TEST_F(SettingsTest, LiveWritesWhatStandsAsOneWriteWithOneWayBack) {
+    KeptWrites kept;
+    program.bus.Tell(kept);
+    ManualTimer standing;
+    const std::string ask = "V E R I F Y|Write each step to the EEProm at once?";
+    const std::string kNoBus = "E R R O R|There is an I2C bus or\r\nInterface Hardware Problem";
+    for (const auto& [answer, does, byte, looks, told, cycles, box] :
+         {std::tuple(Answer::No, "L7D8DO", 0x15, "8Sc", "", 0U, ask),
+          {Answer::Yes, "L7D8D9O", 0x25, "9Cn", "1 v 21>37", 3U, ask},
+          {Answer::Yes, "L7D8D", 0x15, "5Cn", "1 v", 3U, ""},
+          {Answer::Yes, "L7", 0x15, "5Cn", "", 0U, ""},
+          {Answer::Yes, "L7D5DO", 0x15, "5Cn", "1 v", 2U, ""},
+          {Answer::Yes, "L7DP8DO", 0x1D, "8Sc", "1 v 21>29", 1U, ""},
+          {Answer::Yes, "L7DP", 0x15, "5Cn", "1 v", 2U, ""},
+          {Answer::Yes, "L7DP8LDO", 0x21, "8Cn", "1 v 21>33", 2U, ""},
+          {Answer::Yes, "L7DW8D9DO", 0x1D, "9Sc", "1 n 21>29", 2U, kFailed},
+          {Answer::Yes, "LW7O", 0x15, "5Cn", "1 n 21>21", 1U, kFailed},
+          {Answer::Yes, "L7DS8D9DO", 0x1D, "9Sc", "1 f 21>?", 2U, kNoBus}}) {
+        SCOPED_TRACE(does);
+        memory[2085] = 0x15;
+        program.wholeDevice.ReadEntireEep();
+        program.settings.ReadSettingsFromEep();
+        cells.SetMark(32, Mark::Clean);
+        cells.SetColour(32, CellColour::Normal);
+        user.TakeBoxes();
+        kept.text.clear();
+        const std::uint64_t before = television.Count(WireEvent::WriteCycle);
+        user.answers = {answer};
+        outside.onFormEdit = [&, does = does, answer = answer] {
+            ValueEditor& editor = program.valueEditor;
+            for (const char act : std::string_view(does)) {
+                if (act == 'L')
+                    EXPECT_EQ(editor.BeginLive(standing), answer == Answer::Yes);
+                else if (act == 'P')
+                    editor.PauseLive();
+                else if (act == 'D')
+                    editor.LiveDue();
+                else if (act == 'O')
+                    editor.Accept();
+                else if (act == 'W' || act == 'S')
+                    television.Inject({act == 'W' ? FaultKind::LostWrite : FaultKind::DeviceSilent,
+                                       {WireEvent::WriteCycle, 1}});
+                else
+                    editor.StepTo(act - '0');
+                EXPECT_TRUE(act == 'W' || act == 'S' ||
+                            (standing.running == std::chrono::milliseconds(250)) ==
+                                (editor.IsLive() && act != 'D' && act != 'O'));
+                EXPECT_TRUE(act != 'D' || editor.IsWritten() == editor.IsLive());
+            }
+        };
+        program.valueEditor.CellClicked(32);
+        television.ClearFaults();
+        EXPECT_EQ(memory[2085], byte);
+        EXPECT_EQ(cells.Caption(32) + Looks({32}), looks);
+        EXPECT_EQ(kept.text, told);
+        EXPECT_EQ(television.Count(WireEvent::WriteCycle) - before, cycles);
+        EXPECT_EQ(user.TakeBoxes(), std::vector(box.empty() ? 0 : 1, box));
+        const bool isTaken = std::string_view(looks) == "9Cn";
+        EXPECT_EQ(program.buffer[2085], isTaken || byte == 0x21 ? byte : 0x15);
+        if (!isTaken)
+            continue;
+        EXPECT_EQ(program.history.NextName(Direction::Undo), "Global TINT 5 to 9");
+        program.undo.Undo();
+        EXPECT_EQ(cells.Caption(32) + Looks({32}) + std::to_string(program.buffer[2085]), "5Sc21");
+    }
+}
+
 // '<' is Backspace, '+' a step to 1.
 TEST_F(SettingsTest, TypedDigitsReplaceTheValueAndStayWithinItsRange) {
     using enum NumberMode;

@@ -1,5 +1,6 @@
 // Changing values, finding one's way and taking back, by keyboard and by mouse.
 #include <QAccessible>
+#include <QLabel>
 #include <QTabBar>
 
 #include "support/MainWindow.h"
@@ -38,6 +39,23 @@ class EditingTest : public FormMainTest {
         };
     }
 };
+
+TEST_F(EditingTest, WhatStandsLiveIsWrittenAndAbortTakesItBack) {
+    const auto untilWritten = [this] {
+        auto& label = Child<QLabel>(front(), "lblWritten");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return label.text() == "Written"; }, 20000));
+    };
+    sights["byte"] = [this] { return QString::number(eeprom[2363]); };
+    play({{"mnuEEPRead on:lblSetting_0 Return", "chkLive.checked lblWritten", "false / "},
+          {"on:chkLive Space", "title", "V E R I F Y"},
+          {"No", "chkLive.checked byte", "false / 104"},
+          {"chkLive Yes Up", "chkLive.checked lblWritten byte", "true / Waits / 104"},
+          {untilWritten, "byte Label1.accessibleName", "105 / 105 Written"},
+          {"Abort", "byte lblSetting_0", "104 / 104"},
+          {"on:lblSetting_0 Return", "chkLive.checked", "false"},
+          {"chkLive 7", "lblWritten", "Waits"},
+          {"OK", "byte lblSetting_0 status", "7 / 7 / EEP Verified OK; Settings..."}});
+}
 
 TEST_F(EditingTest, ASettingIsSteppedAndWritten) {
     auto& cell = child<QAbstractButton>("lblSetting_0");

@@ -36,10 +36,12 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell
       m_readout(this),
       m_ok(QStringLiteral("OK"), this),
       m_abort(QStringLiteral("Abort"), this),
-      m_upDown(this) {
+      m_upDown(this),
+      m_live(QStringLiteral("&Live"), this),
+      m_written(this) {
     setObjectName(QStringLiteral("formEdit"));
     setWindowTitle(QStringLiteral(" Edit Value"));
-    setFixedSize(scaled(1320), scaled(960));
+    setFixedSize(scaled(1320), scaled(1245));
 
     m_readout.setObjectName(QStringLiteral("Label1"));
     m_readout.setGeometry(scaledRect(45, 75, 690, 465));
@@ -63,12 +65,25 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell
         button->setAccessibleName(button->text());
         fitCaption(*button);
     }
+    m_live.setObjectName(QStringLiteral("chkLive"));
+    m_live.setGeometry(scaledRect(72, 960, 588, 240));
+    m_live.setAccessibleName(QStringLiteral("Live"));
+    m_live.setToolTip(QStringLiteral(" Writes each value to the EEPROM at once "));
+    m_written.setObjectName(QStringLiteral("lblWritten"));
+    m_written.setGeometry(scaledRect(660, 960, 636, 240));
+    m_written.setAlignment(Qt::AlignCenter);
     m_ok.setDefault(true);
     setTabOrder(&m_ok, &m_abort);
     setTabOrder(&m_abort, &m_upDown);
+    setTabOrder(&m_upDown, &m_live);
 
     connect(&m_ok, &QPushButton::clicked, this, &FormEdit::accepted);
     connect(&m_abort, &QPushButton::clicked, this, &QDialog::reject);
+    connect(&m_live, &QCheckBox::toggled, this, &FormEdit::goLive);
+    connect(&m_standing.timer(), &QTimer::timeout, this, [this] {
+        m_editor.LiveDue();
+        showValue();
+    });
 
     const WindowPlace kept{DecimalValue(m_state.editTop), DecimalValue(m_state.editLeft)};
     if (m_state.editTop == kFirstPlace && m_state.editLeft == kFirstPlace)
@@ -80,13 +95,14 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell
     connect(&m_upDown, &QScrollBar::actionTriggered, this,
             [this] { step(m_upDown.sliderPosition()); });
     connect(&m_upDown, &QScrollBar::valueChanged, this, &FormEdit::step);
-    for (QWidget* control : std::initializer_list<QWidget*>{&m_ok, &m_abort, &m_upDown})
+    for (QWidget* control : std::initializer_list<QWidget*>{&m_ok, &m_abort, &m_upDown, &m_live})
         control->installEventFilter(this);
     mGlobal::StripSystemMenu(*this);
     m_ok.setFocus();
 }
 
 FormEdit::~FormEdit() {
+    m_editor.PauseLive();  // whose timer ends here
     const WindowPlace place = m_place.of(*this);
     m_state.editTop = std::to_string(place.top);
     m_state.editLeft = std::to_string(place.left);
@@ -126,12 +142,27 @@ void FormEdit::showValue() {
     const QSignalBlocker quiet(m_upDown);
     m_upDown.setValue(m_editor.Value());
     m_readout.setText(toQt(m_editor.Readout(m_editor.Value())));
-    m_readout.setAccessibleName(m_readout.text());
+    const QSignalBlocker unasked(m_live);
+    m_live.setChecked(m_editor.IsLive());
+    m_written.setText(m_editor.IsWritten() ? QStringLiteral("Written")
+                      : m_editor.IsLive()  ? QStringLiteral("Waits")
+                                           : QString());
+    m_readout.setAccessibleName((m_readout.text() + ' ' + m_written.text()).trimmed());
+}
+
+void FormEdit::goLive(bool live) {
+    if (!live)
+        m_editor.PauseLive();
+    else if (!m_editor.BeginLive(m_standing))
+        m_live.setChecked(false);
+    showValue();
 }
 
 void FormEdit::accepted() {
     if (m_editor.Accept() == ValueEditor::Accepted::Changed)
         accept();
+    else
+        showValue();
 }
 
 }  // namespace tarnwell

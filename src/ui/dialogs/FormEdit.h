@@ -1,10 +1,13 @@
 // The value editor: one setting's value in large digits, changed by steps or typed.
 #pragma once
 
+#include <QCheckBox>
 #include <QDialog>
+#include <QLabel>
 #include <QPushButton>
 
 #include "settings/ValueEditor.h"
+#include "ui/desktop/Desktop.h"
 #include "ui/looks/Fitted.h"
 #include "ui/looks/Measures.h"
 #include "ui/widgets/UpDownBar.h"
@@ -28,6 +31,7 @@ class FormEdit final : public QDialog {
     void step(int value);
     void showValue();
     void accepted();
+    void goLive(bool live);
 
     ValueEditor& m_editor;
     ProgramState& m_state;
@@ -36,6 +40,9 @@ class FormEdit final : public QDialog {
     QPushButton m_ok;
     QPushButton m_abort;
     UpDownBar m_upDown;
+    QCheckBox m_live;
+    QLabel m_written;
+    QtTimer m_standing;
 };
 
 }  // namespace tarnwell

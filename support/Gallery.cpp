@@ -1,10 +1,12 @@
 #include "support/Gallery.h"
 
+#include <QCheckBox>
 #include <QDir>
 #include <QSettings>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTreeView>
+#include <QTreeWidget>
 
 #include "core/options/OptionsFile.h"
 #include "port/simulated/FactoryImage.h"
@@ -100,6 +102,17 @@ void Exhibition::ShowMost() {
         table.expandAll();
         table.setCurrentIndex(table.model()->index(0, 0));
     };
+    const auto turnKnob = [this] {
+        auto& memory = television_.Memory(Chip::Primary);
+        memory[2085] ^= 4, memory[6000] ^= 4;
+        const auto& table = Part<QTreeWidget>("tblChanges");
+        while (table.topLevelItemCount() < 2)
+            QTest::qWait(5);
+        Part<QCheckBox>("chkWatch").setChecked(false);
+        for (int row = 0; row < 2; ++row)
+            table.topLevelItem(row)->setText(0, QStringLiteral("19:52:30"));
+        memory[2085] ^= 4, memory[6000] ^= 4;
+    };
     const auto makeSets = [this] {
         SetStore& sets = window_.program().sets;
         static_cast<void>(sets.Create("Workshop"));
@@ -186,6 +199,9 @@ void Exhibition::ShowMost() {
           {change},
           {"mnuEEPCompare"},
           {expand, "compare"},
+          {"chkWatch"},
+          {turnKnob, "compare-watched"},
+          {"cmdClearChanges"},
           {"Esc mnuEEPWriteDifferences Yes Show~Details...", "differences-question"},
           {"No mnuFileBackups", "backups"},
           {"Esc"},

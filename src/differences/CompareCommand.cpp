@@ -231,7 +231,20 @@ void CompareCommand::Take(const std::vector<DifferenceRow>& rows) {
 }
 
 bool CompareCommand::HasDevice() const {
-    return DeviceOf(sides_[0].source) || DeviceOf(sides_[1].source);
+    return DeviceSide().has_value();
+}
+
+Side CompareCommand::SideOfDevice() const {
+    return DeviceOf(sides_[0].source) ? Side::Left : Side::Right;
+}
+
+std::optional<TargetDevice> CompareCommand::DeviceSide() const {
+    return DeviceOf(sides_[Index(SideOfDevice())].source);
+}
+
+void CompareCommand::NoteHeld(const MemoryBuffer& image) {
+    sides_[Index(SideOfDevice())].image = image;
+    Refresh();
 }
 
 bool CompareCommand::HasOneDevice() const {
@@ -251,7 +264,7 @@ void CompareCommand::Write(const std::vector<DifferenceRow>& rows) {
     const CommandScope scope(statusBar_);
     if (!CanWrite() || rows.empty())
         return;
-    const Side side = DeviceOf(sides_[0].source) ? Side::Left : Side::Right;
+    const Side side = SideOfDevice();
     const Side other = side == Side::Left ? Side::Right : Side::Left;
     Chosen& device = sides_[Index(side)];
     const TargetDevice to = *DeviceOf(device.source);

@@ -93,6 +93,13 @@ class CompareCommand final : private Command {
     /// Finds what differs by the names that there are now.
     void Refresh();
 
+    /// The device that is a side, the left one where both are, and what was read of it last.
+    std::optional<TargetDevice> DeviceSide() const;
+    const MemoryBuffer& DeviceHeld() const { return sides_[Index(SideOfDevice())].image; }
+
+    /// That device was read to hold `image` meanwhile.
+    void NoteHeld(const MemoryBuffer& image);
+
     /// Reads each side that is a device anew, which stays as it was read before if that fails. What
     /// changed from one reading to the other.
     std::vector<DifferenceRow> ReadAgain();
@@ -107,6 +114,7 @@ class CompareCommand final : private Command {
     };
 
     static std::size_t Index(Side side) { return static_cast<std::size_t>(side); }
+    Side SideOfDevice() const;
     bool Load(Chosen& chosen, Source source);
     bool LoadFile(Chosen& chosen, Source source, const std::string& path);
     bool ReadDevice(Chosen& chosen, TargetDevice device);

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "core/Words.h"
-#include "core/files/AtomicFile.h"
 #include "i2c/Mismatch.h"
 #include "settings/Catalog.h"
 
@@ -73,12 +72,6 @@ std::string ListText(const std::vector<DifferenceRow>& rows, NumberMode mode, ch
             text += Joined(TextsOf(byte, mode), separator);
     }
     return text;
-}
-
-bool SaveList(const std::string& path, const std::vector<DifferenceRow>& rows, NumberMode mode) {
-    AtomicFile file(path);
-    file.Write(ListText(rows, mode, ','));
-    return file.Commit();
 }
 
 std::string ChangesText(const std::vector<DifferenceRow>& rows, NumberMode mode) {

@@ -29,11 +29,6 @@ DifferenceTexts TextsOf(const Difference& byte, NumberMode mode);
 /// a tabulator or a comma.
 std::string ListText(const std::vector<DifferenceRow>& rows, NumberMode mode, char separator);
 
-/// Writes the rows as comma-separated values into the file `path`, whole or not at all; false if
-/// that failed.
-[[nodiscard]] bool SaveList(const std::string& path, const std::vector<DifferenceRow>& rows,
-                            NumberMode mode);
-
 /// What becomes of each named value and each byte with other bits, a line each: "Address 2363 (480i
 /// CR02): 7 becomes 9". Left is before.
 std::string ChangesText(const std::vector<DifferenceRow>& rows, NumberMode mode);

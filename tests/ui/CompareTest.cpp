@@ -1,13 +1,15 @@
 // The window Compare, by keyboard and by mouse.
 #include <QAbstractItemModelTester>
+#include <QClipboard>
 #include <QComboBox>
 #include <QHelpEvent>
 #include <QToolTip>
 #include <QTreeView>
+#include <QTreeWidget>
 
 #include "archive/ImageRecords.h"
 #include "support/MainWindow.h"
-#include "ui/widgets/DifferenceMap.h"
+#include "ui/comparing/DifferenceMap.h"
 
 namespace tarnwell {
 namespace {
@@ -67,6 +69,36 @@ TEST_F(CompareTest, ReadsTheDeviceAgainAndWritesWhatIsSelected) {
            "1 byte differs: 1 setting.  EEP Verified OK; 3 Bytes Written / 0 / "},
           {"cmdWriteSelected Yes", "lblDifferences cmdWriteSelected.toolTip",
            "No differences.  EEP Verified OK; 1 Byte Written / No row is shown"},
+          {"Esc"}});
+}
+
+TEST_F(CompareTest, WatchesTheDeviceUntilTheBoxIsUnchecked) {
+    const auto untilChanges = [this](int rows) {
+        auto& table = Child<QTreeWidget>(window, "tblChanges");
+        const QDeadlineTimer deadline(20'000);
+        while (table.topLevelItemCount() != rows && !deadline.hasExpired())
+            QTest::qWait(5);
+    };
+    sights["rows"] = [this] {
+        const auto& table = Child<QTreeWidget>(window, "tblChanges");
+        return QString::number(table.isVisible() ? table.topLevelItemCount() : -1);
+    };
+    sights["copied"] = [] {  // behind the time
+        return QGuiApplication::clipboard()->text().mid(9).replace('\t', '|');
+    };
+    play({{"Ctrl+D", "rows chkWatch.enabled", "-1 / true"},
+          {"chkWatch", "rows lblWatch", "0 / Watching the Primary EEProm: 0 readings"},
+          {[&] { eeprom[8000] ^= 1, eeprom[2363] ^= 1, untilChanges(2); },
+           "lblDifferences cmdIgnore.toolTip",
+           "4 bytes differ: 1 setting, 3 other bytes in 2 places / Select a change first"},
+          {"on:tblChanges End Home Ctrl+C", "copied", "2363|CR02|480i|104|105\n"},
+          {"cmdIgnore", "rows", "1"},
+          {[&] { eeprom[2363] ^= 2, eeprom[8000] ^= 1, untilChanges(2); }},
+          {"on:tblChanges Home End Ctrl+C", "copied", "8000|||218|219\n"},
+          {"on:cboLeft Down Home Down Return", "lblWatch", "Watching the Primary EEProm: ..."},
+          {"chkWatch", "rows lblWatch", "2 / 1 byte ignored"},
+          {[&] { eeprom[8000] ^= 1, QTest::qWait(200); }, "rows", "2"},
+          {"cmdClearChanges", "rows", "-1"},
           {"Esc"}});
 }
 
@@ -159,7 +191,7 @@ TEST_F(CompareTest, ASideThatCannotBeReadIsEmptyAndTheListIsSaved) {
     sights["reasons"] = [this] {
         QString reasons;
         for (const auto* button : front().findChildren<QPushButton*>())
-            reasons += button->isEnabled() ? "" : button->toolTip() + ';';
+            reasons += button->isEnabled() || !button->isVisible() ? "" : button->toolTip() + ';';
         return reasons;
     };
     play({{"Ctrl+D"},

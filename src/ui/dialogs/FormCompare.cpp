@@ -1,18 +1,14 @@
 #include "ui/dialogs/FormCompare.h"
 
-#include <QClipboard>
-#include <QFileInfo>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QScrollBar>
 #include <QVBoxLayout>
-#include <array>
 #include <utility>
 
-#include "ui/desktop/ArchiveDialog.h"
+#include "ui/desktop/RowList.h"
 #include "ui/desktop/ScreenArea.h"
 #include "ui/dialogs/FormBackups.h"
 #include "ui/looks/Measures.h"
@@ -26,20 +22,6 @@ constexpr int kCompareMargin = 120;
 constexpr int kColumnGap = 120;
 constexpr int kRowsAtLeast = 4;
 
-/// By `Source`.
-constexpr std::array kSourceNames{"Memory Buffer",    "Primary EEProm",      "Secondary EEProm",
-                                  "Image Archive...", "Settings Archive...", "Backup..."};
-
-/// Of an item that is a file, its row in the list of those of its kind.
-constexpr int kRowRole = Qt::UserRole + 1;
-
-constexpr Message kNotSaved{"The list could not be saved.", "E R R O R", BoxStyle::Exclamation};
-
-bool isStep(int key) {
-    return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp ||
-           key == Qt::Key_PageDown || key == Qt::Key_Home || key == Qt::Key_End;
-}
-
 bool isSetting(const DifferenceRow& row) {
     return row.named && row.named->cell;
 }
@@ -52,7 +34,10 @@ FormCompare::FormCompare(Program& program, User& user,
       m_program(program),
       m_compare(program.compare),
       m_user(user),
-      m_run(std::move(run)) {
+      m_command(std::move(run)),
+      m_left(Side::Left, program),
+      m_right(Side::Right, program),
+      m_watch(program, m_command) {
     setObjectName(QStringLiteral("formCompare"));
     setWindowTitle(QStringLiteral("Compare"));
     auto* all = new QWidget;
@@ -62,8 +47,13 @@ FormCompare::FormCompare(Program& program, User& user,
     layout->setSpacing(scaled(kCompareMargin) / 2);
 
     auto* sides = new QHBoxLayout;
-    addSide(*sides, m_left, "cboLeft", QStringLiteral("Le&ft:"), Side::Left);
-    addSide(*sides, m_right, "cboRight", QStringLiteral("&Right:"), Side::Right);
+    for (const auto& [side, box] : {std::pair(Side::Left, &m_left), {Side::Right, &m_right}}) {
+        box->addTo(*sides);
+        connect(box, &SideBox::chosen, this,
+                [this, of = side](Source source, std::optional<int> file) {
+                    choose(of, source, file);
+                });
+    }
     layout->addLayout(sides);
 
     m_summary.setObjectName(QStringLiteral("lblDifferences"));
@@ -73,6 +63,7 @@ FormCompare::FormCompare(Program& program, User& user,
     connect(&m_settingsOnly, &QCheckBox::toggled, this, &FormCompare::showDifferences);
     auto* line = new QHBoxLayout;
     line->addWidget(&m_summary, 1);
+    line->addWidget(&m_watch.box());
     line->addWidget(&m_settingsOnly);
     layout->addLayout(line);
 
@@ -84,6 +75,7 @@ FormCompare::FormCompare(Program& program, User& user,
     content->addWidget(&m_table);
     content->addLayout(m_picture, 1);
     layout->addLayout(content, 1);
+    layout->addWidget(&m_watch);
     addButtons(*layout);
     auto* window = new QVBoxLayout(this);
     window->setContentsMargins(0, 0, 0, 0);
@@ -91,27 +83,13 @@ FormCompare::FormCompare(Program& program, User& user,
     area->stretch();
     window->addWidget(area);
     connect(&m_map, &DifferenceMap::wanted, this, &FormCompare::showAddress);
+    connect(&m_watch, &WatchPane::found, this, &FormCompare::showDifferences);
+    connect(&m_watch, &WatchPane::seen, this, &FormCompare::makeRoom);
     showSides();
     showDifferences();
+    m_watch.goOn();
     placeWindow();
     m_table.setFocus();
-}
-
-void FormCompare::addSide(QBoxLayout& layout, QComboBox& box, const char* name,
-                          const QString& caption, Side side) {
-    auto* label = new QLabel(caption);
-    label->setBuddy(&box);
-    box.setObjectName(QLatin1String(name));
-    box.setAccessibleName(side == Side::Left ? QStringLiteral("Left side")
-                                             : QStringLiteral("Right side"));
-    box.setPlaceholderText(QStringLiteral("(nothing)"));
-    for (const char* source : kSourceNames)
-        box.addItem(QLatin1String(source), box.count());
-    box.installEventFilter(this);
-    layout.addWidget(label);
-    layout.addWidget(&box, 1);
-    connect(&box, &QComboBox::activated, this,
-            [this, side, &box](int index) { choose(side, box, index); });
 }
 
 void FormCompare::buildTable() {
@@ -131,27 +109,10 @@ void FormCompare::buildTable() {
                 if (current.isValid())
                     m_map.setCurrent(m_model.addressOf(current));
             });
-    m_table.installEventFilter(this);
-}
-
-// The table would copy its current cell; a closed list would read a device or ask for a file at
-// each step through it.
-bool FormCompare::eventFilter(QObject* watched, QEvent* event) {
-    if (auto* box = qobject_cast<QComboBox*>(watched)) {
-        const int key =
-            event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
-        const bool steps = isStep(key);
-        if (steps)
-            box->showPopup();
-        if (key == Qt::Key_Home || key == Qt::Key_End)
-            QCoreApplication::sendEvent(box->view(), event);
-        return steps || event->type() == QEvent::Wheel;
-    }
-    if (watched != &m_table || event->type() != QEvent::KeyPress ||
-        !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy))
-        return QDialog::eventFilter(watched, event);
-    copyRows();
-    return true;
+    copyRowsByKey(m_table, [this](char separator) {
+        const auto rows = selected();
+        return rows.empty() ? std::string() : ListText(rows, m_program.state.numberMode, separator);
+    });
 }
 
 void FormCompare::keyPressEvent(QKeyEvent* event) {
@@ -185,7 +146,11 @@ void FormCompare::addButtons(QBoxLayout& layout) {
     lines->setStretchFactor(line, 1);
     add(m_showInEditor, "cmdShowInEditor", "Show in &Editor", [this] { showSelected(false); });
     add(m_showSetting, "cmdShowSetting", "Show &Setting", [this] { showSelected(true); });
-    add(m_saveList, "cmdSaveList", "Save &List...", [this] { saveList(); });
+    add(m_saveList, "cmdSaveList", "Save &List...", [this] {
+        saveRows(*this, m_user, m_program.state.archiveFolder, [this](char separator) {
+            return ListText(m_model.rows(), m_program.state.numberMode, separator);
+        });
+    });
     line->addStretch(1);
     add(m_close, "cmdClose", "&Close", [this] { reject(); });
     layout.addLayout(lines);
@@ -193,18 +158,23 @@ void FormCompare::addButtons(QBoxLayout& layout) {
         lines->setDirection(QBoxLayout::TopToBottom);
 }
 
-void FormCompare::choose(Side side, const QComboBox& box, int index) {
-    const auto source = static_cast<Source>(box.itemData(index).toInt());
-    const QVariant row = box.itemData(index, kRowRole);
+/// Nothing is watched while a command works on a device.
+void FormCompare::run(const std::function<void()>& command) {
+    m_watch.hold();
+    m_command(command);
+    m_watch.goOn();
+}
+
+void FormCompare::choose(Side side, Source source, std::optional<int> file) {
     const ProgramState& state = m_program.state;
     const RecentFiles& recent =
         source == Source::ImageArchive ? state.recentImages : state.recentSettings;
-    if (row.isValid())
-        m_run([&] { m_compare.ChooseFile(side, source, recent.At(row.toInt())); });
+    if (file)
+        run([&] { m_compare.ChooseFile(side, source, recent.At(*file)); });
     else if (source == Source::Backup)
         chooseBackup(side);
     else
-        m_run([&] { m_compare.Choose(side, source); });
+        run([&] { m_compare.Choose(side, source); });
     showSides();
     showDifferences();
 }
@@ -212,43 +182,12 @@ void FormCompare::choose(Side side, const QComboBox& box, int index) {
 void FormCompare::chooseBackup(Side side) {
     FormBackups backups(m_program, m_program.backups.Folder(), FormBackups::Purpose::Pick, this);
     if (backups.exec() == static_cast<int>(FormBackups::Choice::Compare))
-        m_run([&] { m_compare.ChooseBackup(side, backups.selected()); });
+        run([&] { m_compare.ChooseBackup(side, backups.selected()); });
 }
 
 void FormCompare::showSides() {
-    showSide(m_left, Side::Left);
-    showSide(m_right, Side::Right);
-}
-
-void FormCompare::showSide(QComboBox& box, Side side) {
-    while (box.count() > static_cast<int>(kSourceNames.size()))
-        box.removeItem(box.count() - 1);
-    const auto source = m_compare.Of(side);
-    int current = source ? static_cast<int>(*source) : -1;
-    const auto add = [&](const QString& kind, Source of, const RecentFiles& files) {
-        if (!files.Paths().empty())
-            box.insertSeparator(box.count());
-        int row = 0;
-        for (const std::string& path : files.Paths()) {
-            const QFileInfo file(pathToQt(path));
-            if (source == of && path == m_compare.FileOf(side))
-                current = box.count();
-            box.addItem(kind + file.fileName(), static_cast<int>(of));
-            box.setItemData(box.count() - 1, row++, kRowRole);
-            box.setItemData(box.count() - 1, file.path(), Qt::ToolTipRole);
-        }
-    };
-    if (source == Source::Backup) {
-        const QFileInfo file(pathToQt(m_compare.FileOf(side)));
-        box.insertSeparator(box.count());
-        current = box.count();
-        box.addItem(QStringLiteral("Backup: ") + file.fileName(), static_cast<int>(*source));
-        box.setItemData(current, file.path(), Qt::ToolTipRole);
-    }
-    add(QStringLiteral("Image: "), Source::ImageArchive, m_program.state.recentImages);
-    add(QStringLiteral("Settings: "), Source::SettingsArchive, m_program.state.recentSettings);
-    box.setCurrentIndex(current);
-    box.setToolTip(box.currentData(Qt::ToolTipRole).toString());
+    m_left.showSide();
+    m_right.showSide();
 }
 
 void FormCompare::showDifferences() {
@@ -315,6 +254,12 @@ void FormCompare::placeWindow() {
     resize(wanted.boundedTo(roomFor(*this)));
 }
 
+/// For the watch, as far as the screen has it.
+void FormCompare::makeRoom() {
+    const int change = m_watch.isHidden() ? -m_watch.height() : m_watch.sizeHint().height();
+    resize(width(), std::min(height() + change, roomFor(*this).height()));
+}
+
 void FormCompare::done(int result) {
     m_program.state.comparePlace =
         fromQt(QStringLiteral("%1 %2 %3 %4").arg(x()).arg(y()).arg(width()).arg(height()));
@@ -376,26 +321,6 @@ void FormCompare::enableButtons() {
     allow(m_saveList, isShown, kNoRows);
 }
 
-void FormCompare::copyRows() {
-    const auto rows = selected();
-    if (!rows.empty())
-        QGuiApplication::clipboard()->setText(
-            toQt(ListText(rows, m_program.state.numberMode, '\t')));
-}
-
-void FormCompare::saveList() {
-    FileDialog dialog(this, QStringLiteral("Save List As..."),
-                      pathToQt(m_program.state.archiveFolder),
-                      QStringLiteral("Comma-Separated Values (*.csv)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("csv"));
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const std::string path = pathFromQt(dialog.selectedFiles().constFirst());
-    if (!SaveList(path, m_model.rows(), m_program.state.numberMode))
-        m_user.ShowBox(kNotSaved);
-}
-
 void FormCompare::showSelected(bool asSetting) {
     const QModelIndex current = m_table.currentIndex();
     m_destination = {m_model.addressOf(current), std::nullopt};
@@ -406,14 +331,14 @@ void FormCompare::showSelected(bool asSetting) {
 
 void FormCompare::take() {
     const int row = m_table.currentIndex().row();
-    m_run([this] { m_compare.Take(selected()); });
+    run([this] { m_compare.Take(selected()); });
     showDifferences();
     m_table.setCurrentIndex(m_model.index(std::min(row, m_model.rowCount() - 1), 0));
     m_table.setFocus();
 }
 
 void FormCompare::write() {
-    m_run([this] {
+    run([this] {
         const auto rows = selected();
         m_compare.Write(rows.empty() ? m_model.rows() : rows);
     });
@@ -425,7 +350,7 @@ void FormCompare::write() {
 
 void FormCompare::readAgain() {
     std::vector<DifferenceRow> changed;
-    m_run([&] { changed = m_compare.ReadAgain(); });
+    run([&] { changed = m_compare.ReadAgain(); });
     showDifferences();
     showSummary(toQt(m_program.statusBar.Text(Panel::Status)));
     QItemSelection selection;

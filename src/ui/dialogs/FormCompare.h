@@ -10,9 +10,10 @@
 #include <optional>
 
 #include "program/Program.h"
-#include "ui/widgets/DifferenceMap.h"
-#include "ui/widgets/DifferenceModel.h"
-#include "ui/widgets/ElidingBox.h"
+#include "ui/comparing/DifferenceMap.h"
+#include "ui/comparing/DifferenceModel.h"
+#include "ui/comparing/SideBox.h"
+#include "ui/comparing/WatchPane.h"
 
 class QBoxLayout;
 
@@ -33,28 +34,24 @@ class FormCompare final : public QDialog {
     void done(int result) override;
 
   protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    void addSide(QBoxLayout& layout, QComboBox& box, const char* name, const QString& caption,
-                 Side side);
     void addButtons(QBoxLayout& layout);
     void buildTable();
-    void choose(Side side, const QComboBox& box, int index);
+    void run(const std::function<void()>& command);
+    void choose(Side side, Source source, std::optional<int> file);
     void chooseBackup(Side side);
     void showSides();
-    void showSide(QComboBox& box, Side side);
     void showDifferences();
     void showSummary(const QString& outcome = {});
     void fitTable();
     void placeWindow();
+    void makeRoom();
     void step(int direction);
     void showAddress(int address);
     std::vector<DifferenceRow> selected() const;
     void enableButtons();
-    void copyRows();
-    void saveList();
     void showSelected(bool asSetting);
     void take();
     void write();
@@ -63,13 +60,14 @@ class FormCompare final : public QDialog {
     Program& m_program;
     CompareCommand& m_compare;
     User& m_user;
-    std::function<void(const std::function<void()>&)> m_run;
+    std::function<void(const std::function<void()>&)> m_command;
     std::optional<Destination> m_destination;
 
-    ElidingBox m_left;
-    ElidingBox m_right;
+    SideBox m_left;
+    SideBox m_right;
     QLabel m_summary;
     QCheckBox m_settingsOnly;
+    WatchPane m_watch;
     DifferenceModel m_model;
     QTreeView m_table;
     DifferenceMap m_map;

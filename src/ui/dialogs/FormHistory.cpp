@@ -1,27 +1,16 @@
 #include "ui/dialogs/FormHistory.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "core/Words.h"
-#include "core/files/AtomicFile.h"
-#include "ui/desktop/ArchiveDialog.h"
+#include "ui/desktop/RowList.h"
 #include "ui/looks/Measures.h"
 #include "ui/looks/Text.h"
 
 namespace tarnwell {
-
-namespace {
-
-constexpr Message kHistoryNotSaved{"The list could not be saved.", "E R R O R",
-                                   BoxStyle::Exclamation};
-
-}  // namespace
 
 FormHistory::FormHistory(Program& program, User& user, const TvSet& set,
                          std::function<void(const std::function<void()>&)> run, QWidget* parent)
@@ -77,7 +66,12 @@ void FormHistory::buildTable() {
     m_table.setUniformRowHeights(true);
     m_table.setAllColumnsShowFocus(true);
     m_table.setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_table.installEventFilter(this);
+    copyRowsByKey(m_table, [this](char separator) {
+        const auto events = selected();
+        return events.empty()
+                   ? std::string()
+                   : ListText(events, m_program.state.numberMode, separator, m_program.names);
+    });
     connect(&m_table, &QTreeWidget::itemExpanded, this,
             [this](QTreeWidgetItem* item) { unfold(*item); });
     connect(&m_table, &QTreeWidget::itemSelectionChanged, this, &FormHistory::enableButtons);
@@ -99,7 +93,11 @@ void FormHistory::addButtons(QBoxLayout& layout) {
     };
     add(m_takeBack, "cmdTakeBack", "&Take Back...", [this] { takeBack(); });
     add(m_goBack, "cmdGoBack", "&Go Back to Before...", [this] { goBack(); });
-    add(m_saveList, "cmdSaveList", "Save &List...", [this] { saveList(); });
+    add(m_saveList, "cmdSaveList", "Save &List...", [this] {
+        saveRows(*this, m_user, m_program.state.archiveFolder, [this](char separator) {
+            return ListText(m_events, m_program.state.numberMode, separator, m_program.names);
+        });
+    });
     line->addStretch(1);
     add(m_close, "cmdClose", "&Close", [this] { reject(); });
     layout.addLayout(line);
@@ -174,35 +172,6 @@ void FormHistory::enableButtons() {
     allow(m_takeBack, isOwn && !events.empty(), isOwn ? "Select an event first" : other);
     allow(m_goBack, isOwn && events.size() == 1, isOwn ? "Select one event" : other);
     allow(m_saveList, !m_events.empty(), "No event is shown");
-}
-
-// The table would copy its current cell.
-bool FormHistory::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != &m_table || event->type() != QEvent::KeyPress ||
-        !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy))
-        return QDialog::eventFilter(watched, event);
-    copyRows();
-    return true;
-}
-
-void FormHistory::copyRows() {
-    if (const auto events = selected(); !events.empty())
-        QGuiApplication::clipboard()->setText(
-            toQt(ListText(events, m_program.state.numberMode, '\t', m_program.names)));
-}
-
-void FormHistory::saveList() {
-    FileDialog dialog(this, QStringLiteral("Save List As..."),
-                      pathToQt(m_program.state.archiveFolder),
-                      QStringLiteral("Comma-Separated Values (*.csv)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("csv"));
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    AtomicFile file(pathFromQt(dialog.selectedFiles().constFirst()));
-    file.Write(ListText(m_events, m_program.state.numberMode, ',', m_program.names));
-    if (!file.Commit())
-        m_user.ShowBox(kHistoryNotSaved);
 }
 
 /// Of an event of which only bytes are selected these, else those that are shown.

@@ -24,7 +24,6 @@ class FormHistory final : public QDialog {
     ~FormHistory() override;
 
   protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void done(int result) override;
 
   private:
@@ -37,8 +36,6 @@ class FormHistory final : public QDialog {
     std::vector<HistoryEvent> selected() const;
     TakenEvents taken() const;
     void enableButtons();
-    void copyRows();
-    void saveList();
     void takeBack();
     void goBack();
 

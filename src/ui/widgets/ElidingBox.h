@@ -5,7 +5,7 @@
 
 namespace tarnwell {
 
-class ElidingBox final : public QComboBox {
+class ElidingBox : public QComboBox {
   public:
     ElidingBox();
 

@@ -1,4 +1,4 @@
-#include "ui/widgets/DifferenceMap.h"
+#include "ui/comparing/DifferenceMap.h"
 
 #include <QGridLayout>
 #include <QHelpEvent>

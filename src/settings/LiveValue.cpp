@@ -90,7 +90,7 @@ bool LiveValue::WriteByte(std::uint8_t byte) {
     if (held_ == byte)
         return true;
     TellNotVerified("ERROR: EEProm and Settings Values Do Not Match!", kSettingsNotVerified,
-                    {{PlaceOf(cell_), byte, held_}}, SettingNameAt);
+                    {{PlaceOf(cell_), byte, held_}});
     End();
     return false;
 }

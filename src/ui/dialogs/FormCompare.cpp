@@ -63,7 +63,6 @@ FormCompare::FormCompare(Program& program, User& user,
     connect(&m_settingsOnly, &QCheckBox::toggled, this, &FormCompare::showDifferences);
     auto* line = new QHBoxLayout;
     line->addWidget(&m_summary, 1);
-    line->addWidget(&m_watch.box());
     line->addWidget(&m_settingsOnly);
     layout->addLayout(line);
 
@@ -141,6 +140,7 @@ void FormCompare::addButtons(QBoxLayout& layout) {
     add(m_take, "cmdTake", "&Take", [this] { take(); });
     add(m_write, "cmdWriteSelected", "&Write to EEPROM...", [this] { write(); });
     add(m_readAgain, "cmdReadAgain", "Read &Again", [this] { readAgain(); });
+    line->addWidget(&m_watch.box());
     line->addStretch(1);
     begin();
     lines->setStretchFactor(line, 1);

@@ -159,7 +159,7 @@ TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {
     sights["byte"] = [&] { return map().accessibleDescription().section(':', 0, 0).mid(8); };
     sights["tip"] = [] { return QToolTip::text(); };
     const auto moveAbout = [&] {
-        map().window()->setGeometry(40, 30, 700, 500);
+        map().window()->setGeometry(40, 30, 740, 500);
         const std::tuple<const char*, int, int> ways[] = {
             {"Up", 127, 127},     {"Up", 128, 0},     {"Down", 8063, 8191},
             {"Down", 8064, 8064}, {"Left", 0, 0},     {"Left", 4098, 4097},
@@ -183,7 +183,7 @@ TEST_F(CompareTest, ThePictureLeadsToTheRowAndTheRowToThePage) {
           {point, "tip", "Address 2363 (480i CR02): 121 left, 104 right"},
           {"cmdShowSetting", "focus", "lblSetting_0"},
           {"Ctrl+D"},
-          {[&] { EXPECT_EQ(map().window()->geometry(), QRect(40, 30, 700, 500)); }},
+          {[&] { EXPECT_EQ(map().window()->geometry(), QRect(40, 30, 740, 500)); }},
           {"Shift+F6 cmdShowInEditor", "address SSTab1", "4096 / 5"}});
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <string>
 
 #include "Table.h"
 
@@ -18,6 +19,9 @@ void AddArchives(Table& table);
 
 /// The records of sets.
 void AddSets(Table& table);
+
+/// The file of a history of 10,000 events, three settings each.
+std::string LongHistory();
 
 /// The window; needs the QApplication.
 void AddWindow(Table& table);

@@ -8,8 +8,10 @@
 
 #include "RealTimePort.h"
 #include "Rows.h"
+#include "support/TemporaryFolder.h"
 #include "support/TestProgram.h"
 #include "ui/dialogs/FormCompare.h"
+#include "ui/dialogs/FormHistory.h"
 #include "ui/window/FormMain.h"
 
 namespace tarnwell::bench {
@@ -103,6 +105,21 @@ void AddCompare(Table& table, BenchWindow& bench) {
               kFrame, "a picture at 60 a second");
 }
 
+void AddHistory(Table& table, BenchWindow& bench) {
+    const TemporaryFolder folder;
+    folder.Write("history.jsonl", LongHistory());
+    YesUser user;
+    table.Add("history of 10,000 events: shown",
+              BestOf(5,
+                     [&] {
+                         FormHistory dialog(bench.window.program(), user, {.folder = folder.Path()},
+                                            {}, &bench.window);
+                         dialog.show();
+                         PaintAll();
+                     }),
+              200e-3, "200 ms");
+}
+
 }  // namespace
 
 void AddWindow(Table& table) {
@@ -110,6 +127,7 @@ void AddWindow(Table& table) {
     AddRead(table, bench);
     AddEditorPage(table, bench);
     AddCompare(table, bench);
+    AddHistory(table, bench);
 }
 
 }  // namespace tarnwell::bench

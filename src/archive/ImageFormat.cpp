@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <optional>
 #include <span>
 #include <utility>
@@ -10,6 +9,7 @@
 
 #include "archive/ImageRecords.h"
 #include "archive/SRecord.h"
+#include "core/Letters.h"
 
 namespace tarnwell {
 
@@ -123,9 +123,7 @@ LoadEnd LoadIntelHex(ArchiveFile& file, MemoryBuffer& image, int& end) {
 }
 
 ImageFormat FormatOf(std::string_view name) {
-    std::string suffix(name.substr(std::min(name.rfind('.'), name.size())));
-    std::ranges::transform(suffix, suffix.begin(),
-                           [](unsigned char letter) { return std::tolower(letter); });
+    const std::string suffix = SuffixOf(name);
     if (suffix == ".bin")
         return ImageFormat::Plain;
     return suffix == ".hex" || suffix == ".ihx" ? ImageFormat::IntelHex : ImageFormat::SRecords;

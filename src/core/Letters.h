@@ -1,7 +1,8 @@
-// Comparing names that the user types.
+// Comparing names that the user types, in whatever case.
 #pragma once
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 namespace tarnwell {
@@ -12,6 +13,13 @@ constexpr char Lower(char letter) {
 
 constexpr bool EqualIgnoringCase(std::string_view one, std::string_view other) {
     return std::ranges::equal(one, other, {}, Lower, Lower);
+}
+
+/// What the name of a file ends with, from its last dot on, in small letters: ".hex"; may be empty.
+inline std::string SuffixOf(std::string_view name) {
+    std::string suffix(name.substr(std::min(name.rfind('.'), name.size())));
+    std::ranges::transform(suffix, suffix.begin(), Lower);
+    return suffix;
 }
 
 }  // namespace tarnwell

@@ -25,10 +25,10 @@ Transfer FollowedBus::ReadBlock(std::int16_t address, std::int16_t count) {
     if (Bus().ReadBlock(address, count) == Transfer::Aborted)
         return Transfer::Aborted;
     for (int index = 0; index < count; ++index) {
-        known_.Holds(state_.targetDevice, address + index,
-                     Bus().ReadData()[static_cast<std::size_t>(index)]);
+        const int place = address + index;
+        known_.Holds(state_.targetDevice, place, Bus().ReadData()[static_cast<std::size_t>(index)]);
         if (!expected_.empty())
-            expected_[static_cast<std::size_t>(address + index)].readBack = true;
+            expected_[static_cast<std::size_t>(place)].readBack = true;
     }
     if (count == kEepromBytes)
         look_ = Look::Done;

@@ -532,6 +532,7 @@ class CommandLine(unittest.TestCase):
         self.run_cli("--set=TV sheet s.html", 4)
         self.put("v.mot", settings_archive({2228: [1]}))
         self.report("--image=v.mot sheet v.html", 4, "holds settings")
+        self.report("--image=i.mot sheet i.PDF", 2, "name it .html")
         self.run_cli("read --force i.mot")
         self.assertEqual(self.report("--image=i.mot sheet i.html")["crc"], self.report("info i.mot")["crc"])
         self.assertNotIn("<b>", (self.folder / "i.html").read_text())

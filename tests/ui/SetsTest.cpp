@@ -47,31 +47,36 @@ TEST_F(SetsTest, AreMadeNamedChosenAndRemoved) {
 }
 
 TEST_F(SetsTest, AreRecognisedInTheStripAndNamedBeforeAWrite) {
-    const auto made = program.sets.Create("Kitchen");
-    ASSERT_TRUE(made && program.sets.Create("Workshop"));
-    TvSet read = *made;
-    read.lastRead[0] = "2026-03-12T10:00:00+01:00";
-    MemoryBuffer image{};
-    std::ranges::copy(eeprom, image.begin());
-    ASSERT_TRUE(SetStore::SaveKnown(read) && PutReadyImage(read, TargetDevice::Primary, image));
+    const auto bringTheOther = [this] {
+        for (std::uint8_t& byte : eeprom)
+            byte ^= 0xFF;
+    };
+    for (const char* name : {"Workshop", "Kitchen"}) {
+        bringTheOther();
+        program.ChooseSet(program.sets.Create(name));
+        play({{"mnuEEPRead"}});
+    }
     eeprom[5] ^= 1;
     const QString strip = "lblHint cmdUseSet.visible cmdUseI2C.visible";
     const QString simulated =
         "Simulated television: nothing you write reaches a set. / false / true";
     play({{"mnuSet Down cmdUse", strip, simulated},
-          {"mnuEEPRead", strip,
-           "This looks like Kitchen: 1 byte differs from 12 March... / true / false"},
+          {"mnuEEPRead", strip, "This looks like Kitchen: 1 byte differs... / true / false"},
           {"cmdHideStrip", strip, simulated},
           {"mnuEEPWrite", "qt_msgbox_label",
            "The set on the bench looks like Kitchen, not like Workshop.\n..."},
           {"No"}});
     eeprom[6] ^= 1;
-    play({{"mnuEEPRead", strip,
-           "This looks like Kitchen: 2 bytes differ from 12 March... / true / false"},
+    play({{"mnuEEPRead", strip, "This looks like Kitchen: 2 bytes differ... / true / false"},
           {"cmdUseSet", strip, simulated},
           {"mnuEEPWrite", "qt_msgbox_label", "Write memory buffer to EEProm?..."},
-          {"No"}});
+          {"Yes"}});
     EXPECT_EQ(program.state.set, "Kitchen");
+    bringTheOther();
+    play({{"mnuEEPRead", strip, "This looks like Workshop: 2 bytes differ... / true / false"},
+          {"cmdUseSet mnuEEPWrite Yes"}});
+    for (const char* name : {"Workshop", "Kitchen"})
+        EXPECT_EQ(ReadHistory(HistoryPath(*program.sets.Find(name))).events.size(), 3U) << name;
 }
 
 TEST_F(SetsTest, SheetsAreSavedByTheSuffixOfTheirNames) {
@@ -85,6 +90,9 @@ TEST_F(SetsTest, SheetsAreSavedByTheSuffixOfTheirNames) {
     EXPECT_THAT(folder.Read("a.html"), testing::HasSubstr("<h1>Primary EEPROM</h1>"));
     EXPECT_THAT(folder.Read("b.pdf"), testing::StartsWith("%PDF"));
     EXPECT_THAT(folder.Read("b.pdf"), testing::HasSubstr("/Count 1\n"));
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    play({{"mnuEEPsel_0 mnuFileSheet"}, {toQt("type:" + folder.Path("c.PDF") + " Return")}});
+    EXPECT_THAT(folder.Read("c.PDF"), testing::HasSubstr("/MediaBox [0 0 612.0"));
 }
 
 TEST_F(SetsTest, HistoriesTellWhatWasChangedAndTakeItBackInFiveSteps) {
@@ -121,6 +129,8 @@ TEST_F(SetsTest, HistoriesTellWhatWasChangedAndTakeItBackInFiveSteps) {
          {"Yes", "tblHistory", "...|Take Back|Primary|verified|1"},
          {"Esc"}});
     EXPECT_EQ(eeprom[2085], 25 << 2);
+    play({{"mnuSet cmdHistory Alt+S type:tint cmdTakeBack Yes Esc"}});
+    EXPECT_EQ(eeprom[2085], 20 << 2);
     play({{"mnuSet cmdHistory cmdGoBack", "qt_msgbox_label",
            "Restore 1 byte of the Primary EEProm?..."},
           {"Yes", "tblHistory", "...|Go Back|Primary|verified|1"},
@@ -131,7 +141,7 @@ TEST_F(SetsTest, HistoriesTellWhatWasChangedAndTakeItBackInFiveSteps) {
           {"Return Esc mnuSet cmdUseNone mnuSet cmdHistory",
            "cmdTakeBack.enabled cmdGoBack.toolTip", "false / Choose this set first"},
           {"Esc"}});
-    EXPECT_EQ(eeprom[2085], 20 << 2);
+    EXPECT_EQ(eeprom[2085], 25 << 2);
 }
 
 }  // namespace

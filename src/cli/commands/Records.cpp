@@ -7,6 +7,7 @@
 #include "cli/tools/Files.h"
 #include "cli/tools/Records.h"
 #include "cli/tools/SystemCalendar.h"
+#include "core/Letters.h"
 #include "core/Words.h"
 #include "sets/Sheet.h"
 
@@ -50,6 +51,11 @@ void ShowLog(const Arguments& arguments, Report& report) {
 namespace {
 
 bool MayMakeSheet(const Arguments& arguments, Report& report) {
+    if (SuffixOf(arguments.file) == ".pdf") {
+        report.End(Status::WrongUse,
+                   "The sheet is a page of HTML here: name it .html. The window saves PDF.");
+        return false;
+    }
     return !RefusesSettings(arguments, report) && MaySave(arguments.file, arguments, report);
 }
 

@@ -1,6 +1,7 @@
 #include "ui/window/HelpKey.h"
 
 #include <QCoreApplication>
+#include <QDialog>
 #include <QKeyEvent>
 #include <array>
 #include <utility>
@@ -41,10 +42,18 @@ constexpr std::array kRows{
     Row{"cmdWriteData", Topic::PendingWrites},
 };
 
+/// Asks on behalf of the dialog that it stands over.
+bool isPartOfADialog(const QWidget& widget) {
+    return widget.inherits("QInputDialog") &&
+           qobject_cast<const QDialog*>(widget.parentWidget()) != nullptr;
+}
+
 }  // namespace
 
 Topic helpTopicOf(const QWidget& widget, Page page) {
     for (const QWidget* around = &widget; around != nullptr; around = around->parentWidget()) {
+        if (isPartOfADialog(*around))
+            continue;
         for (const Row& row : kRows) {
             if (around->objectName() == QLatin1String(row.name) || around->inherits(row.name))
                 return row.topic;

@@ -5,6 +5,7 @@
 #include <QPdfWriter>
 #include <QTextDocument>
 
+#include "core/Letters.h"
 #include "core/files/AtomicFile.h"
 #include "ui/looks/Text.h"
 
@@ -36,7 +37,7 @@ QByteArray pdf(const QString& title, const std::string& html) {
 bool saveSheet(const std::string& path, const SheetFacts& facts) {
     const std::string html = SheetHtml(facts);
     AtomicFile file(path);
-    file.Write(path.ends_with(".pdf") ? pdf(toQt(facts.set), html).toStdString() : html);
+    file.Write(SuffixOf(path) == ".pdf" ? pdf(toQt(facts.set), html).toStdString() : html);
     return file.Commit();
 }
 

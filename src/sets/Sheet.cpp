@@ -12,8 +12,12 @@ constexpr std::string_view kHead = "<!DOCTYPE html>\n<html><head><meta charset=\
 constexpr std::string_view kStyle =
     "</title>\n<style>@page{margin:12mm} body{font-family:sans-serif;font-size:8pt;color:#000}"
     "table{border-collapse:collapse;width:100%;margin-bottom:3mm}"
-    "td,th{border:0.3pt solid #777;padding:0.5mm;text-align:left}"
+    "td,th{border-bottom:0.3pt solid #777;padding:0.5mm;text-align:left}"
     "h1{font-size:13pt;margin:0}h2{font-size:9pt;margin:1mm}</style></head>\n<body>\n";
+
+// Of the table, in percent.
+constexpr int kNameWidth = 12;
+constexpr int kDescriptionWidth = 28;
 
 std::string Escaped(std::string_view text) {
     std::string escaped;
@@ -61,11 +65,15 @@ std::string RowOf(const SheetFacts& facts, const Setting& setting) {
 
 std::string Table(std::string_view caption, std::span<const std::string_view> columns,
                   const std::string& rows) {
-    std::string head = Element("th", "Name") + Element("th", "Description");
+    const auto head = [](int percent, std::string_view text) {
+        return "<th width=\"" + std::to_string(percent) + "%\">" + std::string(text) + "</th>";
+    };
+    std::string heads = head(kNameWidth, "Name") + head(kDescriptionWidth, "Description");
     for (const std::string_view column : columns)
-        head += Element("th", std::string(column));
-    return Element("h2", std::string(caption)) + "\n<table border=\"1\" cellspacing=\"0\">" +
-           Element("tr", head) + "\n" + rows + "</table>\n";
+        heads +=
+            head((100 - kNameWidth - kDescriptionWidth) / static_cast<int>(columns.size()), column);
+    return Element("h2", std::string(caption)) + "\n<table width=\"100%\" cellspacing=\"0\">" +
+           Element("tr", heads) + "\n" + rows + "</table>\n";
 }
 
 std::string TableOf(const SheetFacts& facts, const PageInfo& page) {

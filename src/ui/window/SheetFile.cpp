@@ -1,5 +1,6 @@
 #include "ui/window/SheetFile.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QLocale>
 #include <QPdfWriter>
@@ -26,6 +27,8 @@ QByteArray pdf(const QString& title, const std::string& html) {
                               QPageLayout::Millimeter);
         writer.setTitle(title);
         QTextDocument document;
+        document.documentLayout()->setPaintDevice(&writer);
+        document.setPageSize(writer.pageLayout().paintRectPixels(writer.resolution()).size());
         document.setHtml(toQt(html));
         document.print(&writer);
     }

@@ -227,7 +227,8 @@ void CellEditor::FillSelection() {
     const CommandScope scope(statusBar_);
     SettleEntry();
     const auto [first, last] = grid_.Selection();
-    const auto count = static_cast<std::size_t>(last - first + 1);
+    const int bytes = last - first + 1;
+    const auto count = static_cast<std::size_t>(bytes);
     const std::string prompt = "Enter a value from 0 to " + NumberText(255, state_.numberMode) +
                                " for " + Counted(count, "byte") + "...";
     const auto answer =

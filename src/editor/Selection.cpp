@@ -17,8 +17,9 @@ constexpr std::string_view kBytesFilter = "Plain Bytes (*.bin)|*.bin|All Files (
 
 std::span<const std::uint8_t> Selection::Bytes() const {
     const auto [first, last] = grid_.Selection();
+    const int count = last - first + 1;
     return std::span(grid_.Bytes())
-        .subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(last - first + 1));
+        .subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(count));
 }
 
 std::string Selection::Text(NumberMode mode) const {

@@ -65,7 +65,7 @@ Json TakeOut(Json& json, const char* key) {
     const auto found = json.find(key);
     if (found == json.end())
         return {};
-    Json value = *std::move(found);
+    Json value = std::move(*found);
     json.erase(found);
     return value;
 }

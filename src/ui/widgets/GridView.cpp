@@ -76,7 +76,7 @@ class CellDelegate final : public QStyledItemDelegate {
         const QString text = index.data().toString();
         painter.setFont(index.data(Qt::FontRole).value<QFont>());
         for (int offset = 0; offset < kBytesPerRow; ++offset) {
-            const QRect place = m_view.characterPlace(option.rect, offset);
+            const QRect place = GridView::characterPlace(option.rect, offset);
             const int address = index.row() * kBytesPerRow + offset;
             if (first < last && address >= first && address <= last)
                 painter.fillRect(place, colours::kSelected);

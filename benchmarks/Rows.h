@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 #include <string>
 
 #include "Table.h"
@@ -49,6 +50,18 @@ double BestOf(int times, Work work) {
     for (int time = 1; time < times; ++time)
         best = std::min(best, SecondsOf(work));
     return best;
+}
+
+/// The least of some times that the processor works at it.
+template <typename Work>
+double LeastProcessorSeconds(int times, Work work) {
+    double least = 1e9;
+    for (int time = 0; time < times; ++time) {
+        const std::clock_t begin = std::clock();
+        work();
+        least = std::min(least, static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC);
+    }
+    return least;
 }
 
 }  // namespace tarnwell::bench

@@ -1,6 +1,4 @@
 // Rows: the records of sets.
-#include <ctime>
-
 #include "Rows.h"
 #include "names/Destination.h"
 #include "sets/HistoryFile.h"
@@ -11,18 +9,10 @@ namespace tarnwell::bench {
 
 namespace {
 
-constexpr int kTimes = 10;
+constexpr int kSetTimes = 10;
 constexpr int kSets = 200;
 constexpr int kEvents = 10'000;
 constexpr int kNames = 10'000;
-
-/// Of the processor.
-template <typename Work>
-double ProcessorSecondsOf(Work work) {
-    const std::clock_t begin = std::clock();
-    work();
-    return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
-}
 
 /// A name for each of the first bytes, and a search by name, by byte and by a part of a text.
 void AddNames(Table& table, const TemporaryFolder& folder) {
@@ -37,9 +27,9 @@ void AddNames(Table& table, const TemporaryFolder& folder) {
     NameBook book;
     if (!WriteNames(file))
         std::fprintf(stderr, "no names could be written\n");
-    const double open = BestOf(kTimes, [&] { book.Open(NameLayer::User, file.path); });
+    const double open = BestOf(kSetTimes, [&] { book.Open(NameLayer::User, file.path); });
     const Destinations from{book, TargetDevice::Primary, NumberMode::Decimal};
-    const double search = BestOf(kTimes, [&] {
+    const double search = BestOf(kSetTimes, [&] {
         if (!book.Find("name.9999") || !from.From("does 9999") ||
             book.At(TargetDevice::Secondary, 3001).empty())
             std::fprintf(stderr, "a name was not found\n");
@@ -78,18 +68,16 @@ void AddSets(Table& table) {
         if (!set || !PutReadyImage(*set, TargetDevice::Primary, image))
             std::fprintf(stderr, "no set could be made\n");
     }
-    double recognise = 1;
-    for (int time = 0; time < kTimes; ++time)
-        recognise = std::min(recognise, ProcessorSecondsOf([&] {
-                                 Recognise(store.All().sets, TargetDevice::Primary, image);
-                             }));
+    const double recognise = LeastProcessorSeconds(
+        kSetTimes, [&] { Recognise(store.All().sets, TargetDevice::Primary, image); });
     table.Add("recognising a set among 200, processor", recognise, 20e-3, "20 ms");
 
     const std::string path = folder.Path("history.jsonl");
-    const double append = BestOf(kTimes, [&] { static_cast<void>(AppendLine(path, EventLine())); });
+    const double append =
+        BestOf(kSetTimes, [&] { static_cast<void>(AppendLine(path, EventLine())); });
     folder.Write("history.jsonl", LongHistory());
-    table.Add("history of 10,000 events: open", BestOf(kTimes, [&] { ReadHistory(path); }), 200e-3,
-              "200 ms");
+    table.Add("history of 10,000 events: open", BestOf(kSetTimes, [&] { ReadHistory(path); }),
+              200e-3, "200 ms");
     table.Add("event of a write, safe on the disk", append, 5e-3, "5 ms");
     AddNames(table, folder);
 }

@@ -139,24 +139,6 @@ void AddPolling(Table& table) {
               "one polling frame that it missed, one that it answers");
 }
 
-double ProcessorSeconds() {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
-
-/// The shortest of three.
-template <typename Work>
-double ProcessorSecondsOf(Work work) {
-    double best = 1e9;
-    for (int time = 0; time < 3; ++time) {
-        const double before = ProcessorSeconds();
-        work();
-        best = std::min(best, ProcessorSeconds() - before);
-    }
-    return best;
-}
-
 /// An adapter whose transfers take the time that they need, in which the program sleeps.
 class RealTimeAdapter final : public FakeI2c {
   public:
@@ -205,7 +187,7 @@ void AddKernelBus(Table& table) {
               "10 us a clock, and one transfer; it looks at the device first");
     table.Add("kernel's bus, 1 ms a transfer: read (best of 3)", BestOf(3, read), kRead,
               "10 us a clock, and one transfer");
-    table.Add("  processor time", ProcessorSecondsOf(read), 0.05, "the aim, 0.05 s");
+    table.Add("  processor time", LeastProcessorSeconds(3, read), 0.05, "the aim, 0.05 s");
     const double pages = BestOf(3, [&] {
         for (std::uint8_t& byte : std::span(program.buffer).first(kEepromBytes))
             byte ^= 0x5A;
@@ -223,10 +205,10 @@ void AddSimulated(Table& table) {
     SimulatedTelevision television;
     QuietProgram quiet(television, television);
     table.Add("simulated read: processor time",
-              ProcessorSecondsOf([&] { quiet.program.wholeDevice.ReadEntireEep(); }), 0.1,
+              LeastProcessorSeconds(3, [&] { quiet.program.wholeDevice.ReadEntireEep(); }), 0.1,
               "the aim, 0.1 s");
     table.Add("simulated write with verification: processor time",
-              ProcessorSecondsOf([&] { quiet.program.wholeDevice.WriteEntireEep(); }), 1,
+              LeastProcessorSeconds(3, [&] { quiet.program.wholeDevice.WriteEntireEep(); }), 1,
               "the aim, 1 s");
 }
 

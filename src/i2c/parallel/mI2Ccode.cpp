@@ -166,8 +166,8 @@ int mI2Ccode::ProbeDevice() {
 // A device that was cut short in its write cycle answers when that is over. On lines that do not
 // come to rest each clock is one more zero for a device in the middle of a write.
 Transfer mI2Ccode::Recover() {
-    constexpr int kAttempts = 2;
-    for (int attempt = 0; attempt < kAttempts && !lines_.PortFailed(); ++attempt) {
+    constexpr int kRecoveries = 2;
+    for (int attempt = 0; attempt < kRecoveries && !lines_.PortFailed(); ++attempt) {
         freeing_.Free();
         lines_.ForgetAmiss();
         if (!lines_.AreIdle())

@@ -23,7 +23,7 @@ _tarnwell_cli_read_help() {
 }
 
 _tarnwell_cli() {
-    local options=' ' commands=' ' form='' text='' command='' files='' words='' word
+    local options=' ' commands=' ' form='' text='' command='' files='' words='' word option='' given=()
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     [[ $current == '=' ]] && current=
     [[ $previous == '=' ]] && previous=${COMP_WORDS[COMP_CWORD - 2]}
@@ -37,6 +37,8 @@ _tarnwell_cli() {
     fi
     _tarnwell_cli_read_help "$previous"
     for word in "${COMP_WORDS[@]:1:COMP_CWORD - 1}"; do
+        [[ $option == --names || $option == --set ]] && [[ $word != '=' ]] && given+=("$option=$word")
+        [[ $word == '=' ]] || option=$word
         [[ -z $command && $commands == *" $word "* ]] && command=$word
     done
     case $form in
@@ -55,7 +57,7 @@ _tarnwell_cli() {
             elif [[ -z $command ]]; then
                 words=$commands
             else
-                text=$("${COMP_WORDS[0]}" "$command" --help 2>/dev/null)
+                text=$("${COMP_WORDS[0]}" "${given[@]}" "$command" --help 2>/dev/null)
                 [[ $text == *FILE* ]] && files=yes
                 [[ $text == *Names:* ]] && words=${text#*Names:} words=${words%%$'\n\n'*}
                 [[ $text == *=VALUE* ]] && compopt -o nospace

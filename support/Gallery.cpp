@@ -228,7 +228,8 @@ void Exhibition::ShowMost() {
            "type:200~off cmdAccept"},
           {"mnuEditName on:txtHighest Backspace Backspace Backspace type:100 cmdAccept", "name"},
           {"Esc mnuEditNames", "names"},
-          {"cmdRemoveName Esc"},
+          {"cmdChangeValue", "name-value"},
+          {"Esc cmdRemoveName Esc"},
           {"mnuEditGoTo type:300~g Return", "go-to"},
           {"Esc mnuEditFind on:txtFind type:300~g Return", "find"}});
 }

@@ -15,6 +15,10 @@ constexpr bool EqualIgnoringCase(std::string_view one, std::string_view other) {
     return std::ranges::equal(one, other, {}, Lower, Lower);
 }
 
+inline bool ContainsIgnoringCase(std::string_view text, std::string_view part) {
+    return part.empty() || !std::ranges::search(text, part, {}, Lower, Lower).empty();
+}
+
 /// What the name of a file ends with, from its last dot on, in small letters: ".hex"; may be empty.
 inline std::string SuffixOf(std::string_view name) {
     std::string suffix(name.substr(std::min(name.rfind('.'), name.size())));

@@ -1,6 +1,7 @@
 #include "differences/Watch.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "differences/OtherTarget.h"
 
@@ -103,17 +104,38 @@ Transfer Watch::ReadOnce(const ByteRange& piece, MemoryBuffer& image) {
 }
 
 void Watch::Note(const MemoryBuffer& found) {
-    const std::string time = calendar_.ZonedTime();
-    auto rows = DifferenceRows(book_, device_, held_, found);
+    Add(calendar_.ZonedTime(), device_, DifferenceRows(book_, device_, held_, found));
+}
+
+void Watch::Add(const std::string& time, TargetDevice device, std::vector<DifferenceRow> rows) {
     for (DifferenceRow& row : rows) {
         std::erase_if(row.bytes,
                       [this](const Difference& byte) { return ignored_.contains(byte.address); });
         if (!row.named) {
             for (const Difference& byte : row.bytes)
-                changes_.push_back({time, {nullptr, {byte}}});
+                changes_.push_back({time, device, {nullptr, {byte}}});
         } else if (!row.bytes.empty()) {
-            changes_.push_back({time, std::move(row)});
+            changes_.push_back({time, device, std::move(row)});
         }
+    }
+}
+
+void Watch::Refresh() {
+    const auto changes = std::exchange(changes_, {});
+    for (auto first = changes.begin(); first != changes.end();) {
+        const auto last = std::find_if(first, changes.end(), [&](const WatchedChange& change) {
+            return change.time != first->time || change.device != first->device;
+        });
+        MemoryBuffer before = held_;
+        MemoryBuffer after = held_;
+        for (auto change = first; change != last; ++change) {
+            for (const auto& [address, left, right] : change->row.bytes) {
+                before[static_cast<std::size_t>(address)] = left;
+                after[static_cast<std::size_t>(address)] = right;
+            }
+        }
+        Add(first->time, first->device, DifferenceRows(book_, first->device, before, after));
+        first = last;
     }
 }
 

@@ -15,6 +15,7 @@ namespace tarnwell {
 /// left is before.
 struct WatchedChange {
     std::string time;  ///< as Calendar::ZonedTime
+    TargetDevice device;
     DifferenceRow row;
 };
 
@@ -43,6 +44,9 @@ class Watch final : private Command {
     /// In the order in which they were found.
     const std::vector<WatchedChange>& Changes() const { return changes_; }
 
+    /// Makes the changes' rows anew, by the names that there are now.
+    void Refresh();
+
     /// Forgets the changes, and what is ignored.
     void Clear();
 
@@ -67,6 +71,7 @@ class Watch final : private Command {
     [[nodiscard]] Transfer Read(const ByteRange& piece);
     [[nodiscard]] Transfer ReadOnce(const ByteRange& piece, MemoryBuffer& image);
     void Note(const MemoryBuffer& found);
+    void Add(const std::string& time, TargetDevice device, std::vector<DifferenceRow> rows);
 
     SparedUser& busUser_;
     Clock& clock_;

@@ -172,6 +172,18 @@ bool CellEditor::EnterByte(int address, std::uint8_t value) {
     return Put(address, {value}) == Commit::Settled;
 }
 
+void CellEditor::EnterBytes(std::string step, const std::map<int, std::uint8_t>& bytes) {
+    const Step kept(steps_, {std::move(step)});
+    const auto changing = std::ranges::count_if(bytes, [this](const auto& byte) {
+        return grid_.Shown(GridCell::At(byte.first)).Byte() != byte.second;
+    });
+    if (changing > 1 && changing > pending_.Room())
+        return Post("Pending EEP Writes Have No Room for Two Bytes; Change Discarded");
+    for (const auto& [address, value] : bytes)
+        if (!EnterByte(address, value))
+            return;
+}
+
 CellEditor::Commit CellEditor::LeaveCell() {
     if (!EditorIsOn() || !grid_.EntryIsOpen())
         return Commit::Settled;

@@ -1,6 +1,7 @@
 // In-place editing of the grid: the edit box, its keys and the commit of a changed byte.
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -45,6 +46,10 @@ class CellEditor final : private Command {
 
     /// Enters a byte as if it were typed into its cell; false if the queue had no room for it.
     [[nodiscard]] bool EnterByte(int address, std::uint8_t value);
+
+    /// Enters bytes by their addresses, as one step and as if each were typed, if the queue has
+    /// room for all of them; else that is told.
+    void EnterBytes(std::string step, const std::map<int, std::uint8_t>& bytes);
 
     /// A paste into the open entry: several bytes are entered as by Paste, and one that can only be
     /// hexadecimal is the entry's new text. False for any other text, which goes where the caret

@@ -93,6 +93,19 @@ void NameCommands::TellNotWritten(const std::string& path) {
     user_.ShowBox(Box(kNamesNotWritten).WithLine(path));
 }
 
+void NameCommands::EnterValue(const NamedValue& named, int value) {
+    const CommandScope scope(program_.statusBar);
+    program_.editorPage.ShowByte(named.address);
+    program_.cellEditor.SettleEntry();
+    auto image = program_.grid.Bytes();
+    PutValue(image, named, value);
+    std::map<int, std::uint8_t> bytes{
+        {named.address, image[static_cast<std::size_t>(named.address)]}};
+    if (named.low)
+        bytes.emplace(*named.low, image[static_cast<std::size_t>(*named.low)]);
+    program_.cellEditor.EnterBytes("Value of " + named.name, bytes);
+}
+
 void NameCommands::Open(const std::string& path) {
     program_.names.Open(NameLayer::Opened, path);
     program_.NamesChanged();

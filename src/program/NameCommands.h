@@ -27,6 +27,10 @@ class NameCommands {
     /// Removes names, each from the layer that it is in.
     void Remove(const NameList& names);
 
+    /// Gives a name's bytes in the grid a value of its range, as if they were typed there; the grid
+    /// shows them then. Two bytes go together or not at all.
+    void EnterValue(const NamedValue& named, int value);
+
     /// Opens a file beside the user's and the set's, whose names count until another one is opened,
     /// or the program ends. A box tells what is wrong in it.
     void Open(const std::string& path);

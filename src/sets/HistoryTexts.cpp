@@ -10,13 +10,6 @@ namespace tarnwell {
 
 namespace {
 
-bool Holds(std::string_view text, std::string_view part) {
-    return std::search(text.begin(), text.end(), part.begin(), part.end(),
-                       [](char one, char other) { return Lower(one) == Lower(other); }) !=
-               text.end() ||
-           part.empty();
-}
-
 /// An address that is written in decimal, or in hexadecimal behind 0x.
 std::optional<int> AddressIn(std::string_view text) {
     const bool hex = text.starts_with("0x") || text.starts_with("0X");
@@ -38,7 +31,7 @@ bool Fits(const EventByte& byte, TargetDevice device, const HistoryFilter& filte
     if (const auto address = AddressIn(filter.text))
         return byte.address == *address;
     return !names.At(device, byte.address).empty() &&
-           Holds(NamesOf(byte, device, names), filter.text);
+           ContainsIgnoringCase(NamesOf(byte, device, names), filter.text);
 }
 
 /// The value of a byte that `named` tells of, or else the byte itself.
@@ -63,9 +56,10 @@ bool KeepsFitting(HistoryEvent& event, const HistoryFilter& filter, const NameBo
         std::erase_if(event.bytes, [&](const EventByte& byte) {
             return names.At(event.device, byte.address).empty();
         });
-    const bool isWhole = !AddressIn(filter.text) &&
-                         (Holds(EventWhen(event), filter.text) ||
-                          Holds(event.command, filter.text) || Holds(event.image, filter.text));
+    const bool isWhole =
+        !AddressIn(filter.text) && (ContainsIgnoringCase(EventWhen(event), filter.text) ||
+                                    ContainsIgnoringCase(event.command, filter.text) ||
+                                    ContainsIgnoringCase(event.image, filter.text));
     if (!isWhole)
         std::erase_if(event.bytes, [&](const EventByte& byte) {
             return !Fits(byte, event.device, filter, names);

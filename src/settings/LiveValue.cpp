@@ -19,9 +19,8 @@ std::int16_t PlaceOf(int cell) {
 
 }  // namespace
 
-bool LiveValue::Begin(int cell, Timer& timer) {
+bool LiveValue::Begin(int value, Timer& timer) {
     if (!claim_) {
-        cell_ = cell;
         claim_.emplace(i2c_);
         if (!MayBegin()) {
             claim_.reset();
@@ -29,6 +28,7 @@ bool LiveValue::Begin(int cell, Timer& timer) {
         }
     }
     timer_ = &timer;
+    Turn(value);
     return true;
 }
 

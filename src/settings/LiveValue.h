@@ -12,11 +12,14 @@ class LiveValue final : private Command {
   public:
     explicit LiveValue(const CommandContext& context) : Command(context) {}
 
-    /// From now on what stands on the cell is written, the time by `timer`, which lives until Pause
-    /// and whose end is told by Due. The user agrees to it once a run. The bus is held until End,
-    /// so that all of it is one write of the record. False if it came to nothing, of which the user
-    /// was told.
-    [[nodiscard]] bool Begin(int cell, Timer& timer);
+    /// The cell whose value is edited until End.
+    void Edit(int cell) { cell_ = cell; }
+
+    /// From `value` on what stands on the cell is written, the time by `timer`, which lives until
+    /// Pause and whose end is told by Due. The user agrees to it once a run. The bus is held until
+    /// End, so that all of it is one write of the record. False if it came to nothing, of which the
+    /// user was told.
+    [[nodiscard]] bool Begin(int value, Timer& timer);
 
     /// Writes no more for now; it can begin again.
     void Pause();
@@ -32,6 +35,9 @@ class LiveValue final : private Command {
     /// Writes and verifies the value at once, unless the EEPROM holds it; false if that failed,
     /// which ends it, and the user was told.
     [[nodiscard]] bool Write(int value);
+
+    /// Whether a value stands that is to be written when the timer's time is over.
+    bool Waits() const { return IsOn() && wanted_ && !Holds(*wanted_); }
 
     /// Whether the EEPROM was found to hold this value last.
     bool Holds(int value) const;

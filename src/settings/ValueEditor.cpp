@@ -8,7 +8,8 @@ namespace tarnwell {
 
 ValueEditor::ValueEditor(const CommandContext& context, MemoryBuffer& buffer,
                          EditorPage& editorPage, SettingCells& cells, SettingsView& view)
-    : Command(context),
+    : EditedValue(context.state),
+      Command(context),
       buffer_(buffer),
       editorPage_(editorPage),
       cells_(cells),
@@ -38,8 +39,9 @@ bool ValueEditor::RefuseOnSecondary() {
 void ValueEditor::EditCell(int cell, std::optional<char> digit) {
     const auto before = cells_.Value(cell);
     Step step(steps_, {});
-    edit_ = Edit{cell, cells_.MarkOf(cell), cells_.Colour(cell), 0, false};
-    edit_->value = StartValue();
+    edit_ = Edit{cell, cells_.MarkOf(cell), cells_.Colour(cell)};
+    BeginAt(StartValue());
+    live_.Edit(cell);
     cells_.SetColour(cell, CellColour::Editing);
     statusBar_.StopTimer();
     statusBar_.PutInBackground(Description());
@@ -61,39 +63,12 @@ std::string ValueEditor::Description() const {
            (cells_.IsEmpty(cell) ? "empty" : cells_.Caption(cell));
 }
 
-void ValueEditor::StepTo(int value) {
-    edit_->value = value;
-    edit_->typing = false;
-    live_.Turn(value);
+void ValueEditor::TellRange() {
+    Post(SettingName(edit_->EditCellIndex) + " goes from 0 to " + Readout(Maximum()));
 }
 
-bool ValueEditor::BeginLive(Timer& timer) {
-    if (!live_.Begin(edit_->EditCellIndex, timer))
-        return false;
-    live_.Turn(edit_->value);
-    return true;
-}
-
-bool ValueEditor::TypeDigit(char character) {
-    const auto digit = FilterKey(character, state_.numberMode);
-    if (!digit)
-        return false;
-    const int before = edit_->typing ? edit_->value * BaseOf(state_.numberMode) : 0;
-    const int value = before + *HexDigit(*digit);
-    if (value > Maximum()) {
-        Post(SettingName(edit_->EditCellIndex) + " goes from 0 to " + Readout(Maximum()));
-        return true;
-    }
-    edit_->value = value;
-    edit_->typing = true;
-    live_.Turn(value);
-    return true;
-}
-
-void ValueEditor::EraseDigit() {
-    edit_->value /= BaseOf(state_.numberMode);
-    edit_->typing = true;
-    live_.Turn(edit_->value);
+std::string ValueEditor::Note() const {
+    return live_.Holds(Value()) ? "Written" : live_.IsOn() ? "Waits" : "";
 }
 
 int ValueEditor::Maximum() const {
@@ -104,21 +79,16 @@ int ValueEditor::StartValue() const {
     return std::min<int>(cells_.Value(edit_->EditCellIndex).value_or(0), Maximum());
 }
 
-std::string ValueEditor::Readout(int value) const {
-    return NumberText(static_cast<std::uint32_t>(value), state_.numberMode);
-}
-
 ValueEditor::Accepted ValueEditor::Accept() {
     const int cell = edit_->EditCellIndex;
-    if (live_.IsOn() && !live_.Write(edit_->value))
+    if (live_.IsOn() && !live_.Write(Value()))
         return Accepted::Unchanged;
-    edit_->isWritten = live_.Holds(edit_->value);
-    if (!edit_->isWritten && !cells_.IsEmpty(cell) &&
-        Readout(edit_->value) == cells_.Caption(cell)) {
+    edit_->isWritten = live_.Holds(Value());
+    if (!edit_->isWritten && !cells_.IsEmpty(cell) && Readout(Value()) == cells_.Caption(cell)) {
         cells_.SetMark(cell, Mark::False);
         return Accepted::Unchanged;
     }
-    cells_.ShowValue(cell, static_cast<std::uint8_t>(edit_->value));
+    cells_.ShowValue(cell, static_cast<std::uint8_t>(Value()));
     cells_.SetMark(cell, Mark::Changed);
     return Accepted::Changed;
 }

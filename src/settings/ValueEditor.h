@@ -4,12 +4,13 @@
 #include <optional>
 #include <string>
 
+#include "settings/EditedValue.h"
 #include "settings/LiveValue.h"
 #include "settings/SettingsEngine.h"
 
 namespace tarnwell {
 
-class ValueEditor final : private Command {
+class ValueEditor final : public EditedValue, private Command {
   public:
     ValueEditor(const CommandContext& context, MemoryBuffer& buffer, EditorPage& editorPage,
                 SettingCells& cells, SettingsView& view);
@@ -30,43 +31,22 @@ class ValueEditor final : private Command {
     std::string Description() const;
 
     /// The largest value that the edited cell takes.
-    int Maximum() const;
+    int Maximum() const override;
 
     /// The edited cell's value, at most Maximum(); 0 for an empty cell.
     int StartValue() const;
 
-    /// What the user has made of the value so far.
-    int Value() const { return edit_->value; }
+    /// Whether Live has written the value, or will.
+    std::string Note() const override;
 
-    /// The value has come to `value` other than by digits.
-    void StepTo(int value);
+    /// OK: takes the value into the cell if it reads otherwise.
+    Accepted Accept() override;
 
-    /// The first digit replaces the value, the next ones are put behind it. One that would lead
-    /// beyond the range is told on the status line and changes nothing. False if `character` is no
-    /// digit of the number mode.
-    bool TypeDigit(char character);
-
-    /// Takes the value's last digit away; without any it is 0.
-    void EraseDigit();
-
-    std::string Readout(int value) const;
-
-    /// Writes each value at once, from the one that stands now on, as LiveValue does; the timer's
-    /// end is told by LiveDue. False if it does not begin.
-    [[nodiscard]] bool BeginLive(Timer& timer);
-    void PauseLive() { live_.Pause(); }
-    void LiveDue() { live_.Due(); }
-    bool IsLive() const { return live_.IsOn(); }
-
-    /// Whether the value was written and verified as it stands.
-    bool IsWritten() const { return live_.Holds(edit_->value); }
-
-    enum class Accepted : std::uint8_t { Changed, Unchanged };
-
-    /// OK: takes the value into the cell if it reads otherwise; the dialog stays open if not.
-    Accepted Accept();
+    LiveValue* Live() override { return &live_; }
 
   private:
+    void TellRange() override;
+    void Turned() override { live_.Turn(Value()); }
     void EditCell(int cell, std::optional<char> digit);
     Accepted EndEdit();
     void EndWritten(int cell);
@@ -74,10 +54,8 @@ class ValueEditor final : private Command {
 
     struct Edit {
         int EditCellIndex;
-        Mark mark;          ///< before the click
-        CellColour colour;  ///< before the click
-        int value;
-        bool typing;             ///< the value is made of typed digits, more of which may follow
+        Mark mark;               ///< before the click
+        CellColour colour;       ///< before the click
         bool isWritten = false;  ///< what was accepted
     };
 

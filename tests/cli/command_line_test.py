@@ -12,7 +12,7 @@ PROGRAM, FAULTY, WINDOW = [Path(word).resolve() for word in PROGRAMS] + [None] *
 sys.argv = [word for word in sys.argv if word not in PROGRAMS]
 SOURCES = Path(__file__).resolve().parents[2]
 KEYS = {"command": str, "device": str, "devices": dict, "port": str, "simulated": bool, "result": str, "file": str, "doubts": str, "crc": str, "bytes": int, "data": list,
-        "written": int, "mismatches": list, "nameFaults": list, "settings": list, "backups": list, "backup": str, "set": str, "looksLike": str,
+        "written": int, "mismatches": list, "nameFaults": list, "names": list, "settings": list, "backups": list, "backup": str, "set": str, "looksLike": str,
         "sets": list, "damaged": list, "events": list, "skipped": int, "newer": list, "unknown": list, "message": str}
 OF_OWN = {"minimum": int, "low": int, "meaning": str}
 SETTING = {"name": str, "format": str, "page": str, "description": str, "value": int, "maximum": int, "address": int, "bits": str}
@@ -223,6 +223,11 @@ class CommandLine(unittest.TestCase):
         self.assertEqual((far["device"], far["settings"][0]["meaning"], far["nameFaults"]), ("secondary", "on", ['far.json: line 2, names[1].device: It has to be "primary" or "secondary".']))
         self.assertEqual((self.primary.with_name("simulated-secondary.bin").read_bytes()[2085] & 8, self.run_cli("--names=far.json --device=secondary peek 2085")[0][-5:]), (8, " Far\n"))
         self.assertIn("\n  Mode\n", self.run_cli("get --help")[0])
+        held = self.report("info far.json", 0, "A file of 1 name.")
+        self.assertEqual((held["names"][0]["name"], len(held["nameFaults"])), ("Far", 1))
+        self.assertRegex(self.run_cli("info far.json")[0], r"\n  Far: Secondary EEProm, address 2085, bit 3")
+        self.put("bad.json", '{"format": 9}')
+        self.assertIn("bad.json", self.report("info bad.json", 4)["message"])
         for line, reason in {"set level=0": "Level goes from 1 to 999, not to 0", "--names=far.json get far mode": "not on the same", "get levl": "Did you mean Level", "--device=secondary get": "CAREFUL"}.items():
             self.report(line, 2, reason)
         self.report("--names=none get", 4, "none does not exist")
@@ -566,12 +571,13 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(re.findall(r"<tr><td><code>(\w+)</code>", page["json"]), list(KEYS))
         self.assertRegex(self.run_cli("--version")[0], r"\Atarnwell-cli \d+\.\d+\.\d+\n\Z")
         self.put("an.mot", "")
+        self.put("far.json", '{"format": 1, "names": [{"name": "Far", "device": "primary", "address": 5}]}')
         files = {path.name for path in self.folder.iterdir()}
         names = {name.rstrip(".") for s in self.report("get")["settings"] for name in (s["name"], f"{s['name']}.{s['format']}")}
         for typed, wanted in {"": set(commands), "-": {f"{name}{'=' if form else ''}" for name, form in options.items()}, "--device=": {"primary", "secondary"},
                               "--progress=a": {"auto", "always"}, "--port=": {"auto", "ppdev", "devport", "simulated", "i2c:"}, "--passes=": set(), "--image=": files,
                               "read ": files, "info a": {"an.mot"}, "compare ": files | {"device", "backup"}, "--yes restore ": files | {"backup"}, "peek ": set(),
-                              "get ": names, "check --pro": {"--progress="}, "set CLP": {"CLP", "CLP.480i", "CLP.1080i"}}.items():
+                              "get ": names, "--names=far.json get Fa": {"Far"}, "check --pro": {"--progress="}, "set CLP": {"CLP", "CLP.480i", "CLP.1080i"}}.items():
             words = re.findall("=|[^ =]+", typed) + ([""] if not typed or typed[-1] == " " else [])
             script = f'source {SOURCES}/packaging/tarnwell-cli.bash; compopt() {{ :; }}; COMP_WORDS=({PROGRAM} "$@"); COMP_CWORD=$#; _tarnwell_cli; printf "%s\\n" "${{COMPREPLY[@]}}"'
             offered = subprocess.run(["bash", "-c", script, "", *words], check=True, stdout=subprocess.PIPE, text=True, cwd=self.folder, env=self.environment).stdout.split()

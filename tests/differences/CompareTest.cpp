@@ -85,7 +85,7 @@ TEST_F(Compare, AWatchTellsWhatChangesUntilItIsIgnored) {
         }
         held = std::chrono::ceil<std::chrono::milliseconds>(television.Now() - begin);
         std::string text;
-        for (const auto& [time, row] : watch.Changes())
+        for (const auto& [time, device, row] : watch.Changes())
             text += TimeOfDay(time) + " " + ChangesText({row}, NumberMode::Decimal);
         return text;
     };

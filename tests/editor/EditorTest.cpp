@@ -447,7 +447,9 @@ TEST(FindTest, GoesFromMatchToMatchAndRoundTheGridsEnds) {
           {"0x54", Bytes, Previous, "20: 2 of 3"},
           {"Tv", Text, Next, "8000: 1 of 1"},
           {"Tv", Text, Next, "8000: 1 of 1, wrapped"},
-          {"TV", Text, Next, "8000: Not found"}}) {
+          {"TV", Text, Next, "8000: Not found"},
+          {"tint", Name, Next, "2085: 1 of 1, wrapped"},
+          {"GAIN", Name, Next, "2085: Not found"}}) {
         EXPECT_FALSE(program.find.LookFor("", kind));
         ASSERT_TRUE(program.find.LookFor(text, kind));
         program.find.Go(direction);

@@ -218,6 +218,34 @@ TEST(DestinationTest, NamesAndAddresses) {
     EXPECT_EQ(secondary.NoneText("x"), "Neither an address from 0 to 1FFF nor a setting's name");
 }
 
+TEST(NameCommands, EnterBothBytesOfANumberOrNone) {
+    const NamedValue wide{.name = "Wide", .address = 70, .low = 40, .highest = 65535};
+    const std::tuple<int, int, int, const char*> rows[] = {
+        {0, 0x0102, 2, ""},
+        {0, 0x0100, 1, ""},
+        {9, 0x0102, 9, "Pending EEP Writes Have No Room for Two Bytes; Change Discarded"},
+        {9, 0x0100, 0, ""},
+        {8, 0x0102, 0, ""}};
+    for (const auto& [typed, value, queued, status] : rows) {
+        TestProgram bench({.writeCycle = BusTime(0)});
+        Program& program = bench.program;
+        program.wholeDevice.ReadEntireEep();
+        program.grid.EnterInBuffer(40, std::array<std::uint8_t, 1>{});
+        program.grid.EnterInBuffer(70, std::array<std::uint8_t, 1>{});
+        for (int address = 100; address < 100 + typed; ++address)
+            EXPECT_TRUE(program.cellEditor.EnterByte(
+                address, static_cast<std::uint8_t>(program.buffer[100] + 1)));
+        program.statusBar.PutStatus("");
+        bench.WillAnswer({Answer::No});
+        program.nameCommands.EnterValue(wide, value);
+        EXPECT_EQ(program.pending.Count(), queued) << typed << " " << value;
+        EXPECT_EQ(program.ShownValue(wide), queued == 9 ? 0 : value);
+        EXPECT_EQ(bench.Status(), status);
+        program.undo.Undo();
+        EXPECT_EQ(program.ShownValue(wide), 0);
+    }
+}
+
 /// On the secondary EEPROM, whose bytes have no settings' names.
 TEST(NameBook, NamesStandInStatusLineQuestionHistoryAndSheet) {
     TestProgram bench({.writeCycle = BusTime(0)});

@@ -275,11 +275,12 @@ TEST_F(SettingsTest, LiveWritesWhatStandsAsOneWriteWithOneWayBack) {
             ValueEditor& editor = program.valueEditor;
             for (const char act : std::string_view(does)) {
                 if (act == 'L')
-                    EXPECT_EQ(editor.BeginLive(standing), answer == Answer::Yes);
+                    EXPECT_EQ(editor.Live()->Begin(editor.Value(), standing),
+                              answer == Answer::Yes);
                 else if (act == 'P')
-                    editor.PauseLive();
+                    editor.Live()->Pause();
                 else if (act == 'D')
-                    editor.LiveDue();
+                    editor.Live()->Due();
                 else if (act == 'O')
                     editor.Accept();
                 else if (act == 'W' || act == 'S')
@@ -289,8 +290,8 @@ TEST_F(SettingsTest, LiveWritesWhatStandsAsOneWriteWithOneWayBack) {
                     editor.StepTo(act - '0');
                 EXPECT_TRUE(act == 'W' || act == 'S' ||
                             (standing.running == std::chrono::milliseconds(250)) ==
-                                (editor.IsLive() && act != 'D' && act != 'O'));
-                EXPECT_TRUE(act != 'D' || editor.IsWritten() == editor.IsLive());
+                                (editor.Live()->IsOn() && act != 'D' && act != 'O'));
+                EXPECT_TRUE(act != 'D' || (editor.Note() == "Written") == editor.Live()->IsOn());
             }
         };
         program.valueEditor.CellClicked(32);

@@ -45,6 +45,9 @@ TEST_F(EditingTest, WhatStandsLiveIsWrittenAndAbortTakesItBack) {
         auto& label = Child<QLabel>(front(), "lblWritten");
         EXPECT_TRUE(QTest::qWaitFor([&] { return label.text() == "Written"; }, 20000));
     };
+    const auto untilClosed = [this] {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return front().objectName() != "formEdit"; }, 20000));
+    };
     sights["byte"] = [this] { return QString::number(eeprom[2363]); };
     play({{"mnuEEPRead on:lblSetting_0 Return", "chkLive.checked lblWritten", "false / "},
           {"on:chkLive Space", "title", "V E R I F Y"},
@@ -54,7 +57,8 @@ TEST_F(EditingTest, WhatStandsLiveIsWrittenAndAbortTakesItBack) {
           {"Abort", "byte lblSetting_0", "104 / 104"},
           {"on:lblSetting_0 Return", "chkLive.checked", "false"},
           {"chkLive 7", "lblWritten", "Waits"},
-          {"OK", "byte lblSetting_0 status", "7 / 7 / EEP Verified OK; Settings..."}});
+          {"OK", "title lblWritten", " Edit Value / Waits"},
+          {untilClosed, "byte lblSetting_0 status", "7 / 7 / EEP Verified OK; Settings..."}});
 }
 
 TEST_F(EditingTest, ASettingIsSteppedAndWritten) {
@@ -97,7 +101,7 @@ TEST_F(EditingTest, ASettingIsSteppedAndWritten) {
 
     UpDownBar bar(nullptr);
     for (const auto& [top, page] : {std::pair(3, 1), {30, 1}, {31, 2}}) {
-        bar.setTop(top);
+        bar.setEnds(0, top);
         EXPECT_EQ(bar.pageStep(), page) << top;
     }
     play({{"Alt+W", "title", "V E R I F Y"},

@@ -62,5 +62,41 @@ TEST_F(NamesWindowTest, AreFoundChangedRemovedAndReadFromFiles) {
     EXPECT_EQ(program.history.NextName(Direction::Redo), "Removal of 2 Names");
 }
 
+TEST_F(NamesWindowTest, WhatChangesIsFoundNamedChangedByItsNameAndWritten) {
+    sights["found"] = [this] {
+        QString rows;
+        const auto& table = Child<QTreeWidget>(window, "tblChanges");
+        for (int row = 0; row < table.topLevelItemCount(); ++row)
+            rows += table.topLevelItem(row)->text(1) + table.topLevelItem(row)->text(2) + ' ';
+        return rows;
+    };
+    const auto turn = [this] { eeprom[8000] ^= 1, eeprom[8001] ^= 1; };
+    play({{"Ctrl+D chkWatch", "lblWatch...", "Watching the Primary EEProm: 1 reading"},
+          {turn, "found...", "8000 8001 "},
+          {"on:tblChanges Ctrl+A Ctrl+N", "title txtAddress", "New Name / 8000"},
+          {"type:Tilt on:txtLowest Backspace type:5 on:txtHighest Ctrl+A type:9 on:txtValues "
+           "type:7~level cmdAccept",
+           "title txtAddress", "New Name / 8001"},
+          {"Esc", "found focus", "8000Tilt 8001  / tblChanges"},
+          {"chkWatch on:tblDifferences Ctrl+A mnuCompareName", "txtName", "Tilt"},
+          {"cmdCancel", "lblDifferences", "2 bytes differ: 1 setting, 1 other byte in 1 place"},
+          {"Esc mnuEditNames cmdChangeValue", "title Label1 lblWritten chkLive.visible",
+           " Edit Value / 219 /  / false"},
+          {"OK", "title", " Edit Value"},
+          {"4 OK", "title status", " Edit Value / Tilt goes from 5 to 9"},
+          {"on:VScroll1 End", "Label1", "5"},
+          {"7", "Label1 lblWritten", "7 / level"},
+          {"OK", "tblNames focus", "Tilt|Primary|8000|bits 0 to 7|7 (level)|218| / tblNames"},
+          {"Esc", "address lblAddy_0 lblNewData_0 mnuEditUndo.text",
+           "8000 / 8000 / 7 / &Undo Value of Tilt"},
+          {"cmdWriteData", "title", "V E R I F Y"},
+          {"Yes", "status lblAddy_0", "EEP Verified OK... / "}});
+    EXPECT_EQ(eeprom[8000], 7);
+    play({{"EditorEnabled mnuEditNames", "cmdChangeValue.toolTip", "The data editor is off"},
+          {"Esc mnuEEPsel_1 Yes mnuEditNames", "cmdChangeValue.toolTip",
+           "It is on the other EEPROM"},
+          {"Esc"}});
+}
+
 }  // namespace
 }  // namespace tarnwell

@@ -4,6 +4,8 @@
 #include "cli/tools/Files.h"
 #include "cli/tools/Output.h"
 #include "cli/tools/SystemCalendar.h"
+#include "core/Words.h"
+#include "core/files/SmallFile.h"
 
 namespace tarnwell::cli {
 
@@ -59,10 +61,8 @@ class WatchLines {
         bool printed = true;
         for (; told_ < watch_.Changes().size() && !IsDone(); ++told_) {
             const WatchedChange& change = watch_.Changes()[told_];
-            printed =
-                cli::Print(arguments_.json ? JsonText(change, watch_.Device()) : PlainText(change),
-                           stdout) &&
-                printed;
+            printed = cli::Print(arguments_.json ? JsonText(change) : PlainText(change), stdout) &&
+                      printed;
         }
         if (watch_.Failure() == failure_)
             return printed;
@@ -128,7 +128,32 @@ void GetFromFile(const Arguments& arguments, Report& report) {
         ShowSettings(arguments.names, *content, report);
 }
 
+namespace {
+
+/// A file that is JSON is one of names, or nothing that the program knows.
+bool DescribeNames(const std::string& path, Report& report) {
+    const SmallFile file = ReadSmallFile(path);
+    if (path == kStandardStream || !file.content.starts_with('{'))
+        return false;
+    const NamesFile names = tarnwell::NamesIn(file.content, path);
+    report.file = path;
+    if (names.usable == Usable::No) {
+        report.End(Status::File, names.faults.front());
+        return true;
+    }
+    for (const std::string& fault : names.faults)
+        PrintError(fault);
+    report.nameFaults.insert(report.nameFaults.end(), names.faults.begin(), names.faults.end());
+    report.held = names.names;
+    report.End(Status::Done, "A file of " + Counted(names.names.size(), "name") + ".");
+    return true;
+}
+
+}  // namespace
+
 void DescribeFile(const Arguments& arguments, Report& report) {
+    if (DescribeNames(arguments.file, report))
+        return;
     const auto content = Load(arguments.file, arguments, report);
     if (!content)
         return;

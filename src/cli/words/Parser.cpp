@@ -53,7 +53,16 @@ class HelpText final : public CLI::Formatter {
     Commands commands_;
 };
 
-void AddCommands(CLI::App& app, GivenWords& words, Commands commands) {
+/// The names that a command takes, as far as the files that were named have them.
+std::string NamesTaken(const CommandRow& row, const Arguments& arguments) {
+    try {
+        return row.takes.names(OpenNames(arguments));
+    } catch (const UnusableFile&) {
+        return row.takes.names(OpenNames({}));
+    }
+}
+
+void AddCommands(CLI::App& app, GivenWords& words, const Arguments& arguments, Commands commands) {
     for (const CommandRow& row : commands) {
         CLI::App* const command =
             app.add_subcommand(std::string(row.name), std::string(row.description));
@@ -61,7 +70,8 @@ void AddCommands(CLI::App& app, GivenWords& words, Commands commands) {
         command->fallthrough();
         command->footer("Options and exit statuses: tarnwell-cli --help");
         if (row.takes.names != nullptr)
-            command->footer([&row] { return "Names:" + row.takes.names(OpenNames({})) + "\n"; });
+            command->footer(
+                [&row, &arguments] { return "Names:" + NamesTaken(row, arguments) + "\n"; });
         if (row.takes.take != nullptr)
             command->add_option("operands", words.operands)->group("");
     }
@@ -180,7 +190,7 @@ std::variant<Arguments, Text, WrongUse> ReadArguments(std::span<const char* cons
     app.footer(std::string(kExamples));
     app.formatter(std::make_shared<HelpText>(commands));
     AddOptions(app, given, arguments);
-    AddCommands(app, given, commands);
+    AddCommands(app, given, arguments, commands);
     // What is known of the arguments whatever else is wrong with them.
     const auto wrong = [&](std::string reason, bool isFile = false) {
         const auto end = std::ranges::find(words, std::string_view("--"));

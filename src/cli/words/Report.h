@@ -64,6 +64,7 @@ struct Report {
     NamedNumbers settings;
     const NameBook* names = nullptr;      ///< what its bytes are called
     std::vector<std::string> nameFaults;  ///< what is wrong in the files of names
+    std::optional<NameList> held;         ///< the names that a file holds
     std::string backup;
     std::optional<std::vector<KeptImage>> backups;  ///< newest first
     std::string set;                                ///< whose record is kept
@@ -104,7 +105,7 @@ std::string JsonText(const Report& report);
 std::string PlainText(const WatchedChange& change);
 
 /// The same as a JSON object on one line, and one with what else there is to say.
-std::string JsonText(const WatchedChange& change, TargetDevice device);
+std::string JsonText(const WatchedChange& change);
 std::string JsonText(const std::string& time, TargetDevice device, const std::string& message);
 
 /// The value that a byte's mismatch is told of; null if it is the byte itself.

@@ -128,9 +128,9 @@ std::string OnALine(const Json& object) {
 
 }  // namespace
 
-std::string JsonText(const WatchedChange& change, TargetDevice device) {
+std::string JsonText(const WatchedChange& change) {
     const auto& [address, before, after] = change.row.bytes.front();
-    Json object{{"time", change.time}, {"device", DeviceWord(device)}, {"address", address}};
+    Json object{{"time", change.time}, {"device", DeviceWord(change.device)}, {"address", address}};
     object["from"] = before;
     object["to"] = after;
     if (const Named& named = change.row.named) {
@@ -177,6 +177,8 @@ std::string JsonText(const Report& report) {
         object["mismatches"] = MismatchesOf(report);
     if (!report.nameFaults.empty())
         object["nameFaults"] = report.nameFaults;
+    if (report.held)
+        object["names"] = Json::parse(TextOf({.names = *report.held}))["names"];
     if (!report.settings.empty())
         object["settings"] = SettingsOf(report);
     if (report.backups)

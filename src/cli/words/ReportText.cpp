@@ -106,6 +106,14 @@ std::string MismatchList(const Report& report) {
     return text;
 }
 
+std::string NameTable(const Report& report) {
+    std::string text;
+    for (const Named& named : report.held.value_or(NameList()))
+        text += "  " + named->name + ": " + PlaceText(*named, NumberMode::Decimal) +
+                (named->text.empty() ? "" : ", " + named->text) + "\n";
+    return text;
+}
+
 std::string BackupTable(const Report& report) {
     std::string text;
     int number = 0;
@@ -284,7 +292,7 @@ std::string PlainText(const Report& report) {
     text += report.planned.empty() ? ""
                                    : ChangeLines(report.planned, report.settingsOf,
                                                  report.planned.size(), *report.names);
-    text += LeftOut(report) + SetTable(report) + EventTable(report);
+    text += LeftOut(report) + NameTable(report) + SetTable(report) + EventTable(report);
     return text + BackupTable(report) + DataTable(report) + MismatchList(report) +
            SettingsTable(report);
 }

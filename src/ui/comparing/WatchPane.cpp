@@ -2,12 +2,12 @@
 
 #include <QBoxLayout>
 #include <QHeaderView>
+#include <map>
 #include <set>
 #include <utility>
 
 #include "core/Words.h"
 #include "differences/DifferenceTexts.h"
-#include "ui/desktop/RowList.h"
 #include "ui/looks/Text.h"
 
 namespace tarnwell {
@@ -22,8 +22,9 @@ constexpr std::chrono::milliseconds kBusy{100};
 
 }  // namespace
 
-WatchPane::WatchPane(Program& program, std::function<void(const std::function<void()>&)> run)
-    : m_program(program), m_run(std::move(run)) {
+WatchPane::WatchPane(Program& program, std::function<void(const std::function<void()>&)> run,
+                     NameBytes nameBytes)
+    : m_program(program), m_run(std::move(run)), m_name(std::move(nameBytes)) {
     m_box.setText(QStringLiteral("Watc&h"));
     m_box.setObjectName(QStringLiteral("chkWatch"));
     m_box.setAccessibleName(QStringLiteral("Watch"));
@@ -33,9 +34,10 @@ WatchPane::WatchPane(Program& program, std::function<void(const std::function<vo
     buildTable();
     auto* line = new QHBoxLayout;
     line->addWidget(&m_state, 1);
-    const auto add = [&](QPushButton& button, const char* name, const char* caption, auto action) {
+    const auto add = [&](QPushButton& button, const char* control, const char* caption,
+                         auto action) {
         button.setText(QLatin1String(caption));
-        button.setObjectName(QLatin1String(name));
+        button.setObjectName(QLatin1String(control));
         button.setAccessibleName(button.text().remove('&'));
         button.setAutoDefault(false);
         connect(&button, &QPushButton::clicked, this, action);
@@ -70,6 +72,7 @@ void WatchPane::buildTable() {
     const int row = m_table.fontMetrics().lineSpacing() * 5 / 4;
     m_table.setFixedHeight((kRowsShown + 1) * row + m_table.header()->sizeHint().height());
     copyRowsByKey(m_table, [this](char separator) { return selectedRows(separator); });
+    nameRowsByKey(m_table, "mnuWatchName", [this] { name(); });
     connect(&m_table, &QTreeWidget::itemSelectionChanged, this, &WatchPane::showState);
 }
 
@@ -107,7 +110,7 @@ void WatchPane::showChanges() {
         m_table.clear();
     for (auto number = static_cast<std::size_t>(m_table.topLevelItemCount());
          number < changes.size(); ++number) {
-        const auto& [time, row] = changes[number];
+        const auto& [time, device, row] = changes[number];
         QStringList cells{toQt(TimeOfDay(time))};
         for (const std::string& text : TextsOf(row, m_program.state.numberMode))
             cells += toQt(text);
@@ -141,6 +144,27 @@ void WatchPane::showState() {
         setVisible(isSeen);
         Q_EMIT seen();
     }
+}
+
+void WatchPane::name() {
+    std::map<TargetDevice, std::set<int>> addresses;
+    for (QTreeWidgetItem* item : m_table.selectedItems()) {
+        const int row = m_table.indexOfTopLevelItem(item);
+        const auto& change = m_program.watch.Changes()[static_cast<std::size_t>(row)];
+        addresses[change.device].insert(change.row.Address());
+    }
+    hold();
+    for (const auto& [device, those] : addresses)
+        m_name(device, those, *window());
+    Q_EMIT renamed();
+    m_table.setFocus();
+}
+
+void WatchPane::rename() {
+    m_program.watch.Refresh();
+    m_table.clear();
+    showChanges();
+    goOn();
 }
 
 void WatchPane::ignore() {

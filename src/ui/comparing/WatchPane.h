@@ -9,6 +9,7 @@
 #include <functional>
 
 #include "program/Program.h"
+#include "ui/desktop/RowList.h"
 
 namespace tarnwell {
 
@@ -16,14 +17,18 @@ namespace tarnwell {
 class WatchPane final : public QWidget {
     Q_OBJECT
   public:
-    /// `run` runs the program's commands.
-    WatchPane(Program& program, std::function<void(const std::function<void()>&)> run);
+    /// `run` runs the program's commands, `name` names the bytes of rows.
+    WatchPane(Program& program, std::function<void(const std::function<void()>&)> run,
+              NameBytes nameBytes);
 
     /// By which it is switched on, for a place outside the pane.
     QCheckBox& box() { return m_box; }
 
     /// Reads nothing until the next call of `goOn`: a command runs.
     void hold() { m_timer.stop(); }
+
+    /// The rows have other names.
+    void rename();
 
     /// What a side is may be another device, or hold what a command wrote.
     void goOn();
@@ -32,6 +37,9 @@ class WatchPane final : public QWidget {
     /// Another reading has brought changes; the comparison knows of them.
     void found();
 
+    /// A byte may have another name.
+    void renamed();
+
     /// The pane came or went.
     void seen();
 
@@ -39,6 +47,7 @@ class WatchPane final : public QWidget {
     void buildTable();
     void step();
     void ignore();
+    void name();
     void clear();
     void showChanges();
     void showState();
@@ -46,6 +55,7 @@ class WatchPane final : public QWidget {
 
     Program& m_program;
     const std::function<void(const std::function<void()>&)> m_run;
+    const NameBytes m_name;
     QTimer m_timer;
     QCheckBox m_box;
     QLabel m_state;

@@ -1,5 +1,6 @@
 #include "ui/desktop/RowList.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -39,6 +40,16 @@ class CopyKey final : public QObject {
 
 void copyRowsByKey(QAbstractItemView& table, RowTexts rows) {
     new CopyKey(table, std::move(rows));
+}
+
+void nameRowsByKey(QAbstractItemView& table, const char* item, std::function<void()> name) {
+    auto* action = new QAction(QStringLiteral("&Name This Byte..."), &table);
+    action->setObjectName(QLatin1String(item));
+    action->setShortcut(Qt::CTRL | Qt::Key_N);
+    action->setShortcutContext(Qt::WidgetShortcut);
+    QObject::connect(action, &QAction::triggered, &table, std::move(name));
+    table.addAction(action);
+    table.setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 void saveRows(QWidget& window, User& user, const std::string& folder, const RowTexts& rows) {

@@ -3,11 +3,20 @@
 
 #include <QAbstractItemView>
 #include <functional>
+#include <set>
 #include <string>
 
+#include "core/ProgramState.h"
 #include "core/user/User.h"
 
 namespace tarnwell {
+
+/// Names bytes of a device, each asked for in front of a window, until the user gives up.
+using NameBytes =
+    std::function<void(TargetDevice device, const std::set<int>& addresses, QWidget& window)>;
+
+/// The item and the key that name the bytes of the selected rows, in the table's context menu.
+void nameRowsByKey(QAbstractItemView& table, const char* item, std::function<void()> name);
 
 /// The rows as a text, a line each, with a separator between columns; empty if there are none.
 using RowTexts = std::function<std::string(char separator)>;

@@ -29,15 +29,17 @@ bool isSetting(const DifferenceRow& row) {
 }  // namespace
 
 FormCompare::FormCompare(Program& program, User& user,
-                         std::function<void(const std::function<void()>&)> run, QWidget* parent)
+                         std::function<void(const std::function<void()>&)> run, NameBytes name,
+                         QWidget* parent)
     : QDialog(parent),
       m_program(program),
       m_compare(program.compare),
       m_user(user),
       m_command(std::move(run)),
+      m_name(std::move(name)),
       m_left(Side::Left, program),
       m_right(Side::Right, program),
-      m_watch(program, m_command) {
+      m_watch(program, m_command, m_name) {
     setObjectName(QStringLiteral("formCompare"));
     setWindowTitle(QStringLiteral("Compare"));
     auto* all = new QWidget;
@@ -83,6 +85,7 @@ FormCompare::FormCompare(Program& program, User& user,
     window->addWidget(area);
     connect(&m_map, &DifferenceMap::wanted, this, &FormCompare::showAddress);
     connect(&m_watch, &WatchPane::found, this, &FormCompare::showDifferences);
+    connect(&m_watch, &WatchPane::renamed, this, &FormCompare::showNames);
     connect(&m_watch, &WatchPane::seen, this, &FormCompare::makeRoom);
     showSides();
     showDifferences();
@@ -112,6 +115,25 @@ void FormCompare::buildTable() {
         const auto rows = selected();
         return rows.empty() ? std::string() : ListText(rows, m_program.state.numberMode, separator);
     });
+    nameRowsByKey(m_table, "mnuCompareName", [this] { nameSelected(); });
+}
+
+/// Each of the bytes that differ in the selected rows.
+void FormCompare::nameSelected() {
+    std::set<int> addresses;
+    for (const DifferenceRow& row : selected())
+        for (const Difference& byte : row.bytes)
+            addresses.insert(byte.address);
+    m_watch.hold();
+    m_name(m_compare.Device(), addresses, *this);
+    showNames();
+    m_table.setFocus();
+}
+
+void FormCompare::showNames() {
+    m_compare.Refresh();
+    showDifferences();
+    m_watch.rename();
 }
 
 void FormCompare::keyPressEvent(QKeyEvent* event) {

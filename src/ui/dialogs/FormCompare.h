@@ -21,9 +21,10 @@ namespace tarnwell {
 
 class FormCompare final : public QDialog {
   public:
-    /// `run` runs a command that may end the program. The sides are chosen already.
+    /// `run` runs a command that may end the program, `name` names the bytes of rows. The sides are
+    /// chosen already.
     FormCompare(Program& program, User& user, std::function<void(const std::function<void()>&)> run,
-                QWidget* parent);
+                NameBytes name, QWidget* parent);
 
     /// Where to go after the window was closed, if the user wants to.
     const std::optional<Destination>& destination() const { return m_destination; }
@@ -56,11 +57,14 @@ class FormCompare final : public QDialog {
     void take();
     void write();
     void readAgain();
+    void nameSelected();
+    void showNames();
 
     Program& m_program;
     CompareCommand& m_compare;
     User& m_user;
     std::function<void(const std::function<void()>&)> m_command;
+    const NameBytes m_name;
     std::optional<Destination> m_destination;
 
     SideBox m_left;

@@ -29,16 +29,16 @@ bool isStep(const QKeyEvent& key) {
 
 }  // namespace
 
-FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell, QWidget* parent)
+FormEdit::FormEdit(EditedValue& value, ProgramState& state, const QWidget& cell, QWidget* parent)
     : QDialog(parent),
-      m_editor(editor),
+      m_value(value),
       m_state(state),
       m_readout(this),
       m_ok(QStringLiteral("OK"), this),
       m_abort(QStringLiteral("Abort"), this),
       m_upDown(this),
       m_live(QStringLiteral("&Live"), this),
-      m_written(this) {
+      m_note(this) {
     setObjectName(QStringLiteral("formEdit"));
     setWindowTitle(QStringLiteral(" Edit Value"));
     setFixedSize(scaled(1320), scaled(1470));
@@ -69,9 +69,10 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell
     m_live.setGeometry(scaledRect(72, 960, 1224, 240));
     m_live.setAccessibleName(QStringLiteral("Live"));
     m_live.setToolTip(QStringLiteral(" Writes each value to the EEPROM at once "));
-    m_written.setObjectName(QStringLiteral("lblWritten"));
-    m_written.setGeometry(scaledRect(72, 1200, 1224, 240));
-    m_written.setAlignment(Qt::AlignCenter);
+    m_note.setObjectName(QStringLiteral("lblWritten"));
+    m_note.setGeometry(scaledRect(72, 1200, 1224, 240));
+    m_note.setAlignment(Qt::AlignCenter);
+    m_live.setHidden(m_value.Live() == nullptr);
     m_ok.setDefault(true);
     setTabOrder(&m_ok, &m_abort);
     setTabOrder(&m_abort, &m_upDown);
@@ -80,17 +81,14 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell
     connect(&m_ok, &QPushButton::clicked, this, &FormEdit::accepted);
     connect(&m_abort, &QPushButton::clicked, this, &QDialog::reject);
     connect(&m_live, &QCheckBox::toggled, this, &FormEdit::goLive);
-    connect(&m_standing.timer(), &QTimer::timeout, this, [this] {
-        m_editor.LiveDue();
-        showValue();
-    });
+    connect(&m_standing.timer(), &QTimer::timeout, this, &FormEdit::stood);
 
     const WindowPlace kept{DecimalValue(m_state.editTop), DecimalValue(m_state.editLeft)};
     if (m_state.editTop == kFirstPlace && m_state.editLeft == kFirstPlace)
         m_place.placeBeside(*this, kept, QRect(cell.mapToGlobal(QPoint()), cell.size()));
     else
         m_place.place(*this, kept);
-    m_upDown.setTop(m_editor.Maximum());
+    m_upDown.setEnds(m_value.Minimum(), m_value.Maximum());
     showValue();
     connect(&m_upDown, &QScrollBar::actionTriggered, this,
             [this] { step(m_upDown.sliderPosition()); });
@@ -102,7 +100,8 @@ FormEdit::FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell
 }
 
 FormEdit::~FormEdit() {
-    m_editor.PauseLive();  // whose timer ends here
+    if (LiveValue* live = m_value.Live())
+        live->Pause();  // its timer ends here
     const WindowPlace place = m_place.of(*this);
     m_state.editTop = std::to_string(place.top);
     m_state.editLeft = std::to_string(place.left);
@@ -125,41 +124,53 @@ bool FormEdit::enter(const QKeyEvent& key) {
     if (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
         return false;
     if (key.key() == Qt::Key_Backspace)
-        m_editor.EraseDigit();
-    else if (key.text().size() != 1 || !m_editor.TypeDigit(key.text().front().toLatin1()))
+        m_value.EraseDigit();
+    else if (key.text().size() != 1 || !m_value.TypeDigit(key.text().front().toLatin1()))
         return false;
+    m_isAccepted = false;
     showValue();
     return true;
 }
 
 // What is typed after a step, even one that the end of the range stops, is another number.
 void FormEdit::step(int value) {
-    m_editor.StepTo(value);
+    m_isAccepted = false;
+    m_value.StepTo(value);
     showValue();
 }
 
 void FormEdit::showValue() {
     const QSignalBlocker quiet(m_upDown);
-    m_upDown.setValue(m_editor.Value());
-    m_readout.setText(toQt(m_editor.Readout(m_editor.Value())));
+    m_upDown.setValue(m_value.Value());
+    m_readout.setText(toQt(m_value.Readout(m_value.Value())));
     const QSignalBlocker unasked(m_live);
-    m_live.setChecked(m_editor.IsLive());
-    m_written.setText(m_editor.IsWritten() ? QStringLiteral("Written")
-                      : m_editor.IsLive()  ? QStringLiteral("Waits")
-                                           : QString());
-    m_readout.setAccessibleName((m_readout.text() + ' ' + m_written.text()).trimmed());
+    m_live.setChecked(m_value.Live() != nullptr && m_value.Live()->IsOn());
+    m_note.setText(toQt(m_value.Note()));
+    m_note.setToolTip(m_note.text());
+    m_readout.setAccessibleName((m_readout.text() + ' ' + m_note.text()).trimmed());
 }
 
 void FormEdit::goLive(bool live) {
     if (!live)
-        m_editor.PauseLive();
-    else if (!m_editor.BeginLive(m_standing))
+        m_value.Live()->Pause();
+    else if (!m_value.Live()->Begin(m_value.Value(), m_standing))
         m_live.setChecked(false);
     showValue();
 }
 
+void FormEdit::stood() {
+    m_value.Live()->Due();
+    showValue();
+    if (m_isAccepted && m_value.Live()->Holds(m_value.Value()))
+        accepted();
+}
+
+/// Live writes no sooner because of it.
 void FormEdit::accepted() {
-    if (m_editor.Accept() == ValueEditor::Accepted::Changed)
+    m_isAccepted = m_value.Live() != nullptr && m_value.Live()->Waits();
+    if (m_isAccepted)
+        return;
+    if (m_value.Accept() == EditedValue::Accepted::Changed)
         accept();
     else
         showValue();

@@ -1,11 +1,12 @@
-// The value editor: one setting's value in large digits, changed by steps or typed.
+// The value editor: one value in large digits, changed by steps or typed.
 #pragma once
 
 #include <QCheckBox>
 #include <QDialog>
 #include <QPushButton>
 
-#include "settings/ValueEditor.h"
+#include "settings/EditedValue.h"
+#include "settings/LiveValue.h"
 #include "ui/desktop/Desktop.h"
 #include "ui/looks/Fitted.h"
 #include "ui/looks/Measures.h"
@@ -16,8 +17,8 @@ namespace tarnwell {
 class FormEdit final : public QDialog {
   public:
     /// Takes its place on the screen from `state` and leaves it there again; until the user has
-    /// moved it, it opens beside `cell`.
-    FormEdit(ValueEditor& editor, ProgramState& state, const QWidget& cell, QWidget* parent);
+    /// moved it, it opens beside `cell`, which `value` is shown in.
+    FormEdit(EditedValue& value, ProgramState& state, const QWidget& cell, QWidget* parent);
     ~FormEdit() override;
 
   protected:
@@ -31,8 +32,9 @@ class FormEdit final : public QDialog {
     void showValue();
     void accepted();
     void goLive(bool live);
+    void stood();
 
-    ValueEditor& m_editor;
+    EditedValue& m_value;
     ProgramState& m_state;
     ScreenPlace m_place;
     FittedLabel m_readout;
@@ -40,8 +42,9 @@ class FormEdit final : public QDialog {
     QPushButton m_abort;
     UpDownBar m_upDown;
     QCheckBox m_live;
-    FittedLabel m_written;
+    FittedLabel m_note;
     QtTimer m_standing;
+    bool m_isAccepted = false;  ///< once the value that waits is written
 };
 
 }  // namespace tarnwell

@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
+#include <array>
 
 #include "ui/looks/Measures.h"
 #include "ui/looks/Text.h"
@@ -29,10 +30,12 @@ FormFind::FormFind(Find& find, QWidget* parent) : QDialog(parent), m_find(find) 
 
     m_kind.setObjectName(QStringLiteral("cboKind"));
     m_kind.setAccessibleName(QStringLiteral("What to find"));
-    m_kind.addItems({QStringLiteral("Bytes"), QStringLiteral("Text")});
+    m_kind.addItems({QStringLiteral("Bytes"), QStringLiteral("Text"), QStringLiteral("Name")});
     m_text.setObjectName(QStringLiteral("txtFind"));
-    m_text.setAccessibleName(QStringLiteral("Bytes or text"));
-    m_text.setToolTip(QStringLiteral("Bytes with blanks between them, ?? for any byte"));
+    m_text.setAccessibleName(QStringLiteral("Bytes, text or name"));
+    m_completer.setModel(&m_names);
+    m_completer.setCaseSensitivity(Qt::CaseInsensitive);
+    m_completer.setFilterMode(Qt::MatchContains);
     m_text.setMinimumWidth(scaled(kFindWidth));
     m_problem.setObjectName(QStringLiteral("lblFindProblem"));
 
@@ -48,12 +51,13 @@ FormFind::FormFind(Find& find, QWidget* parent) : QDialog(parent), m_find(find) 
     buttons->addButton(QDialogButtonBox::Close)->setObjectName(QStringLiteral("cmdClose"));
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(&m_text, &QLineEdit::textEdited, &m_problem, &QLabel::clear);
-    connect(&m_kind, &QComboBox::currentIndexChanged, &m_problem, &QLabel::clear);
+    connect(&m_kind, &QComboBox::currentIndexChanged, this, &FormFind::showKind);
     connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this,
             [this] { look(FindDirection::Next); });
     connect(new QShortcut(Qt::SHIFT | Qt::Key_F3, this), &QShortcut::activated, this,
             [this] { look(FindDirection::Previous); });
 
+    showKind();
     auto* row = new QHBoxLayout;
     row->addWidget(&m_kind);
     row->addWidget(&m_text);
@@ -63,7 +67,17 @@ FormFind::FormFind(Find& find, QWidget* parent) : QDialog(parent), m_find(find) 
     layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-void FormFind::ask(std::optional<FindKind> wanted) {
+void FormFind::showKind() {
+    constexpr std::array kTips{"Bytes with blanks between them, ?? for any byte",
+                               "Capital and small letters are different",
+                               "A part of the name of a byte or of a setting"};
+    m_problem.clear();
+    m_text.setToolTip(QLatin1String(kTips[static_cast<std::size_t>(kind())]));
+    m_text.setCompleter(kind() == FindKind::Name ? &m_completer : nullptr);
+}
+
+void FormFind::ask(std::optional<FindKind> wanted, const QStringList& names) {
+    m_names.setStringList(names);
     if (wanted)
         m_kind.setCurrentIndex(static_cast<int>(*wanted));
     if (!testAttribute(Qt::WA_Moved))

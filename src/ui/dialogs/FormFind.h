@@ -2,9 +2,11 @@
 #pragma once
 
 #include <QComboBox>
+#include <QCompleter>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStringListModel>
 
 #include "editor/Find.h"
 
@@ -16,7 +18,8 @@ class FormFind final : public QDialog {
     FormFind(Find& find, QWidget* parent);
 
     /// Brings the dialog up, with its text marked, for the kind that is given or else the last.
-    void ask(std::optional<FindKind> wanted = std::nullopt);
+    /// `names` are offered while one is typed.
+    void ask(std::optional<FindKind> wanted, const QStringList& names);
 
   Q_SIGNALS:
     /// `Find` knows what is looked for.
@@ -26,10 +29,13 @@ class FormFind final : public QDialog {
     FindKind kind() const { return static_cast<FindKind>(m_kind.currentIndex()); }
     void look(FindDirection direction);
     void placeBelow();
+    void showKind();
 
     Find& m_find;
     QComboBox m_kind;
     QLineEdit m_text;
+    QStringListModel m_names;
+    QCompleter m_completer;
     QLabel m_problem;
 };
 

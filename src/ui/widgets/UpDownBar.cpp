@@ -21,9 +21,9 @@ UpDownBar::UpDownBar(QWidget* parent) : QScrollBar(Qt::Vertical, parent) {
     setSingleStep(1);
 }
 
-void UpDownBar::setTop(int value) {
-    setRange(0, value);
-    setPageStep(qMax(1, (value + 1) / 16));
+void UpDownBar::setEnds(int bottom, int top) {
+    setRange(bottom, top);
+    setPageStep(qMax(1, (top - bottom + 1) / 16));
 }
 
 void UpDownBar::paintEvent(QPaintEvent* /*event*/) {

@@ -9,8 +9,8 @@ class UpDownBar final : public QScrollBar {
   public:
     explicit UpDownBar(QWidget* parent);
 
-    /// The value at the top arrow; the bottom arrow leads to 0.
-    void setTop(int value);
+    /// The values that the bottom and the top arrow lead to.
+    void setEnds(int bottom, int top);
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -78,6 +78,7 @@ class FormMain final : public QMainWindow, private Screen, private WindowSetUp {
     void showCompare();
     void restoreBackup(const std::string& folder);
     void nameByte();
+    bool nameByte(TargetDevice device, int address, QWidget& window);
     void showNames();
     void makeSheet();
     void showSets();

@@ -1,5 +1,6 @@
 // The main window's commands: what starts them, and what they wait for.
 #include <QTabBar>
+#include <algorithm>
 
 #include "archive/ImageRecords.h"
 #include "command/WriteTexts.h"
@@ -205,6 +206,10 @@ void FormMain::compare() {
 void FormMain::showCompare() {
     FormCompare dialog(
         m_program, m_user, [this](const std::function<void()>& command) { runInside(command); },
+        [this](TargetDevice device, const std::set<int>& addresses, QWidget& window) {
+            std::ranges::all_of(addresses,
+                                [&](int address) { return nameByte(device, address, window); });
+        },
         this);
     connect(&m_user.gate(), &InputGate::painting, &dialog, &FormCompare::showProgress);
     dialog.exec();
@@ -212,18 +217,22 @@ void FormMain::showCompare() {
         run([&] { m_program.GoTo(*place); });
 }
 
-/// Changes the one name that the current byte has, or makes another one.
 void FormMain::nameByte() {
     runButton([] {});
-    const TargetDevice device = m_program.state.targetDevice;
-    const int address = m_program.grid.Current().Address();
+    nameByte(m_program.state.targetDevice, m_program.grid.Current().Address(), *this);
+}
+
+/// Changes the one name that the byte has, or makes another one; false if the user gave up.
+bool FormMain::nameByte(TargetDevice device, int address, QWidget& window) {
     NameList own = m_program.names.At(device, address);
     std::erase_if(own, [](const Named& named) { return named->cell.has_value(); });
     const Named former = own.size() == 1 ? own.front() : nullptr;
     FormName dialog(m_program, former ? *former : m_program.nameCommands.Proposed(device, address),
-                    former, this);
-    if (dialog.exec() == QDialog::Accepted)
-        run([&] { m_program.nameCommands.Put(dialog.named(), former, dialog.layer()); });
+                    former, &window);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    runInside([&] { m_program.nameCommands.Put(dialog.named(), former, dialog.layer()); });
+    return true;
 }
 
 void FormMain::showNames() {

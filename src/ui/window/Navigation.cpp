@@ -23,8 +23,12 @@ void Navigation::find() {
         QObject::connect(m_findWindow, &FormFind::wanted, &m_window,
                          [this](FindDirection direction) { findAgain(direction); });
     }
-    m_findWindow->ask(m_program.grid.Side() == GridSide::Text ? std::optional(FindKind::Text)
-                                                              : std::nullopt);
+    QStringList names;
+    for (const Named& named : m_program.names.On(m_program.state.targetDevice))
+        names += toQt(TitleOf(*named));
+    m_findWindow->ask(
+        m_program.grid.Side() == GridSide::Text ? std::optional(FindKind::Text) : std::nullopt,
+        names);
 }
 
 void Navigation::findAgain(FindDirection direction) {

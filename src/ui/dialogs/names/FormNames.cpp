@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "core/Words.h"
+#include "program/NamedValueEdit.h"
+#include "ui/dialogs/FormEdit.h"
 #include "ui/looks/Measures.h"
 #include "ui/looks/Text.h"
 
@@ -77,10 +79,12 @@ QPushButton* FormNames::addButton(const char* name, const char* text,
 
 void FormNames::addButtons(QBoxLayout& layout) {
     m_edit = addButton("cmdEditName", "&Edit...", [this] { edit(); });
+    m_value = addButton("cmdChangeValue", "Change &Value...", [this] { changeValue(); });
     m_remove = addButton("cmdRemoveName", "&Remove", [this] { remove(); });
     m_show = addButton("cmdShowInEditor", "Show in Edi&tor", [this] { showInEditor(); });
     m_edit->setDefault(true);
     const QList<QPushButton*> all{m_edit,
+                                  m_value,
                                   m_remove,
                                   m_show,
                                   addButton("cmdOpenNames", "&Open...", [this] { openFile(); }),
@@ -125,8 +129,15 @@ void FormNames::enableButtons() {
     const bool one = names.size() == 1;
     allow(*m_edit, one, "Select one name first");
     allow(*m_remove, !names.empty(), "Select names first");
-    const bool isTarget = one && names.front()->device == m_program.state.targetDevice;
+    const ProgramState& state = m_program.state;
+    const bool isTarget = one && names.front()->device == state.targetDevice;
     allow(*m_show, isTarget, one ? "It is on the other EEPROM" : "Select one name first");
+    const bool hasValue = one && m_program.ShownValue(*names.front());
+    allow(*m_value, hasValue && state.editor == EditorSwitch::On,
+          !one        ? "Select one name first"
+          : !isTarget ? "It is on the other EEPROM"
+          : !hasValue ? "The memory buffer holds no image"
+                      : "The data editor is off");
 }
 
 void FormNames::edit() {
@@ -135,6 +146,17 @@ void FormNames::edit() {
     if (dialog.exec() == QDialog::Accepted)
         m_run([&] { m_program.nameCommands.Put(dialog.named(), former, dialog.layer()); });
     showNames();
+    m_table.setFocus();
+}
+
+void FormNames::changeValue() {
+    const Named named = selected().front();
+    NamedValueEdit value(m_program, named);
+    FormEdit dialog(value, m_program.state, *m_value, this);
+    if (dialog.exec() == QDialog::Accepted)
+        m_run([&] { m_program.nameCommands.EnterValue(*named, value.Value()); });
+    m_model.refresh();
+    enableButtons();
     m_table.setFocus();
 }
 

@@ -29,6 +29,7 @@ class FormNames final : public QDialog {
     NameList selected() const;
     void enableButtons();
     void edit();
+    void changeValue();
     void remove();
     void showInEditor();
     void openFile();
@@ -44,6 +45,7 @@ class FormNames final : public QDialog {
     QTreeView m_table;
     QLabel m_faults;
     QPushButton* m_edit = nullptr;
+    QPushButton* m_value = nullptr;
     QPushButton* m_remove = nullptr;
     QPushButton* m_show = nullptr;
 };

@@ -15,8 +15,10 @@ FAULTS = re.compile(r"Oops|BUG:|WARNING:|Call Trace|Kernel panic|general protect
 
 
 # What an emulator needs of these in its arguments.
-USB = "socket,id=usb,path={folder}/usb"
 EEPROMS = {"primary": 0x50, "secondary": 0x51}
+USB = "socket,id=usb,path={folder}/usb"
+
+ADAPTER = ["-device", "qemu-xhci", "-chardev", USB, "-device", "usb-redir,chardev=usb"]
 
 # By Debian's name of the processor: the emulator with what the step does not choose, and what the
 # kernel is told. The agent talks by a port that is made for it, or by a board's first serial line, which would wait
@@ -30,6 +32,8 @@ EMULATORS = {
               "console=ttyS0 tsc=unstable"),
     "armhf": (["qemu-system-arm", "-machine", "sabrelite", "-smp", "1", "-m", "512", "-serial", "chardev:agent",
                "-serial", "file:{console}", *BOARD], "console=ttymxc1 agent=/dev/ttymxc0 initcall_blacklist=sdma_driver_init"),
+    "arm64": (["qemu-system-aarch64", "-machine", "virt", "-cpu", "cortex-a53", "-m", "512", *VIRTIO, *ADAPTER],
+              "console=ttyAMA0"),
 }
 
 
@@ -53,7 +57,8 @@ class Machine:
         for name in EEPROMS:
             (self.folder / name).write_bytes(os.urandom(8192))
         self.adapter = None
-        if USB in arguments:
+        emulator, told = EMULATORS[architecture]
+        if USB in [*emulator, *arguments]:
             self.adapter = self.start([built / "usb-adapter", self.folder / "usb", self.folder / "adapter"])
             try:
                 self.await_file("usb")
@@ -62,7 +67,6 @@ class Machine:
                 raise
         here, there = socket.socketpair()
         self.agent = here
-        emulator, told = EMULATORS[architecture]
         command = [
             *emulator, "-nodefaults", "-no-reboot", "-display", "none", "-kernel", ground.kernel,
             "-initrd", ground.initramfs, "-append", told + " panic=-1",
@@ -144,6 +148,12 @@ class Machine:
             while part := connection.recv(65536):
                 reply += part
         return reply
+
+    def image(self, whom, chip):
+        """What an EEPROM holds: that of the wire, that behind the adapter, or else the emulator's own."""
+        if whom == "wire" or self.adapter:
+            return self.ask(whom, "image " + chip)
+        return (self.folder / chip).read_bytes()
 
     def wait_until(self, event, count):
         """Until the television has seen so many more of them."""

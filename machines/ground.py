@@ -19,6 +19,9 @@ KINDS = {
                  "i2c-stub", "i2c-tiny-usb", "xhci-pci", "i2c-piix4", "i2c-i801"]),
     "armhf": types.SimpleNamespace(
         kernel="linux-image-armmp", board="imx6q-sabrelite.dtb", modules=["i2c-imx", "i2c-dev"]),
+    "arm64": types.SimpleNamespace(
+        kernel="linux-image-arm64", board=None,
+        modules=["virtio_pci", "virtio_console", "xhci-pci", "i2c-tiny-usb", "i2c-dev"]),
 }
 # What a program of another processor needs beside itself; on this one's it is taken from the system.
 FOREIGN = ["busybox-static", "libc6", "libstdc++6", "libgcc-s1"]

@@ -27,6 +27,7 @@ VIRTIO = ["-device", "virtio-serial", "-device", "virtserialport,chardev=agent",
 BOARD = [word for name, address in EEPROMS.items() for word in (
     "-drive", "if=none,id=%s,format=raw,file={folder}/%s" % (name, name),
     "-device", f"at24c-eeprom,bus=i2c-bus.0,address={address},rom-size=8192,drive={name}")]
+BOARD += ["-device", "i2c-ddc,bus=i2c-bus.1,address=0x50"]
 EMULATORS = {
     "amd64": (["qemu-system-x86_64", "-accel", "tcg", "-m", "256", "-no-user-config", *VIRTIO],
               "console=ttyS0 tsc=unstable"),

@@ -1,11 +1,26 @@
-"""Boards with a bus of their own: an i.MX 6 (i2c-imx) with two EEPROMs that are the emulator's, and a processor of 64
-bits with a USB adapter. The package for that processor is what is tried."""
+"""Boards with a bus of their own: an i.MX 6 (i2c-imx) with two EEPROMs that are the emulator's, and a monitor on the next
+bus; and a processor of 64 bits with a USB adapter. The package for that processor is what is tried."""
 ARCHITECTURES = ["armhf", "arm64"]
 MACHINE = []
 SECONDS = 300
 CLI = "tarnwell-cli --port=i2c:/dev/i2c-0 "
+MONITOR = ("read /tmp/r.bin|get|poke 5=77|set TINT=31|write /tmp/image.bin|write --differences /tmp/image.bin|"
+           "restore /tmp/image.bin")
+TRACE = "/sys/kernel/tracing/"
 FIRST = {
-    "armhf": [("modprobe -a i2c-imx i2c-dev", 0, "")],
+    "armhf": [
+        ("modprobe -a i2c-imx i2c-dev; mount -t tracefs none " + TRACE + "; echo 1 >" + TRACE + "events/i2c/enable; "
+         "head -c 8192 /dev/urandom >/tmp/image.bin; i2cdump -y 1 0x50 b | head -n 2; echo >" + TRACE + "trace", 0,
+         "00: 00 ff ff ff ff ff ff 00"),
+        # What describes a monitor is not written to, trusted or not: the kernel sees addresses alone, each before a read.
+        ("echo '" + MONITOR + "' | tr '|' '\n' | while read c; do for trust in '' --trust-device; do "
+         "tarnwell-cli --port=i2c:/dev/i2c-1 --yes --force $trust $c </dev/null 2>&1 | cat >/tmp/said; grep -o "
+         "'describes a monitor (EDID).* Nothing was written\\|did not read the same twice. Nothing was written' /tmp/said || "
+         "echo \"$c\"; done; done | sort | uniq -c", 0,
+         r"\A *7 describes a monitor .*\n *5 did not read the same twice\. Nothing was written\n *1 get\n *1 read /tmp/r.bin\n\Z"),
+        ("cd " + TRACE + "; for sent in i2c_write 'i2c_write: i2c-1 #0 a=050 .* l=[12] ' 'i2c_read: i2c-1 #1 a=050 '; do "
+         "grep -c \"$sent\" trace; done; echo 0 >events/i2c/enable", 0, r"\A(\d{3,})\n\1\n\1\n\Z"),
+    ],
     "arm64": [("modprobe -a xhci-pci i2c-dev i2c-tiny-usb; uname -m", 0, "aarch64"), ("@adapter plug 254", 0, ""),
               ("until [ -e /dev/i2c-0 ]; do sleep 0.1; done", 0, "")],
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Table.h"
+#include "names/NamesFile.h"
 
 namespace tarnwell::bench {
 
@@ -23,6 +24,9 @@ void AddSets(Table& table);
 
 /// The file of a history of 10,000 events, three settings each.
 std::string LongHistory();
+
+/// 10,000 names, 5,000 on each EEPROM.
+NamesFile ManyNames(const std::string& path);
 
 /// The window; needs the QApplication.
 void AddWindow(Table& table);

@@ -14,16 +14,9 @@ constexpr int kSets = 200;
 constexpr int kEvents = 10'000;
 constexpr int kNames = 10'000;
 
-/// A name for each of the first bytes, and a search by name, by byte and by a part of a text.
+/// A search by name, by byte and by a part of a text.
 void AddNames(Table& table, const TemporaryFolder& folder) {
-    NamesFile file{.path = folder.Path("names.json")};
-    for (int number = 0; number < kNames; ++number) {
-        NamedValue named{.name = "Name." + std::to_string(number)};
-        named.device = number < kNames / 2 ? TargetDevice::Secondary : TargetDevice::Primary;
-        named.address = 3000 + number % (kNames / 2);
-        named.text = "what it does, " + std::to_string(number);
-        file.names.push_back(std::make_shared<const NamedValue>(named));
-    }
+    const NamesFile file = ManyNames(folder.Path("names.json"));
     NameBook book;
     if (!WriteNames(file))
         std::fprintf(stderr, "no names could be written\n");
@@ -56,6 +49,18 @@ std::string LongHistory() {
     for (int number = 0; number < kEvents; ++number)
         lines += EventLine() + "\n";
     return lines;
+}
+
+NamesFile ManyNames(const std::string& path) {
+    NamesFile file{.path = path};
+    for (int number = 0; number < kNames; ++number) {
+        NamedValue named{.name = "Name." + std::to_string(number)};
+        named.device = number < kNames / 2 ? TargetDevice::Secondary : TargetDevice::Primary;
+        named.address = 3000 + number % (kNames / 2);
+        named.text = "what it does, " + std::to_string(number);
+        file.names.push_back(std::make_shared<const NamedValue>(named));
+    }
+    return file;
 }
 
 void AddSets(Table& table) {

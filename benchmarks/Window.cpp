@@ -12,6 +12,7 @@
 #include "support/TestProgram.h"
 #include "ui/dialogs/FormCompare.h"
 #include "ui/dialogs/FormHistory.h"
+#include "ui/dialogs/names/FormNames.h"
 #include "ui/window/FormMain.h"
 
 namespace tarnwell::bench {
@@ -120,6 +121,32 @@ void AddHistory(Table& table, BenchWindow& bench) {
               200e-3, "200 ms");
 }
 
+void AddNames(Table& table, BenchWindow& bench) {
+    const TemporaryFolder folder;
+    Program& program = bench.window.program();
+    const NamesFile file = ManyNames(folder.Path("names.json"));
+    if (!WriteNames(file))
+        std::fprintf(stderr, "no names could be written\n");
+    program.nameCommands.Open(file.path);
+    const auto run = [](const std::function<void()>& command) { command(); };
+    const double shown = BestOf(5, [&] {
+        FormNames dialog(program, run, &bench.window);
+        dialog.show();
+        PaintAll();
+    });
+    table.Add("10,000 names: shown", shown, 100e-3, "100 ms");
+    FormNames dialog(program, run, &bench.window);
+    dialog.show();
+    auto& filter = *dialog.findChild<QLineEdit*>("txtFilter");
+    const double search = BestOf(5, [&] {
+        filter.setText("name.77");
+        PaintAll();
+        filter.clear();
+    });
+    table.Add("10,000 names: filtered by what is typed", search, 100e-3, "100 ms");
+    program.nameCommands.Open({});
+}
+
 }  // namespace
 
 void AddWindow(Table& table) {
@@ -128,6 +155,7 @@ void AddWindow(Table& table) {
     AddEditorPage(table, bench);
     AddCompare(table, bench);
     AddHistory(table, bench);
+    AddNames(table, bench);
 }
 
 }  // namespace tarnwell::bench

@@ -66,6 +66,9 @@ struct Walk : OwnTelevision, StartedProgram<WalkUser, Mirror> {
                 program.valueEditor.Accept();
         };
         program.grid.FillGrid();
+        folder.Write("other.json", R"({"format": 1, "names": [
+            {"name": "N3", "device": "primary", "address": 30},
+            {"name": "Read", "device": "primary", "address": 2370}]})");
         user.file = folder.Path("a.mot");
         for (auto& byte : program.buffer)
             byte = static_cast<std::uint8_t>(Draw(256));
@@ -119,6 +122,10 @@ struct Walk : OwnTelevision, StartedProgram<WalkUser, Mirror> {
         const Named former = own.empty() || Draw(2) == 0 ? nullptr : own[Draw(own.size())];
         if (former && Draw(3) == 0)
             return program.nameCommands.Remove({former});
+        if (former && Draw(3) == 0 && program.ShownValue(*former))
+            return program.nameCommands.EnterValue(*former, static_cast<int>(Draw(256)));
+        if (Draw(5) == 0)
+            return program.nameCommands.ReadInto(NameLayer::User, folder.Path("other.json"));
         const NamedValue named{.name = "N" + std::to_string(Draw(20)),
                                .address = static_cast<int>(Draw(100))};
         std::string key;

@@ -90,11 +90,12 @@ TEST_F(NamesWindowTest, WhatChangesIsFoundNamedChangedByItsNameAndWritten) {
           {"Esc", "address lblAddy_0 lblNewData_0 mnuEditUndo.text",
            "8000 / 8000 / 7 / &Undo Value of Tilt"},
           {"cmdWriteData", "title", "V E R I F Y"},
-          {"Yes", "status lblAddy_0", "EEP Verified OK... / "}});
+          {"Yes", "status lblAddy_0", "EEP Verified OK... / ~"}});
     EXPECT_EQ(eeprom[8000], 7);
     play({{"EditorEnabled mnuEditNames", "cmdChangeValue.toolTip", "The data editor is off"},
-          {"Esc mnuEEPsel_1 Yes mnuEditNames", "cmdChangeValue.toolTip",
-           "It is on the other EEPROM"},
+          {"Esc"},
+          {[this] { program.state.targetDevice = TargetDevice::Secondary; }},
+          {"mnuEditNames", "cmdChangeValue.toolTip", "It is on the other EEPROM"},
           {"Esc"}});
 }
 

@@ -138,7 +138,7 @@ bool DescribeNames(const std::string& path, Report& report) {
     const NamesFile names = tarnwell::NamesIn(file.content, path);
     report.file = path;
     if (names.usable == Usable::No) {
-        report.End(Status::File, names.faults.front());
+        report.End(Status::File, path + ": " + names.faults.front());
         return true;
     }
     for (const std::string& fault : names.faults)

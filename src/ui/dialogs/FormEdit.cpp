@@ -13,6 +13,8 @@ namespace tarnwell {
 
 namespace {
 
+constexpr int kLiveHeight = 240;
+
 bool isStep(const QKeyEvent& key) {
     switch (key.key()) {
         case Qt::Key_Up:
@@ -41,7 +43,8 @@ FormEdit::FormEdit(EditedValue& value, ProgramState& state, const QWidget& cell,
       m_note(this) {
     setObjectName(QStringLiteral("formEdit"));
     setWindowTitle(QStringLiteral(" Edit Value"));
-    setFixedSize(scaled(1320), scaled(1470));
+    const int liveHeight = m_value.Live() == nullptr ? 0 : kLiveHeight;
+    setFixedSize(scaled(1320), scaled(1230 + liveHeight));
 
     m_readout.setObjectName(QStringLiteral("Label1"));
     m_readout.setGeometry(scaledRect(45, 75, 690, 465));
@@ -66,11 +69,11 @@ FormEdit::FormEdit(EditedValue& value, ProgramState& state, const QWidget& cell,
         fitCaption(*button);
     }
     m_live.setObjectName(QStringLiteral("chkLive"));
-    m_live.setGeometry(scaledRect(72, 960, 1224, 240));
+    m_live.setGeometry(scaledRect(72, 960, 1224, kLiveHeight));
     m_live.setAccessibleName(QStringLiteral("Live"));
     m_live.setToolTip(QStringLiteral(" Writes each value to the EEPROM at once "));
     m_note.setObjectName(QStringLiteral("lblWritten"));
-    m_note.setGeometry(scaledRect(72, 1200, 1224, 240));
+    m_note.setGeometry(scaledRect(72, 960 + liveHeight, 1224, 240));
     m_note.setAlignment(Qt::AlignCenter);
     m_live.setHidden(m_value.Live() == nullptr);
     m_ok.setDefault(true);

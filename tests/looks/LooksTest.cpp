@@ -53,6 +53,8 @@ void wear(const Look& look) {
         palette.setColor(QPalette::Highlight, look.highlight);
         const bool light = look.highlight.lightness() > look.window.lightness() + 120;
         palette.setColor(QPalette::HighlightedText, light ? Qt::black : Qt::white);
+        for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+            palette.setColor(QPalette::Disabled, role, Qt::gray);
         QApplication::setPalette(palette);
     }
     qApp->setStyleSheet(QLatin1String(look.styleSheet));

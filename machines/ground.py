@@ -62,7 +62,7 @@ class Archive:
         if subprocess.run(command, cwd=self.cache, check=False).returncode != 0:
             self.update()  # what the lists name may have been replaced since
             if subprocess.run(command, cwd=self.cache, check=False).returncode != 0:
-                raise Failed(f"Debian's package {package} cannot be had")
+                raise Failed(f"Debian's package {package} cannot be had: is there a network?")
         folder.mkdir(parents=True, exist_ok=True)
         for file in self.cache.glob(f"{package}_*.deb"):
             output_of("dpkg-deb", "-x", file, folder)
@@ -113,7 +113,8 @@ class Ground:
             self.archive.update()
             package = self.archive.kernel(self.kind.kernel)
         if not package:
-            raise Failed(f"apt knows no {self.kind.kernel}, so there is no kernel to meet")
+            raise Failed(f"apt finds no {self.kind.kernel}, so there is no kernel to meet: is there a network, "
+                         "and is Debian 12 among apt's sources?")
         self.release = package.removeprefix("linux-image-")
         self.folder = self.cache / self.release
         self.archive.unpack(package, self.folder)

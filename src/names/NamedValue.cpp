@@ -67,7 +67,7 @@ std::string RangeFault(const NamedValue& named) {
 
 std::string TextFault(std::string_view text) {
     if (text.size() > kLongestText ||
-        std::ranges::any_of(text, [](char letter) { return letter >= 0 && letter < ' '; }))
+        std::ranges::any_of(text, [](unsigned char letter) { return letter < ' '; }))
         return "A text is one line of at most " + std::to_string(kLongestText) + " bytes.";
     return {};
 }

@@ -384,7 +384,7 @@ TEST(WatchFaults, AreToldAndTriedAgainAndNoByteIsStored) {
 
 TEST(WatchFaults, StoreNoByteOverTheKernelsBusEither) {
     for (const int error : {ENXIO, EREMOTEIO, ETIMEDOUT, EIO, ENODEV, EAGAIN, EPROTO, 0}) {
-        for (std::uint64_t first = 0; first < 8; ++first) {
+        for (std::size_t first = 0; first < 8; ++first) {
             SCOPED_TRACE(testing::Message() << error << " from " << first << " on");
             KernelProgram test;
             test.system.carried = 2 + first;

@@ -34,7 +34,7 @@ int AllOrErrno(ssize_t transferred) {
 
 timespec ToTimespec(std::chrono::nanoseconds time) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
-    return {.tv_sec = seconds.count(), .tv_nsec = (time - seconds).count()};
+    return {.tv_sec = seconds.count(), .tv_nsec = static_cast<long>((time - seconds).count())};
 }
 
 }  // namespace

@@ -468,6 +468,7 @@ class CommandLine(unittest.TestCase):
             self.assertEqual(eeprom.read_bytes()[5], 77)
         on_bus("locked 150", "peek 5", 3, "in use by another program")
         on_bus("locked 150", "--wait=30 peek 5")
+        on_bus("locked 250", "--wait=1 peek 5", 3, "in use by another program")  # two claims, of 95 looks each
         for fault, status, unconfirmed, says in ("signal 90", 143, 0, "SIGTERM"), ("unplugged 90", 3, 32, "The adapter is gone"):
             written = on_bus(fault, "--yes --force write other.bin", status, says)["written"] + unconfirmed
             self.assertGreater(written, 1)

@@ -36,6 +36,10 @@ EMULATORS = {
     "arm64": (["qemu-system-aarch64", "-machine", "virt", "-cpu", "cortex-a53", "-m", "512", *VIRTIO, *ADAPTER],
               "console=ttyAMA0"),
 }
+# What it has as well where Debian is installed, whose disk is as before each time; the second holds the packages.
+INSTALLED = ["-m", "1024", "-smp", "2", "-action", "reboot=reset",
+             "-drive", "if=virtio,format=raw,snapshot=on,file={disk}",
+             "-drive", "if=virtio,format=raw,readonly=on,file={packages}"]
 
 
 class Failed(Exception):
@@ -45,7 +49,7 @@ class Failed(Exception):
 class Machine:
     """Started at once; ended by its process number. `seconds` is the limit of all of its life."""
 
-    def __init__(self, folder, architecture, ground, built, arguments, seconds):
+    def __init__(self, folder, architecture, ground, built, arguments, seconds, installed=None):
         self.folder = pathlib.Path(folder)
         self.folder.mkdir(parents=True, exist_ok=True)
         self.deadline = time.monotonic() + seconds
@@ -68,6 +72,9 @@ class Machine:
                 raise
         here, there = socket.socketpair()
         self.agent = here
+        if installed:
+            told += " disk=/dev/vda"
+            arguments = [word.format(**vars(installed)) for word in INSTALLED] + arguments
         command = [
             *emulator, "-nodefaults", "-no-reboot", "-display", "none", "-kernel", ground.kernel,
             "-initrd", ground.initramfs, "-append", told + " panic=-1",
@@ -92,12 +99,15 @@ class Machine:
 
     def __enter__(self):
         try:
-            if self.line() != "ready":
-                raise Failed("the computer does not start")
+            self.await_start()
         except Failed:
             self.end()
             raise
         return self
+
+    def await_start(self):
+        if (line := self.line()) != "ready":
+            raise Failed("the computer does not start, but says " + line)
 
     def __exit__(self, *_):
         self.end()

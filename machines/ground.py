@@ -4,6 +4,7 @@ import pathlib
 import re
 import shutil
 import subprocess
+import tarfile
 import types
 
 from emulated import Failed
@@ -15,8 +16,8 @@ HERE = pathlib.Path(__file__).resolve().parent
 KINDS = {
     "amd64": types.SimpleNamespace(
         kernel="linux-image-amd64", board=None,
-        modules=["virtio_pci", "virtio_console", "parport_pc", "ppdev", "lp", "i2c-parport", "at24", "i2c-dev",
-                 "i2c-stub", "i2c-tiny-usb", "xhci-pci", "i2c-piix4", "i2c-i801"]),
+        modules=["virtio_pci", "virtio_console", "virtio_blk", "crc32c_generic", "ext4", "parport_pc", "ppdev", "lp",
+                 "i2c-parport", "at24", "i2c-dev", "i2c-stub", "i2c-tiny-usb", "xhci-pci", "i2c-piix4", "i2c-i801"]),
     "armhf": types.SimpleNamespace(
         kernel="linux-image-armmp", board="imx6q-sabrelite.dtb", modules=["i2c-imx", "i2c-dev"]),
     "arm64": types.SimpleNamespace(
@@ -149,3 +150,33 @@ class Ground:
             copy(self.folder / f"lib/modules/{self.release}/modules.{table}", root,
                  f"lib/modules/{self.release}/modules.{table}")
         output_of("depmod", "-b", root, self.release)
+
+
+class Installed:
+    """Our packages (`packages`, a tar archive), and a disk (`disk`) with Debian as it is installed, with what they
+    depend on and what else a step needs."""
+
+    def __init__(self, cache, build, more):
+        folder = build / "packages/amd64"
+        output_of(HERE.parent / "packaging/make", folder)
+        self.disk = cache / "disk.ext2"
+        self.packages = cache / "packages"
+        cache.mkdir(parents=True, exist_ok=True)
+        needed = set(more)
+        with tarfile.open(self.packages, "w") as archive:
+            for name in ("tarnwell", "tarnwell-cli"):
+                package, = folder.glob(name + "_*.deb")
+                archive.add(package, package.name)
+                needed |= set(re.findall(r"(?:^|, )([^ ,]+)", output_of("dpkg-deb", "-f", package, "Depends").strip()))
+        hook = HERE / "installed"
+        made_of = cache / "made-of"
+        wanted = " ".join(sorted(needed)) + "\n" + hook.read_text()
+        if self.disk.exists() and made_of.exists() and made_of.read_text() == wanted:
+            return
+        made_of.unlink(missing_ok=True)
+        made = subprocess.run(
+            ["mmdebstrap", "--quiet", "--variant=minbase", "--dpkgopt=force-unsafe-io", "--include=" + ",".join(needed),
+             f"--customize-hook={hook}", "bookworm", self.disk], check=False, capture_output=True, text=True)
+        if made.returncode != 0:
+            raise Failed("mmdebstrap could not install Debian:\n" + made.stderr)
+        made_of.write_text(wanted)

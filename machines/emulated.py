@@ -118,6 +118,12 @@ class Machine:
             process.wait()
         self.agent.close()
 
+    def restart(self):
+        """The agent is ended by it, maybe in the midst of its answer."""
+        self.agent.sendall(base64.b64encode(b"systemctl --no-block reboot") + b"\n")
+        while not self.line().endswith("ready"):
+            pass
+
     def line(self):
         """The next line from the computer."""
         while b"\n" not in self.buffer:
@@ -173,6 +179,13 @@ class Machine:
             if time.monotonic() > self.deadline:
                 raise Failed("out of time")
             time.sleep(0.01)
+
+    def wait_until_quiet(self):
+        seen = None
+        while seen != (seen := self.ask("wire", "count Byte")):
+            if time.monotonic() > self.deadline:
+                raise Failed("out of time")
+            time.sleep(2)
 
     def messages(self):
         return self.console.read_text(errors="replace")

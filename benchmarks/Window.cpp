@@ -93,7 +93,7 @@ void AddCompare(Table& table, BenchWindow& bench) {
     program.compare.Begin();
     program.compare.Choose(Side::Right, Source::Primary);
     FormCompare dialog(
-        program, user, [](const std::function<void()>& command) { command(); }, &bench.window);
+        program, user, [](const std::function<void()>& command) { command(); }, {}, &bench.window);
     dialog.show();
     auto& filter = *dialog.findChild<QCheckBox*>(QStringLiteral("chkSettingsOnly"));
     table.Add("comparison of " + std::to_string(program.compare.Rows().size()) + " rows: shown",

@@ -16,7 +16,9 @@ constexpr bool EqualIgnoringCase(std::string_view one, std::string_view other) {
 }
 
 inline bool ContainsIgnoringCase(std::string_view text, std::string_view part) {
-    return part.empty() || !std::ranges::search(text, part, {}, Lower, Lower).empty();
+    const auto same = [](char one, char other) { return Lower(one) == Lower(other); };
+    return part.empty() ||
+           std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end();
 }
 
 /// What the name of a file ends with, from its last dot on, in small letters: ".hex"; may be empty.

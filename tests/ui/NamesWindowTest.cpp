@@ -1,4 +1,6 @@
 // Names of one's own in the window: made, shown, changed, removed and read from files.
+#include <QTreeWidget>
+
 #include "names/NamesFile.h"
 #include "support/MainWindow.h"
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ui/dialogs/FormGoTo.h"
+#include "ui/looks/Text.h"
 
 namespace tarnwell {
 

@@ -1,6 +1,8 @@
 // Changing values, finding one's way and taking back, by keyboard and by mouse.
 #include <QAccessible>
+#include <QCompleter>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTabBar>
 
 #include "support/MainWindow.h"
@@ -176,6 +178,18 @@ TEST_F(EditingTest, GoesToPlacesAndFindsBytes) {
          {"mnuEditFind on:txtFind Ctrl+A type:abc cboKind Down Return cmdFindPrevious", "status",
           "..."}});
     EXPECT_EQ(current().Address(), 'a' + 251);
+    const auto offersNames = [this] {
+        QCompleter* names = child<QLineEdit>("txtFind").completer();
+        ASSERT_TRUE(names != nullptr);
+        names->setCompletionPrefix("tin");
+        EXPECT_EQ(names->currentCompletion(), "Global TINT");
+        child<QLineEdit>("txtFind").setText("tin");
+    };
+    play({{"mnuEditFind cboKind Down Return"},
+          {offersNames},
+          {"cmdFindNext", "address", "2085"},
+          {"cboKind Up Return", "cboKind", "Text"}});
+    EXPECT_EQ(child<QLineEdit>("txtFind").completer(), nullptr);
 }
 
 }  // namespace

@@ -154,6 +154,7 @@ void FormEdit::showValue() {
 }
 
 void FormEdit::goLive(bool live) {
+    m_isAccepted = false;
     if (!live)
         m_value.Live()->Pause();
     else if (!m_value.Live()->Begin(m_value.Value(), m_standing))

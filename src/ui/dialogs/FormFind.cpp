@@ -1,5 +1,6 @@
 #include "ui/dialogs/FormFind.h"
 
+#include <QAbstractItemView>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -51,6 +52,11 @@ FormFind::FormFind(Find& find, QWidget* parent) : QDialog(parent), m_find(find) 
     buttons->addButton(QDialogButtonBox::Close)->setObjectName(QStringLiteral("cmdClose"));
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(&m_text, &QLineEdit::textEdited, &m_problem, &QLabel::clear);
+    // The completer's list keeps the key from the default button.
+    connect(&m_text, &QLineEdit::returnPressed, this, [this] {
+        if (m_completer.popup()->isVisible())
+            look(FindDirection::Next);
+    });
     connect(&m_kind, &QComboBox::currentIndexChanged, this, &FormFind::showKind);
     connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this,
             [this] { look(FindDirection::Next); });
